@@ -1,0 +1,57 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "Platform/AppKit/NSGraphicsContext.h"
+
+/// Opaque here, so that no library type shows: Cairo's own `cairo_t`.
+struct _cairo;
+
+/// Draws on a Cairo surface. The surface's device scale gives the pixels of a point.
+class CairoGraphicsContext : public NSGraphicsContext {
+ public:
+  enum class Purpose { Screen, Snapshot };
+
+  /// `cairo` is used, not owned; its user space has points with y downwards, and `height` points
+  /// from its origin down to the lower edge.
+  CairoGraphicsContext(_cairo* cairo, double height, Purpose purpose = Purpose::Screen);
+  ~CairoGraphicsContext() override;
+
+  std::string_view className() const override;
+  void fillPath(const NSBezierPath& path) override;
+  void drawText(std::string_view text, NSPoint point, const NSTextAttributes& attributes) override;
+  void drawImage(const NSImage& image, NSRect target, NSRect source, double fraction) override;
+  void translateOrigin(NSPoint by) override;
+  void restoreOrigin() override;
+
+ private:
+  _cairo* cairo_;
+  Purpose purpose_;
+};
+
+/// A picture in memory to draw into, for files and tests.
+class BitmapSurface {
+ public:
+  /// `scale` is pixels a point; the pixel size is rounded up.
+  BitmapSurface(NSSize size, double scale);
+  BitmapSurface(const BitmapSurface&) = delete;
+  BitmapSurface& operator=(const BitmapSurface&) = delete;
+  ~BitmapSurface();
+
+  CairoGraphicsContext& context() { return *context_; }
+  int pixelWidth() const;
+  int pixelHeight() const;
+
+  /// The pixel at a column and row counted from the upper left, not premultiplied.
+  NSColor pixelAt(int column, int row) const;
+
+  /// Throws `std::runtime_error` with the reason if the file cannot be written.
+  void writePng(const std::string& path) const;
+
+ private:
+  struct Implementation;
+  std::unique_ptr<Implementation> implementation_;
+  std::unique_ptr<CairoGraphicsContext> context_;
+};

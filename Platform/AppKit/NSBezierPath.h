@@ -1,0 +1,32 @@
+#pragma once
+
+#include <vector>
+
+#include "Platform/Foundation/NSGeometry.h"
+
+/// A path of straight lines and cubic curves.
+class NSBezierPath {
+ public:
+  struct Element {
+    enum class Kind { MoveTo, LineTo, CurveTo, Close };
+    Kind kind;
+    NSPoint point;          ///< Where the element ends.
+    NSPoint controlPoint1;  ///< Of a curve.
+    NSPoint controlPoint2;
+  };
+
+  static NSBezierPath bezierPathWithRect(NSRect rect);
+
+  void moveToPoint(NSPoint point);
+  void lineToPoint(NSPoint point);
+  void curveToPoint(NSPoint point, NSPoint controlPoint1, NSPoint controlPoint2);
+  void closePath();
+
+  /// Fills the path with the current graphics context's fill colour.
+  void fill() const;
+
+  const std::vector<Element>& elements() const { return elements_; }
+
+ private:
+  std::vector<Element> elements_;
+};

@@ -1,0 +1,54 @@
+#include "Platform/AppKit/NSImage.h"
+
+#include <cairo.h>
+
+#include <stdexcept>
+
+#include "Platform/AppKit/CairoGraphicsContext.h"
+#include "Platform/AppKit/NSImageRep.h"
+
+/// Drawing into an image, from `lockFocus` on. The members go in the reverse of their order.
+struct NSImage::Focus {
+  explicit Focus(const RecordedImageRep& recorded)
+      : cairo(cairo_create(recorded.surface()), cairo_destroy),
+        context(cairo.get(), recorded.size().height),
+        current(context) {}
+
+  std::unique_ptr<cairo_t, decltype(&cairo_destroy)> cairo;
+  CairoGraphicsContext context;
+  NSCurrentGraphicsContext current;
+};
+
+NSImage::NSImage(std::unique_ptr<NSImageRep> representation)
+    : representation_(std::move(representation)) {}
+
+NSImage::~NSImage() = default;
+
+std::shared_ptr<NSImage> NSImage::imageWithContentsOfFile(const std::filesystem::path& file) {
+  auto representation = imageRepFromFile(file);
+  return representation ? std::make_shared<NSImage>(std::move(representation)) : nullptr;
+}
+
+std::shared_ptr<NSImage> NSImage::imageWithSize(NSSize size) {
+  return std::make_shared<NSImage>(std::make_unique<RecordedImageRep>(size));
+}
+
+NSSize NSImage::size() const { return representation_->size(); }
+
+void NSImage::lockFocus() {
+  const auto* recorded = dynamic_cast<const RecordedImageRep*>(representation_.get());
+  if (recorded == nullptr) throw std::logic_error("NSImage: a picture from a file is read-only");
+  focus_ = std::make_unique<Focus>(*recorded);
+}
+
+void NSImage::unlockFocus() { focus_.reset(); }
+
+void NSImage::drawAtPoint(NSPoint point, double alpha) const { drawInRect({point, size()}, alpha); }
+
+void NSImage::drawInRect(NSRect rect, double alpha) const { drawInRect(rect, NSZeroRect, alpha); }
+
+void NSImage::drawInRect(NSRect target, NSRect source, double fraction) const {
+  if (auto* context = NSGraphicsContext::currentContext()) {
+    context->drawImage(*this, target, source, fraction);
+  }
+}

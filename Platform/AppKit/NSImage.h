@@ -1,0 +1,55 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "Platform/Foundation/NSGeometry.h"
+
+class NSImageRep;
+
+/// A picture that is crisp at every scale: an SVG file kept as bitmaps for the scales in use, a PNG
+/// file, or recorded drawing. The size is in points.
+class NSImage {
+ public:
+  /// Null if the file is missing or is no picture.
+  static std::shared_ptr<NSImage> imageWithContentsOfFile(const std::filesystem::path& file);
+
+  /// An empty image, to be drawn into between `lockFocus` and `unlockFocus`.
+  static std::shared_ptr<NSImage> imageWithSize(NSSize size);
+
+  explicit NSImage(std::unique_ptr<NSImageRep> representation);
+  NSImage(const NSImage&) = delete;
+  NSImage& operator=(const NSImage&) = delete;
+  ~NSImage();
+
+  NSSize size() const;
+  const std::string& name() const { return name_; }
+  void setName(std::string_view name) { name_ = name; }
+
+  /// Makes this image the target of drawing. Only an image made with a size can be drawn into:
+  /// any other raises `std::logic_error`.
+  void lockFocus();
+  void unlockFocus();
+
+  /// Draws at the natural size, or stretched into a rectangle, over what is there; upright in
+  /// flipped contexts too.
+  void drawAtPoint(NSPoint point) const { drawAtPoint(point, 1); }
+  void drawAtPoint(NSPoint point, double alpha) const;
+  void drawInRect(NSRect rect) const { drawInRect(rect, 1); }
+  void drawInRect(NSRect rect, double alpha) const;
+
+  /// The part `source` of the picture, or all of it for a zero rectangle.
+  void drawInRect(NSRect target, NSRect source, double fraction) const;
+
+  /// For graphics contexts.
+  const NSImageRep& representation() const { return *representation_; }
+
+ private:
+  struct Focus;
+
+  std::unique_ptr<NSImageRep> representation_;
+  std::unique_ptr<Focus> focus_;
+  std::string name_;
+};

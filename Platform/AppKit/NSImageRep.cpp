@@ -1,0 +1,144 @@
+#include "Platform/AppKit/NSImageRep.h"
+
+#include <cairo.h>
+#include <librsvg/rsvg.h>
+
+#include <cmath>
+#include <map>
+#include <string>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+struct SurfaceDeleter {
+  void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
+};
+using Surface = std::unique_ptr<cairo_surface_t, SurfaceDeleter>;
+
+/// Pictures are for a panel: beyond these a file is damaged or hostile.
+constexpr double MaximumPoints = 4096;
+constexpr uintmax_t MaximumFileSize = 4 << 20;
+
+void paintSurface(cairo_t* cairo, cairo_surface_t* surface, double fraction) {
+  cairo_set_source_surface(cairo, surface, 0, 0);
+  cairo_paint_with_alpha(cairo, fraction);
+}
+
+/// Pixels of a point along each axis in the present user space.
+NSSize pixelsPerPoint(cairo_t* cairo) {
+  cairo_matrix_t matrix;
+  cairo_get_matrix(cairo, &matrix);
+  double deviceX = 1;
+  double deviceY = 1;
+  cairo_surface_get_device_scale(cairo_get_target(cairo), &deviceX, &deviceY);
+  return {std::hypot(matrix.xx, matrix.yx) * deviceX, std::hypot(matrix.xy, matrix.yy) * deviceY};
+}
+
+class SvgImageRep : public NSImageRep {
+ public:
+  SvgImageRep(RsvgHandle* handle, NSSize size) : handle_(handle, g_object_unref), size_(size) {}
+
+  NSSize size() const override { return size_; }
+
+  void paint(cairo_t* cairo, double fraction) const override {
+    // What is recorded keeps the drawing itself, so that it stays crisp at any later scale.
+    if (cairo_surface_get_type(cairo_get_target(cairo)) == CAIRO_SURFACE_TYPE_RECORDING) {
+      cairo_push_group(cairo);
+      render(cairo, size_);
+      cairo_pop_group_to_source(cairo);
+      cairo_paint_with_alpha(cairo, fraction);
+      return;
+    }
+    paintSurface(cairo, bitmap(pixelsPerPoint(cairo)), fraction);
+  }
+
+ private:
+  cairo_surface_t* bitmap(NSSize scale) const {
+    auto& kept = bitmaps_[{std::lround(scale.width * 1000), std::lround(scale.height * 1000)}];
+    if (!kept) {
+      const auto pixels = [](double points, double factor) {
+        return std::max(1, static_cast<int>(std::ceil(points * factor - 1e-6)));
+      };
+      kept.reset(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, pixels(size_.width, scale.width),
+                                            pixels(size_.height, scale.height)));
+      cairo_surface_set_device_scale(kept.get(), scale.width, scale.height);
+      cairo_t* target = cairo_create(kept.get());
+      render(target, size_);
+      cairo_destroy(target);
+    }
+    return kept.get();
+  }
+
+  void render(cairo_t* target, NSSize size) const {
+    const RsvgRectangle viewport{0, 0, size.width, size.height};
+    rsvg_handle_render_document(handle_.get(), target, &viewport, nullptr);
+  }
+
+  std::unique_ptr<RsvgHandle, decltype(&g_object_unref)> handle_;
+  NSSize size_;
+  mutable std::map<std::pair<long, long>, Surface> bitmaps_;
+};
+
+class PngImageRep : public NSImageRep {
+ public:
+  explicit PngImageRep(Surface surface) : surface_(std::move(surface)) {}
+
+  NSSize size() const override {
+    return {static_cast<double>(cairo_image_surface_get_width(surface_.get())),
+            static_cast<double>(cairo_image_surface_get_height(surface_.get()))};
+  }
+
+  void paint(cairo_t* cairo, double fraction) const override {
+    paintSurface(cairo, surface_.get(), fraction);
+  }
+
+ private:
+  Surface surface_;
+};
+
+bool isSensible(double width, double height) {
+  return width > 0 && height > 0 && width <= MaximumPoints && height <= MaximumPoints;
+}
+
+std::unique_ptr<NSImageRep> svgRep(const fs::path& file) {
+  RsvgHandle* handle = rsvg_handle_new_from_file(file.c_str(), nullptr);
+  if (handle == nullptr) return nullptr;
+  NSSize size;
+  if (!rsvg_handle_get_intrinsic_size_in_pixels(handle, &size.width, &size.height) ||
+      !isSensible(size.width, size.height)) {
+    g_object_unref(handle);
+    return nullptr;
+  }
+  return std::make_unique<SvgImageRep>(handle, size);
+}
+
+std::unique_ptr<NSImageRep> pngRep(const fs::path& file) {
+  Surface surface(cairo_image_surface_create_from_png(file.c_str()));
+  if (cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS) return nullptr;
+  auto representation = std::make_unique<PngImageRep>(std::move(surface));
+  const NSSize size = representation->size();
+  if (!isSensible(size.width, size.height)) return nullptr;
+  return representation;
+}
+
+}  // namespace
+
+std::unique_ptr<NSImageRep> imageRepFromFile(const fs::path& file) {
+  std::error_code error;
+  if (!fs::is_regular_file(file, error) || fs::file_size(file, error) > MaximumFileSize) {
+    return nullptr;
+  }
+  return file.extension() == ".svg" ? svgRep(file) : pngRep(file);
+}
+
+RecordedImageRep::RecordedImageRep(NSSize size) : size_(size), surface_(nullptr) {
+  const cairo_rectangle_t extents{0, 0, size.width, size.height};
+  surface_ = cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, &extents);
+}
+
+RecordedImageRep::~RecordedImageRep() { cairo_surface_destroy(surface_); }
+
+void RecordedImageRep::paint(_cairo* cairo, double fraction) const {
+  paintSurface(cairo, surface_, fraction);
+}

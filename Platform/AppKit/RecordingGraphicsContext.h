@@ -1,0 +1,41 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "Platform/AppKit/NSBezierPath.h"
+#include "Platform/AppKit/NSGraphicsContext.h"
+
+/// One drawing call, with what it was given. Coordinates include the moves of the origin.
+struct DrawingRecord {
+  enum class Kind { Text, Image, Path };
+  Kind kind;
+  std::string name;  ///< The text, or the image's name.
+  NSRect rect;       ///< Where: a text has no size; a path has that of its points.
+  NSColor color = NSColor::blackColor();  ///< Of a text or a path.
+  double fraction = 1;                    ///< Of an image.
+  bool hasShadow = false;                 ///< Of a text.
+};
+
+/// A context without pixels: it keeps what is drawn as a list, for reading the words on an item
+/// aloud and for tests.
+class RecordingGraphicsContext : public NSGraphicsContext {
+ public:
+  std::string_view className() const override { return "RecordingGraphicsContext"; }
+  void fillPath(const NSBezierPath& path) override;
+  void drawText(std::string_view text, NSPoint point, const NSTextAttributes& attributes) override;
+  void drawImage(const NSImage& image, NSRect target, NSRect source, double fraction) override;
+  void translateOrigin(NSPoint by) override;
+  void restoreOrigin() override;
+
+  const std::vector<DrawingRecord>& records() const { return records_; }
+
+  /// All texts, joined in drawing order.
+  std::string joinedText() const;
+
+ private:
+  NSPoint moved(NSPoint point) const;
+
+  std::vector<DrawingRecord> records_;
+  std::vector<NSPoint> origins_ = {NSPoint{}};
+};

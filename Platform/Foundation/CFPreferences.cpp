@@ -1,0 +1,93 @@
+#include "Platform/Foundation/CFPreferences.h"
+
+#include <memory>
+#include <string>
+
+#include "Platform/Foundation/NSPathUtilities.h"
+#include "Platform/Foundation/PreferenceFile.h"
+
+namespace {
+
+struct Domain {
+  explicit Domain(std::string_view applicationId)
+      : file(resolvedPath("~/Library/Preferences/" + std::string(applicationId) + ".plist")) {}
+
+  PreferenceFile file;
+  PreferenceFile::Changes unwritten;
+  PreferenceFile::Changes overrides;
+  bool ignoresFile = false;
+};
+
+using Domains = std::map<std::string, std::unique_ptr<Domain>, std::less<>>;
+
+Domains& allDomains() {
+  static Domains domains;
+  return domains;
+}
+
+Domain& domainNamed(std::string_view applicationId) {
+  auto& domains = allDomains();
+  auto found = domains.find(applicationId);
+  if (found == domains.end()) {
+    found = domains.emplace(applicationId, std::make_unique<Domain>(applicationId)).first;
+  }
+  return *found->second;
+}
+
+/// Both kinds of map hold their values under the key's text.
+template <typename Map>
+const PropertyList* lookUp(const Map& values, std::string_view key) {
+  const auto found = values.find(key);
+  return found != values.end() ? &found->second : nullptr;
+}
+
+}  // namespace
+
+PropertyList CFPreferencesCopyAppValue(std::string_view key, std::string_view applicationId) {
+  Domain& domain = domainNamed(applicationId);
+  if (const auto* value = lookUp(domain.overrides, key)) return *value;
+  if (const auto* value = lookUp(domain.unwritten, key)) return *value;
+  if (domain.ignoresFile) return {};
+  const auto* value = lookUp(domain.file.contents(), key);
+  return value != nullptr ? *value : PropertyList();
+}
+
+void CFPreferencesSetAppValue(std::string_view key, const PropertyList& value,
+                              std::string_view applicationId) {
+  domainNamed(applicationId).unwritten.insert_or_assign(std::string(key), value);
+}
+
+bool CFPreferencesAppSynchronize(std::string_view applicationId) {
+  Domain& domain = domainNamed(applicationId);
+  if (domain.unwritten.empty()) return true;
+  const bool written = domain.file.apply(domain.unwritten);
+  domain.unwritten.clear();
+  return written;
+}
+
+PropertyList::Dictionary CFPreferencesCopyAllValues(std::string_view applicationId) {
+  Domain& domain = domainNamed(applicationId);
+  PropertyList::Dictionary values;
+  if (!domain.ignoresFile) values = domain.file.contents();
+  for (const auto* changes : {&domain.unwritten, &domain.overrides}) {
+    for (const auto& [key, value] : *changes) {
+      if (value.isNull()) {
+        values.erase(key);
+      } else {
+        values.insert_or_assign(key, value);
+      }
+    }
+  }
+  return values;
+}
+
+void setPreferenceOverride(std::string_view key, const PropertyList& value,
+                           std::string_view applicationId) {
+  domainNamed(applicationId).overrides.insert_or_assign(std::string(key), value);
+}
+
+void ignoreStoredPreferences(std::string_view applicationId) {
+  domainNamed(applicationId).ignoresFile = true;
+}
+
+void resetPreferences() { allDomains().clear(); }

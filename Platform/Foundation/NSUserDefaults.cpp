@@ -1,0 +1,35 @@
+#include "Platform/Foundation/NSUserDefaults.h"
+
+#include <cstdlib>
+
+#include "Platform/Foundation/CFPreferences.h"
+#include "Platform/Foundation/NSLocale.h"
+#include "Platform/Foundation/NSString.h"
+
+namespace {
+
+PropertyList::Array preferredLanguages() {
+  PropertyList::Array languages;
+  if (const char* list = std::getenv("LANGUAGE"); list != nullptr) {
+    for (const auto& language : componentsSeparatedByString(list, ":")) {
+      if (!language.empty()) languages.emplace_back(localeIdentifierFromEnvironment(language));
+    }
+  }
+  if (languages.empty()) languages.emplace_back(NSLocale::environmentIdentifier("LC_MESSAGES"));
+  return languages;
+}
+
+}  // namespace
+
+NSUserDefaults& NSUserDefaults::standardUserDefaults() {
+  static NSUserDefaults defaults;
+  return defaults;
+}
+
+const PropertyList::Dictionary& NSUserDefaults::dictionaryRepresentation() {
+  if (!values_) {
+    values_ = CFPreferencesCopyAllValues(".GlobalPreferences");
+    values_->insert_or_assign("NSLanguages", preferredLanguages());
+  }
+  return *values_;
+}

@@ -1,0 +1,36 @@
+#include "Platform/SystemUIPlugin/NSMenuExtra.h"
+
+#include "Platform/AppKit/NSBezierPath.h"
+#include "Platform/AppKit/NSColor.h"
+
+NSMenuExtra::~NSMenuExtra() {
+  if (view_) view_->setHost(nullptr);
+}
+
+void NSMenuExtra::init(NSMenuExtraSlot& slot, const NSBundle& bundle) {
+  slot_ = &slot;
+  initWithBundle(bundle);
+}
+
+void NSMenuExtra::initWithBundle(const NSBundle&) { setView(std::make_shared<NSView>()); }
+
+void NSMenuExtra::setView(std::shared_ptr<NSView> view) {
+  if (view_) view_->setHost(nullptr);
+  view_ = std::move(view);
+  if (view_) view_->setHost(this);
+}
+
+void NSMenuExtra::setLength(double length) {
+  length_ = length;
+  if (slot_ != nullptr) slot_->lengthChanged(length);
+}
+
+void NSMenuExtra::drawMenuBackground(bool selected) {
+  if (!selected || !view_) return;
+  NSColor::selectedMenuItemColor().setFill();
+  NSBezierPath::bezierPathWithRect(view_->bounds()).fill();
+}
+
+void NSMenuExtra::viewNeedsDisplay(NSView&) {
+  if (slot_ != nullptr) slot_->needsDisplay();
+}

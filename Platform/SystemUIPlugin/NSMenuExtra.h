@@ -1,0 +1,71 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "Platform/AppKit/NSView.h"
+#include "Platform/Foundation/NSBundle.h"
+
+class NSMenu;
+
+/// The place in a bar that a host gives to one extra: 22 points high, as wide as the extra asks.
+class NSMenuExtraSlot {
+ public:
+  virtual ~NSMenuExtraSlot() = default;
+  virtual void lengthChanged(double length) = 0;
+  virtual void needsDisplay() = 0;
+  /// Whether the extra's menu is open.
+  virtual bool isMenuDown() const = 0;
+};
+
+/// One status item. A host makes it from a bundle, draws its view, asks it for a menu on a click
+/// and tells it when to unload. Main thread only.
+class NSMenuExtra : public NSObject, private NSViewHost {
+ public:
+  static constexpr double Height = 22;
+
+  ~NSMenuExtra() override;
+
+  /// `slot` must outlive the extra.
+  void init(NSMenuExtraSlot& slot, const NSBundle& bundle);
+  virtual void initWithBundle(const NSBundle& bundle);
+
+  const std::shared_ptr<NSView>& view() const { return view_; }
+  void setView(std::shared_ptr<NSView> view);
+
+  double length() const { return length_; }
+  /// Sets the slot's width in points.
+  void setLength(double length);
+
+  bool isMenuDown() const { return slot_ != nullptr && slot_->isMenuDown(); }
+
+  /// Paints the background of the selected item, if `selected`, over the view's bounds.
+  void drawMenuBackground(bool selected);
+
+  /// Asked for on a click. Null means that nothing opens.
+  virtual std::shared_ptr<NSMenu> menu() { return nullptr; }
+  virtual void willUnload() {}
+
+  virtual std::string title() const { return ""; }
+  virtual std::string AXTitle() const { return title(); }
+  virtual std::string AXDescription() const { return ""; }
+
+ private:
+  void viewNeedsDisplay(NSView& view) override;
+
+  NSMenuExtraSlot* slot_ = nullptr;
+  std::shared_ptr<NSView> view_;
+  double length_ = 0;
+};
+
+/// The view that a host shows for an extra.
+class NSMenuExtraView : public NSView {
+ public:
+  /// `menuExtra` is not owned: it owns the view.
+  NSMenuExtraView(NSRect frame, NSMenuExtra& menuExtra) : NSView(frame), menuExtra_(&menuExtra) {}
+
+  NSMenuExtra& menuExtra() const { return *menuExtra_; }
+
+ private:
+  NSMenuExtra* menuExtra_;
+};
