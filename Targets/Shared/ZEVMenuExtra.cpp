@@ -1,0 +1,152 @@
+#include "Targets/Shared/ZEVMenuExtra.h"
+
+#include <exception>
+
+#include "Platform/Foundation/CallStack.h"
+#include "Platform/Foundation/NSDate.h"
+#include "Platform/Foundation/NSDistributedNotificationCenter.h"
+#include "Platform/Foundation/NSLog.h"
+#include "Targets/Shared/Views/ZEVMenuExtraView.h"
+#include "Targets/Shared/ZEVPreferences.h"
+
+namespace {
+
+constexpr double PlaceholderLength = 20;
+
+}  // namespace
+
+void ZEVMenuExtra_Time::initWithBundle(const NSBundle& bundle) {
+  NSMenuExtra::initWithBundle(bundle);
+  view()->setFrameSize({PlaceholderLength, Height});
+  setLength(PlaceholderLength);
+  performSelectorAfterDelay("run", 0, [this] { run(); });
+}
+
+std::shared_ptr<NSMenu> ZEVMenuExtra_Time::menu() {
+  if (!modules_ || modules_->size() != 1) return nullptr;
+  return modules_->front()->menu();
+}
+
+void ZEVMenuExtra_Time::run() {
+  modules_.emplace();
+  std::string stage = "initial load";
+  try {
+    start(stage);
+  } catch (const std::exception& exception) {
+    collapse(stage, exception.what());
+    return;
+  } catch (...) {
+    collapse(stage, "an exception of an unknown kind");
+    return;
+  }
+  displayObservation_ = NSDistributedNotificationCenter::defaultCenter().addObserver(
+      "VelmoraGlobalDisplayChange",
+      [this](const NSNotification& notification) { displayChange(notification); });
+  themeObservation_ = NSNotificationCenter::defaultCenter().addObserver(
+      "VelmoraMenubarThemeChanged", [this](const NSNotification&) { menubarThemeChanged(); });
+}
+
+void ZEVMenuExtra_Time::start(std::string& stage) {
+  NSLog("Velmora loading extra - " + extraName());
+  stage = "loading base view";
+  hostView_ = std::make_shared<ZEVMenuExtraView_Time>(view() ? view()->frame() : NSZeroRect, *this);
+  hostView_->setZero(true);
+  setView(hostView_);
+  hostView_->setLastSize(0);
+  stage = "loading modules";
+  loadModules();
+  if (!isCombinedExtra()) {
+    for (const auto& module : *modules_) {
+      stage = "setup module at index - " + module->moduleName();
+      module->setup();
+      // The stage's spelling is what log readers search for.
+      stage = "notifictions module at index - " + module->moduleName();
+      module->loadNotifications();
+      module->setMenubar(true);
+    }
+  }
+  stage = "modules loaded";
+}
+
+void ZEVMenuExtra_Time::collapse(const std::string& stage, const std::string& reason) {
+  const std::string start = "Velmora exception in " + extraName() + " - ";
+  NSLog(NSDate::date().description() + "\n\n" + start + reason + "\n" + start + stage + "\n\n" +
+        callStackSymbols());
+  if (view()) view()->setFrameSize({0, Height});
+  setLength(0);
+  willUnload();
+}
+
+void ZEVMenuExtra_Time::addModule(std::shared_ptr<ZEVModule_Time> module) {
+  modules_->push_back(std::move(module));
+}
+
+std::shared_ptr<ZEVModule_Time> ZEVMenuExtra_Time::moduleWithKey(int64_t key) const {
+  if (!modules_) return nullptr;
+  for (const auto& module : *modules_) {
+    if (module->key() == key) return module;
+  }
+  return nullptr;
+}
+
+void ZEVMenuExtra_Time::displayChange(const NSNotification& notification) {
+  ZEVRefreshKey(notification.textForKey("key"));
+  if (!modules_) return;
+  const Modules modules = *modules_;
+  for (const auto& module : modules)
+    module->skinChange(notification);
+  const std::string resetKey = notification.textForKey("resetKey");
+  if (resetKey == "dropdown" || resetKey == "styles") dropdownThemeChanged();
+  if (resetKey == "launcher") {
+    for (const auto& module : modules)
+      module->rebuildMenu();
+  }
+  for (const auto& module : modules)
+    module->globalPreferencesChange(notification);
+  update();
+}
+
+void ZEVMenuExtra_Time::menubarThemeChanged() {
+  if (!modules_) return;
+  for (const auto& module : *modules_)
+    module->menubarThemeChanged();
+  update();
+  if (ZEVBoolForKey("Theme-SeperateStyles")) dropdownThemeChanged();
+}
+
+void ZEVMenuExtra_Time::dropdownThemeChanged() {
+  NSNotificationCenter::defaultCenter().postNotification("DropdownThemeChanged");
+  for (const auto& module : *modules_)
+    module->themeChange();
+}
+
+void ZEVMenuExtra_Time::update() {
+  if (view()) view()->setNeedsDisplay(true);
+}
+
+void ZEVMenuExtra_Time::disableZero() {
+  if (hostView_) hostView_->setZero(false);
+  update();
+}
+
+void ZEVMenuExtra_Time::willUnload() {
+  NSLog("Unloading...");
+  try {
+    if (modules_) {
+      for (const auto& module : *modules_) {
+        NSLog("unloading module");
+        module->willUnload();
+      }
+    }
+  } catch (...) {
+    // A module that fails to stop must not keep the rest from being cleaned up.
+  }
+  modules_.reset();
+  cleanup();
+  displayObservation_ = {};
+  themeObservation_ = {};
+  cancelPreviousPerformRequests("disableZero");
+  NSDistributedNotificationCenter::defaultCenter().postNotification("VelmoraUnloadedExtra",
+                                                                    {{"extra", extraName()}});
+  NSMenuExtra::willUnload();
+}

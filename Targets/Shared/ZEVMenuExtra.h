@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Platform/Foundation/NSNotificationCenter.h"
+#include "Platform/SystemUIPlugin/NSMenuExtra.h"
+#include "Targets/Shared/ZEVModule.h"
+
+class ZEVMenuExtraView_Time;
+
+/// The shell around a slot in the bar: starts and stops the modules of one extra and passes on what
+/// concerns them all. Main thread only.
+///
+/// `initWithBundle` takes the slot and nothing else; the work begins in `run`, on the next pass of
+/// the run loop, when the host has finished taking the object in. A module that fails to start
+/// collapses the slot and leaves its reason in the log; the host goes on.
+class ZEVMenuExtra_Time : public NSMenuExtra, public ZEVModuleDelegate {
+ public:
+  using Modules = std::vector<std::shared_ptr<ZEVModule_Time>>;
+
+  void initWithBundle(const NSBundle& bundle) override;
+
+  virtual std::string extraName() const { return ""; }
+  virtual bool isCombinedExtra() const { return false; }
+  virtual void skinChange() {}
+  virtual void cleanup() {}
+  virtual void loadModules() {}
+  virtual void displayChange(const NSNotification& notification);
+  virtual void menubarThemeChanged();
+
+  std::shared_ptr<NSMenu> menu() override;
+  void run();
+  void willUnload() override;
+
+  void update() override;
+  void updateSize() override {}
+
+  /// Draws the slot's changes of width without the step through zero.
+  void disableZero();
+
+  /// The modules in load order; null before `run` and after unload.
+  const Modules* modules() const { return modules_ ? &*modules_ : nullptr; }
+  /// Null if there is none with that number.
+  std::shared_ptr<ZEVModule_Time> moduleWithKey(int64_t key) const;
+
+ protected:
+  void addModule(std::shared_ptr<ZEVModule_Time> module);
+
+ private:
+  void start(std::string& stage);
+  void collapse(const std::string& stage, const std::string& reason);
+  void dropdownThemeChanged();
+
+  std::optional<Modules> modules_;
+  std::shared_ptr<ZEVMenuExtraView_Time> hostView_;
+  NSObservation displayObservation_;
+  NSObservation themeObservation_;
+};

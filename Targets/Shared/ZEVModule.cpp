@@ -1,0 +1,65 @@
+#include "Targets/Shared/ZEVModule.h"
+
+#include <algorithm>
+
+#include "Platform/Foundation/NSPathUtilities.h"
+#include "Targets/Shared/Views/ZEVMenuExtraContentView.h"
+#include "Targets/Shared/ZEVMenuExtra.h"
+#include "Targets/Shared/ZEVPreferences.h"
+
+void ZEVModule_Time::init(ZEVMenuExtra_Time& extra) {
+  extra_ = &extra;
+  addDelegate(extra);
+  loadViewWithExtra(extra);
+}
+
+void ZEVModule_Time::setView(std::shared_ptr<ZEVMenuExtraContentView_Time> view) {
+  view_ = std::move(view);
+}
+
+void ZEVModule_Time::menubarThemeChanged() {
+  if (!view_) return;
+  view_->resetTextConfig();
+  view_->setNeedsDisplay(true);
+}
+
+double ZEVModule_Time::width() const { return view_ ? view_->size() : 0; }
+
+void ZEVModule_Time::addDelegate(ZEVModuleDelegate& delegate) {
+  if (std::find(delegates_.begin(), delegates_.end(), &delegate) == delegates_.end()) {
+    delegates_.push_back(&delegate);
+  }
+}
+
+void ZEVModule_Time::removeDelegate(ZEVModuleDelegate& delegate) {
+  std::erase(delegates_, &delegate);
+}
+
+bool ZEVModule_Time::collectorShouldUpdateStateForSequence(int64_t sequence) {
+  if (sequence == -1) return true;
+  switch (ZEVIntegerForKey("TimerFrequency")) {
+    case 2:
+      return true;
+    case 1:
+      return sequence % 2 == 0;
+    case 0:
+      return sequence % 3 == 0;
+    default:
+      return false;
+  }
+}
+
+std::filesystem::path ZEVModule_Time::databasePath(std::string_view name,
+                                                   const ZEVMenuExtra_Time* extra) {
+  const auto directory = resolvedPath("~/Library/Application Support/Velmora/databases");
+  std::error_code error;
+  if (!std::filesystem::exists(directory, error)) {
+    std::filesystem::create_directories(directory, error);
+  }
+  const bool isCombined = extra != nullptr && extra->isCombinedExtra();
+  return directory / ((isCombined ? "combined_" : "") + std::string(name) + ".db");
+}
+
+std::filesystem::path ZEVModule_Time::databasePath(std::string_view name) const {
+  return databasePath(name, extra_);
+}

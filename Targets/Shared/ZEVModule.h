@@ -1,0 +1,74 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Platform/Foundation/NSNotificationCenter.h"
+#include "Platform/Foundation/NSObject.h"
+
+class NSMenu;
+class ZEVMenuExtra_Time;
+class ZEVMenuExtraContentView_Time;
+
+/// Who follows a module: told to redraw, and that its size may have changed.
+class ZEVModuleDelegate {
+ public:
+  virtual ~ZEVModuleDelegate() = default;
+  virtual void update() = 0;
+  virtual void updateSize() = 0;
+};
+
+/// A piece of functionality in a menu extra. Its operations are empty here unless told otherwise;
+/// a module overrides what it needs. Main thread only.
+class ZEVModule_Time : public NSObject {
+ public:
+  /// `extra` owns the module and is its first delegate.
+  virtual void init(ZEVMenuExtra_Time& extra);
+  virtual void loadViewWithExtra(ZEVMenuExtra_Time&) {}
+
+  virtual std::string moduleName() const { return ""; }
+  virtual std::shared_ptr<NSMenu> menu() { return nullptr; }
+  virtual void menubarThemeChanged();
+  virtual void globalPreferencesChange(const NSNotification&) {}
+  virtual void skinChange(const NSNotification&) {}
+  virtual void themeChange() {}
+  virtual void rebuildMenu() {}
+  virtual void setup() {}
+  virtual void loadNotifications() {}
+  virtual void willUnload() {}
+
+  bool isInMenubar() const { return menubar_; }
+  void setMenubar(bool isInMenubar) { menubar_ = isInMenubar; }
+  int64_t key() const { return key_; }
+  void setKey(int64_t key) { key_ = key; }
+  const std::shared_ptr<ZEVMenuExtraContentView_Time>& view() const { return view_; }
+  double width() const;
+
+  /// Delegates are not owned: whoever adds itself removes itself. Told in the order of adding.
+  void addDelegate(ZEVModuleDelegate& delegate);
+  void removeDelegate(ZEVModuleDelegate& delegate);
+
+  /// Whether a collector's run at this count should do the heavy part of its work: always for -1,
+  /// else every time, every second or every third time, as "TimerFrequency" says.
+  static bool collectorShouldUpdateStateForSequence(int64_t sequence);
+
+  /// The file of a database in the user's data folder, which is made if it is missing. A null extra
+  /// counts as not combined.
+  static std::filesystem::path databasePath(std::string_view name, const ZEVMenuExtra_Time* extra);
+  std::filesystem::path databasePath(std::string_view name) const;
+
+ protected:
+  void setView(std::shared_ptr<ZEVMenuExtraContentView_Time> view);
+  std::vector<ZEVModuleDelegate*>& delegates() { return delegates_; }
+
+ private:
+  bool menubar_ = false;
+  int64_t key_ = 0;
+  std::shared_ptr<ZEVMenuExtraContentView_Time> view_;
+  std::vector<ZEVModuleDelegate*> delegates_;
+  ZEVMenuExtra_Time* extra_ = nullptr;
+};

@@ -1,0 +1,235 @@
+#include "Targets/Shared/ZEVPreferences.h"
+
+#include <array>
+
+#include "Platform/Foundation/CFPreferences.h"
+#include "Platform/Foundation/HardwareModel.h"
+#include "Platform/Foundation/NSDistributedNotificationCenter.h"
+#include "Platform/Foundation/NSString.h"
+#include "Targets/Shared/WENVersions.h"
+#include "Targets/Shared/ZEVColorText.h"
+#include "Targets/Shared/ZEVDefaultSettings.h"
+
+namespace {
+
+constexpr std::string_view BundlePath = "/Library/Application Support/Velmora 5/Velmora.bundle";
+constexpr std::string_view NetworkBundlePath = "/System/Library/PreferencePanes/Network.prefpane";
+
+const PropertyList NoValue;
+
+std::unique_ptr<ZEVPreferences_Time>& sharedInstance() {
+  static auto instance = std::make_unique<ZEVPreferences_Time>();
+  return instance;
+}
+
+}  // namespace
+
+ZEVPreferences_Time* ZEVPreferences_Time::sharedPreferences() { return sharedInstance().get(); }
+
+void ZEVPreferences_Time::cleanup() { sharedInstance().reset(); }
+
+ZEVPreferences_Time::ZEVPreferences_Time()
+    : isMavericks_(WENVersions_Time::sharedVersions().isMavericks()),
+      isYosemite_(WENVersions_Time::sharedVersions().isYosemite()) {
+  if (isYosemite_) {
+    auto& center = NSDistributedNotificationCenter::defaultCenter();
+    themeObservation_ = center.addObserver("AppleInterfaceThemeChangedNotification",
+                                           [this](const auto&) { menubarThemeChanged(); });
+    contrastObservation_ = center.addObserver("AXInterfaceIncreaseContrastStatusDidChange",
+                                              [this](const auto&) { contrastChanged(); });
+    updateMenubarTheme();
+    updateContrast();
+  }
+  bundle_ = NSBundle::bundleWithPath(BundlePath);
+  loadDefaults();
+}
+
+void ZEVPreferences_Time::loadDefaults() { defaults_ = defaultSettings(isLaptop()); }
+
+std::string ZEVPreferences_Time::modelIdentifier() const { return hardwareModel(); }
+
+bool ZEVPreferences_Time::isLaptop() const {
+  return lowercaseString(modelIdentifier()).starts_with("macbook");
+}
+
+void ZEVPreferences_Time::menubarThemeChanged() {
+  forgetEverything();
+  updateMenubarTheme();
+  NSNotificationCenter::defaultCenter().postNotification("VelmoraMenubarThemeChanged");
+}
+
+void ZEVPreferences_Time::contrastChanged() {
+  forgetEverything();
+  updateContrast();
+  NSNotificationCenter::defaultCenter().postNotification("VelmoraMenubarThemeChanged");
+}
+
+void ZEVPreferences_Time::forgetEverything() {
+  colorCache_.clear();
+  cache_.clear();
+}
+
+void ZEVPreferences_Time::updateMenubarTheme() {
+  const PropertyList style = CFPreferencesCopyAppValue("AppleInterfaceStyle", ".GlobalPreferences");
+  isMenubarDark_ = style.string() != nullptr && *style.string() == "Dark";
+}
+
+void ZEVPreferences_Time::updateContrast() {
+  const PropertyList contrast =
+      CFPreferencesCopyAppValue("increaseContrast", "com.apple.universalaccess");
+  increaseContrast_ = contrast.isNumber() && contrast.boolValue();
+}
+
+const PropertyList& ZEVPreferences_Time::objectForKey(std::string_view key) {
+  const auto found = cache_.find(key);
+  if (found != cache_.end()) {
+    const auto* value = std::get_if<PropertyList>(&found->second);
+    return value != nullptr ? *value : NoValue;
+  }
+  PropertyList value = prefenceValueForKey(key);
+  if (value.isNull()) {
+    const auto fallback = defaults_.find(key);
+    if (fallback != defaults_.end()) value = fallback->second;
+  }
+  CacheEntry entry;
+  if (!value.isNull()) entry = std::move(value);
+  const auto kept = cache_.emplace(key, std::move(entry)).first;
+  const auto* keptValue = std::get_if<PropertyList>(&kept->second);
+  return keptValue != nullptr ? *keptValue : NoValue;
+}
+
+PropertyList ZEVPreferences_Time::objectForKeyWithoutCache(std::string_view key) const {
+  return prefenceValueForKey(key);
+}
+
+PropertyList ZEVPreferences_Time::prefenceValueForKey(std::string_view key) const {
+  return CFPreferencesCopyAppValue(key, Domain);
+}
+
+void ZEVPreferences_Time::setObject(std::string_view key, const PropertyList& value) {
+  CFPreferencesSetAppValue(key, value, Domain);
+  CFPreferencesAppSynchronize(Domain);
+  resetValueForKey(key);
+}
+
+void ZEVPreferences_Time::resetValueForKey(std::string_view key) {
+  if (const auto found = cache_.find(key); found != cache_.end()) cache_.erase(found);
+  if (const auto found = colorCache_.find(key); found != colorCache_.end()) {
+    colorCache_.erase(found);
+  }
+}
+
+NSColor ZEVPreferences_Time::colorForKey(std::string_view key) {
+  const auto found = colorCache_.find(key);
+  if (found != colorCache_.end()) return found->second;
+  const NSColor fallback = isMenubarDark_ ? NSColor::whiteColor() : NSColor::blackColor();
+  const NSColor color = colorFromString(objectForKey(key)).value_or(fallback);
+  colorCache_.emplace(key, color);
+  return color;
+}
+
+std::filesystem::path ZEVPreferences_Time::pathForImage(std::string_view name) const {
+  return bundle_.pathForImageResource(name);
+}
+
+std::shared_ptr<NSImage> ZEVPreferences_Time::cachedImage(const std::string& cacheKey) const {
+  const auto found = cache_.find(cacheKey);
+  if (found == cache_.end()) return nullptr;
+  const auto* image = std::get_if<std::shared_ptr<NSImage>>(&found->second);
+  return image != nullptr ? *image : nullptr;
+}
+
+std::shared_ptr<NSImage> ZEVPreferences_Time::imageNamed(std::string_view name) {
+  const std::string cacheKey = "image_" + std::string(name);
+  auto image = cachedImage(cacheKey);
+  if (!image) image = NSImage::imageWithContentsOfFile(pathForImage(name));
+  if (!image) return nullptr;
+  image->setName(nameWithoutImageExtension(name));
+  cache_.insert_or_assign(cacheKey, image);
+  return image;
+}
+
+std::shared_ptr<NSImage> ZEVPreferences_Time::networkIconNamed(std::string_view name) {
+  const std::string cacheKey = "networkicon_" + std::string(name);
+  if (auto image = cachedImage(cacheKey)) return image;
+  const NSBundle bundle = NSBundle::bundleWithPath(NetworkBundlePath);
+  auto image = NSImage::imageWithContentsOfFile(bundle.pathForImageResource(name));
+  if (image) cache_.insert_or_assign(cacheKey, image);
+  return image;
+}
+
+int64_t ZEVPreferences_Time::offsetForFont(std::string_view key) {
+  return verticalOffsetForFontSize(objectForKey(key).integerValue());
+}
+
+int64_t ZEVPreferences_Time::verticalOffsetForFontSize(int64_t size) {
+  constexpr int64_t Smallest = 8;
+  constexpr std::array<int64_t, 9> Offsets = {3, 2, 1, 1, 0, 0, 0, -1, -2};
+  const int64_t index = size - Smallest;
+  if (size < Smallest || index >= static_cast<int64_t>(Offsets.size())) return 0;
+  return Offsets[static_cast<size_t>(index)];
+}
+
+bool ZEVBoolForKey(std::string_view key) {
+  return ZEVPreferences_Time::sharedPreferences()->objectForKey(key).boolValue();
+}
+
+int64_t ZEVIntegerForKey(std::string_view key) {
+  return ZEVPreferences_Time::sharedPreferences()->objectForKey(key).integerValue();
+}
+
+float ZEVFloatForKey(std::string_view key) {
+  return ZEVPreferences_Time::sharedPreferences()->objectForKey(key).floatValue();
+}
+
+double ZEVDoubleForKey(std::string_view key) {
+  return ZEVPreferences_Time::sharedPreferences()->objectForKey(key).doubleValue();
+}
+
+PropertyList ZEVObjectForKey(std::string_view key) {
+  return ZEVPreferences_Time::sharedPreferences()->objectForKey(key);
+}
+
+PropertyList ZEVDictionaryForKey(std::string_view key) { return ZEVObjectForKey(key); }
+
+NSColor ZEVColorForKey(std::string_view key) {
+  return ZEVPreferences_Time::sharedPreferences()->colorForKey(key);
+}
+
+PropertyList ZEVObjectForKeyWithoutCache(std::string_view key) {
+  return ZEVPreferences_Time::sharedPreferences()->objectForKeyWithoutCache(key);
+}
+
+PropertyList ZEVStoredObjectForKey(std::string_view key) {
+  return ZEVPreferences_Time::sharedPreferences()->prefenceValueForKey(key);
+}
+
+PropertyList ZEVPreferenceForKey(std::string_view key) { return ZEVStoredObjectForKey(key); }
+
+void ZEVRefreshKey(std::string_view key) {
+  ZEVPreferences_Time::sharedPreferences()->resetValueForKey(key);
+}
+
+void ZEVSetObjectForKey(std::string_view key, const PropertyList& value) {
+  ZEVPreferences_Time::sharedPreferences()->setObject(key, value);
+}
+
+void ZEVSetBoolForKey(std::string_view key, bool value) { ZEVSetObjectForKey(key, value); }
+
+void ZEVSetIntegerForKey(std::string_view key, int64_t value) { ZEVSetObjectForKey(key, value); }
+
+void ZEVSetFloatForKey(std::string_view key, float value) {
+  ZEVSetObjectForKey(key, static_cast<double>(value));
+}
+
+void ZEVSetDoubleForKey(std::string_view key, double value) { ZEVSetObjectForKey(key, value); }
+
+void ZEVRemoveObjectForKey(std::string_view key) {
+  ZEVPreferences_Time::sharedPreferences()->removeObjectForKey(key);
+}
+
+int64_t dropdownTheme() {
+  if (!ZEVBoolForKey("Theme-SeperateStyles")) return ZEVIntegerForKey("DropdownTheme");
+  const bool isDark = ZEVPreferences_Time::sharedPreferences()->isMenubarDark();
+  return ZEVIntegerForKey(isDark ? "DropdownTheme-Dark" : "DropdownTheme-Light");
+}

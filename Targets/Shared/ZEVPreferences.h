@@ -1,0 +1,119 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <variant>
+
+#include "Platform/AppKit/NSColor.h"
+#include "Platform/AppKit/NSImage.h"
+#include "Platform/Foundation/NSBundle.h"
+#include "Platform/Foundation/NSNotificationCenter.h"
+#include "Platform/Foundation/PropertyList.h"
+
+/// The settings that the family of modules shares: a read cache in front of the preference domain,
+/// with a table of defaults behind it. Everything but this file's own tests goes through the free
+/// functions below. Main thread only.
+///
+/// A stored value beats a default. The first read of a key settles it until a write, a refresh of
+/// that key or a change of theme; a key without any value is remembered too.
+class ZEVPreferences_Time {
+ public:
+  /// The preference domain.
+  static constexpr std::string_view Domain = "com.wenmark.velmora5.extras";
+
+  /// Made at the first call; null after `cleanup`.
+  static ZEVPreferences_Time* sharedPreferences();
+  static void cleanup();
+
+  ZEVPreferences_Time();
+  ZEVPreferences_Time(const ZEVPreferences_Time&) = delete;
+  ZEVPreferences_Time& operator=(const ZEVPreferences_Time&) = delete;
+
+  bool isMenubarDark() const { return isMenubarDark_; }
+  bool increaseContrast() const { return increaseContrast_; }
+
+  /// The machine's model, or an empty text.
+  std::string modelIdentifier() const;
+  bool isLaptop() const;
+
+  /// The value of a key, null if there is none. The reference is good until the key is invalidated.
+  /// Without the cache only the store answers.
+  const PropertyList& objectForKey(std::string_view key);
+  PropertyList objectForKeyWithoutCache(std::string_view key) const;
+  PropertyList prefenceValueForKey(std::string_view key) const;
+
+  /// Writes through to the domain at once; a null value removes the key.
+  void setObject(std::string_view key, const PropertyList& value);
+  void removeObjectForKey(std::string_view key) { setObject(key, {}); }
+
+  /// Drops what is cached of a key, after another process reported its change.
+  void resetValueForKey(std::string_view key);
+  /// Drops all cached values and images, but no colours.
+  void clearCache() { cache_.clear(); }
+
+  /// The colour of a key; white on a dark menu bar and black on a light one if the key holds none.
+  NSColor colorForKey(std::string_view key);
+
+  std::filesystem::path pathForImage(std::string_view name) const;
+  std::shared_ptr<NSImage> imageNamed(std::string_view name);
+  std::shared_ptr<NSImage> networkIconNamed(std::string_view name);
+
+  /// By how many points text of a size (or of the size that a key holds) is moved up.
+  int64_t offsetForFont(std::string_view key);
+  static int64_t verticalOffsetForFontSize(int64_t size);
+
+  /// The table of defaults.
+  const PropertyList::Dictionary& defaults() const { return defaults_; }
+
+ private:
+  /// `std::monostate` is the null marker of a key without any value.
+  using CacheEntry = std::variant<std::monostate, PropertyList, std::shared_ptr<NSImage>>;
+
+  void loadDefaults();
+  void menubarThemeChanged();
+  void contrastChanged();
+  void updateMenubarTheme();
+  void updateContrast();
+  void forgetEverything();
+  std::shared_ptr<NSImage> cachedImage(const std::string& cacheKey) const;
+
+  bool isMavericks_;
+  bool isYosemite_;
+  bool isMenubarDark_ = false;
+  bool increaseContrast_ = false;
+  std::map<std::string, NSColor, std::less<>> colorCache_;
+  PropertyList::Dictionary defaults_;
+  std::map<std::string, CacheEntry, std::less<>> cache_;
+  NSBundle bundle_;
+  NSObservation themeObservation_;
+  NSObservation contrastObservation_;
+};
+
+/// Readers answer 0, false or null where there is no value. The conversions are those of
+/// `PropertyList`.
+bool ZEVBoolForKey(std::string_view key);
+int64_t ZEVIntegerForKey(std::string_view key);
+float ZEVFloatForKey(std::string_view key);
+double ZEVDoubleForKey(std::string_view key);
+PropertyList ZEVObjectForKey(std::string_view key);
+PropertyList ZEVDictionaryForKey(std::string_view key);
+NSColor ZEVColorForKey(std::string_view key);
+
+/// Only what is stored: defaults do not answer.
+PropertyList ZEVObjectForKeyWithoutCache(std::string_view key);
+PropertyList ZEVStoredObjectForKey(std::string_view key);
+PropertyList ZEVPreferenceForKey(std::string_view key);
+
+void ZEVRefreshKey(std::string_view key);
+
+void ZEVSetObjectForKey(std::string_view key, const PropertyList& value);
+void ZEVSetBoolForKey(std::string_view key, bool value);
+void ZEVSetIntegerForKey(std::string_view key, int64_t value);
+void ZEVSetFloatForKey(std::string_view key, float value);
+void ZEVSetDoubleForKey(std::string_view key, double value);
+void ZEVRemoveObjectForKey(std::string_view key);
+
+/// 1 selects the dark dropdown, 0 the light one.
+int64_t dropdownTheme();

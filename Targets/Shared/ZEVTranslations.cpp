@@ -1,0 +1,68 @@
+#include "Targets/Shared/ZEVTranslations.h"
+
+#include <vector>
+
+#include "Platform/Foundation/NSBundle.h"
+#include "Platform/Foundation/NSUserDefaults.h"
+#include "Platform/Foundation/StringsFile.h"
+#include "Targets/Shared/ZEVPreferences.h"
+
+namespace {
+
+std::vector<std::string> userLanguages() {
+  std::vector<std::string> languages;
+  const auto& settings = NSUserDefaults::standardUserDefaults().dictionaryRepresentation();
+  const auto found = settings.find("NSLanguages");
+  if (found == settings.end() || found->second.array() == nullptr) return languages;
+  for (const PropertyList& language : *found->second.array()) {
+    if (language.string() != nullptr) languages.push_back(*language.string());
+  }
+  return languages;
+}
+
+}  // namespace
+
+ZEVTranslations_Time& ZEVTranslations_Time::sharedTranslations() {
+  static ZEVTranslations_Time translations;
+  return translations;
+}
+
+std::optional<std::string> ZEVTranslations_Time::localizedString(std::string_view key,
+                                                                 std::string_view table) {
+  const std::string fileName = std::string(table.empty() ? "Localizable" : table) + ".strings";
+  auto loaded = translations_.find(fileName);
+  if (loaded == translations_.end()) {
+    Table fresh = loadTable(fileName);
+    // An empty table is looked for again at the next text.
+    if (fresh.empty()) return std::nullopt;
+    loaded = translations_.emplace(fileName, std::move(fresh)).first;
+  }
+  const auto found = loaded->second.find(key);
+  if (found == loaded->second.end()) return std::nullopt;
+  return found->second;
+}
+
+ZEVTranslations_Time::Table ZEVTranslations_Time::loadTable(const std::string& fileName) const {
+  const NSBundle bundle = NSBundle::bundleForCode(
+      reinterpret_cast<const void*>(&ZEVTranslations_Time::sharedTranslations), "VelmoraTime");
+  std::vector<std::string> languages =
+      NSBundle::preferredLocalizationsFromArray(bundle.localizations(), userLanguages());
+  const PropertyList chosen = ZEVObjectForKey("language");
+  if (chosen.string() != nullptr) languages = {*chosen.string()};
+  if (languages.empty()) return {};
+
+  const std::string& language = languages.front();
+  auto file = bundle.pathForResource(fileName, language);
+  if (file.empty() && (language == "pt" || language == "pt_BR" || language == "pt-PT")) {
+    file = bundle.pathForResource(fileName, "pt_PT");
+  }
+  if (file.empty()) return {};
+  return stringsTableFromFile(file).value_or(Table());
+}
+
+std::string WENLocalizedString(std::string_view key, std::string_view defaultText,
+                               std::string_view table) {
+  const auto translation = ZEVTranslations_Time::sharedTranslations().localizedString(key, table);
+  if (translation && !translation->empty()) return *translation;
+  return std::string(defaultText.empty() ? key : defaultText);
+}

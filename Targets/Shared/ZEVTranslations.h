@@ -1,0 +1,29 @@
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// Translated texts by table and key. Each table is read once, in one language: that of the setting
+/// "language", else the best that the system's languages allow. Main thread only.
+class ZEVTranslations_Time {
+ public:
+  static ZEVTranslations_Time& sharedTranslations();
+
+  /// The translation of a key; nothing if the table lacks it. An empty table name means
+  /// "Localizable".
+  std::optional<std::string> localizedString(std::string_view key, std::string_view table);
+
+ private:
+  using Table = std::map<std::string, std::string, std::less<>>;
+
+  Table loadTable(const std::string& fileName) const;
+
+  std::map<std::string, Table, std::less<>> translations_;
+};
+
+/// The text to show: the translation, else the default text, else the key itself. An empty
+/// translation counts as none.
+std::string WENLocalizedString(std::string_view key, std::string_view defaultText,
+                               std::string_view table);

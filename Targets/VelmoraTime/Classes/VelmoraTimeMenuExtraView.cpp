@@ -1,0 +1,25 @@
+#include "Targets/VelmoraTime/Classes/VelmoraTimeMenuExtraView.h"
+
+#include "Platform/Foundation/NSDate.h"
+#include "Targets/Shared/ZEVPreferences.h"
+
+void VelmoraTimeMenuExtraView::init(NSRect frame, ZEVMenuExtra_Time& extra) {
+  setFrame(frame);
+  setExtra(&extra);
+  loadConfig();
+}
+
+void VelmoraTimeMenuExtraView::loadConfig() {
+  addTextConfig("text", {"Time_TextSize", "Time_TextColor", "Time_TextShadowColor"});
+}
+
+void VelmoraTimeMenuExtraView::update() {
+  time_ = NSDate::date().timeIntervalSince1970();
+  flashState_ = flashState_ == 0 ? 1 : 0;
+}
+
+int64_t VelmoraTimeMenuExtraView::drawAtOffset(int64_t offset) {
+  constexpr std::string_view Key = "Time_MenubarFormat";
+  return drawTimeAtOffset(offset, time_, flashState_,
+                          clockElementsFromSetting(ZEVObjectForKey(Key), Key));
+}

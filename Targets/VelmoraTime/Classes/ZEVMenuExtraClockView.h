@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Platform/AppKit/NSImage.h"
+#include "Platform/Foundation/NSDate.h"
+#include "Targets/Shared/Views/ZEVMenuExtraContentView.h"
+#include "Targets/VelmoraTime/Classes/ClockElements.h"
+
+/// One piece of a clock in the bar, with the point where it stands: a text at the lower left of its
+/// line box, a picture at its lower left corner.
+struct ClockPiece {
+  enum class Kind { Text, Separator, Moon, Calendar };
+  Kind kind;
+  NSPoint point;
+  std::string text;       ///< Of a text or separator; of a calendar leaf its type.
+  bool isVisible = true;  ///< A hidden separator keeps its place.
+  int64_t day = 0;        ///< Of a calendar leaf: the day of the month.
+  bool isWhite = false;   ///< Of a calendar leaf: on a dark background.
+};
+
+/// What the clock adds to a content view: the walk of a format list through the slot.
+class ZEVMenuExtraClockView_Time : public ZEVMenuExtraContentView_Time {
+ public:
+  /// Draws a format list from a whole-point offset on, and answers where it ends. `flash` 1 makes
+  /// the flashing separators visible; `time` is in seconds since 1970.
+  int64_t drawTimeAtOffset(int64_t offset, double time, int64_t flash,
+                           const ClockElements& components);
+
+  /// The same without drawing: the pieces in drawing order. `offset` moves on to the end.
+  std::vector<ClockPiece> clockPieces(int64_t& offset, double time, int64_t flash,
+                                      const ClockElements& components);
+
+  /// Paints a calendar leaf with its lower left corner at a point.
+  static void drawCalendarAtPoint(NSPoint point, std::string_view type, const NSDate& date,
+                                  bool white);
+
+  /// The picture of the moon; null while there is none.
+  virtual std::shared_ptr<NSImage> moonImage() const { return nullptr; }
+
+  std::string week(double time) const;
+  std::string nameForHour(int64_t hour) const;
+  std::string fuzzyClock(double time) const;
+};

@@ -1,0 +1,95 @@
+#include "Targets/VelmoraTime/Classes/ZEVTimeModule.h"
+
+#include <cmath>
+
+#include "Platform/Dispatch/Dispatch.h"
+#include "Platform/Foundation/NSDate.h"
+#include "Platform/Foundation/NSDistributedNotificationCenter.h"
+#include "Platform/Foundation/NSTimeZone.h"
+#include "Platform/Foundation/NSUserDefaults.h"
+#include "Targets/Shared/ZEVMenuExtra.h"
+#include "Targets/Shared/ZEVPreferences.h"
+#include "Targets/Shared/ZEVTranslations.h"
+#include "Targets/VelmoraTime/Classes/VelmoraTimeMenuExtraView.h"
+
+namespace {
+
+constexpr int64_t NanosecondsPerSecond = 1'000'000'000;
+
+/// What is left of a moment's second, in nanoseconds; a whole second wherever the clock gives
+/// nothing usable.
+int64_t waitToNextSecond(double now) {
+  const double delay = 1.0 - (now - std::floor(now));
+  if (!(delay > 0.0 && delay <= 1.0)) return NanosecondsPerSecond;
+  return static_cast<int64_t>(delay * static_cast<double>(NanosecondsPerSecond));
+}
+
+}  // namespace
+
+std::string ZEVTimeModule_Time::moduleName() const {
+  return WENLocalizedString("Time", "", "time");
+}
+
+void ZEVTimeModule_Time::loadViewWithExtra(ZEVMenuExtra_Time& extra) {
+  setView(make<VelmoraTimeMenuExtraView>(NSMakeRect(0, 0, 20, NSMenuExtra::Height), extra));
+}
+
+void ZEVTimeModule_Time::setup() { updateClocks(); }
+
+void ZEVTimeModule_Time::updateClocks() {
+  if (cancelled_) return;
+  // The next pass is scheduled before any work is done and aims at the wall clock anew each time:
+  // a slow pass delays only itself, drift corrects itself, and passes never pile up.
+  const int64_t wait = waitToNextSecond(NSDate::date().timeIntervalSince1970());
+  const auto self = std::static_pointer_cast<ZEVTimeModule_Time>(shared_from_this());
+  dispatch_after(dispatch_time(DISPATCH_TIME_NOW, wait), dispatch_get_main_queue(),
+                 [self] { self->updateClocks(); });
+  view()->update();
+  for (ZEVModuleDelegate* delegate : delegates())
+    delegate->update();
+}
+
+void ZEVTimeModule_Time::loadNotifications() {
+  auto& center = NSDistributedNotificationCenter::defaultCenter();
+  for (const char* name :
+       {"NSSystemClockDidChangeNotification", "NSSystemTimeZoneDidChangeNotification",
+        "AppleDatePreferencesChangedNotification", "AppleTimePreferencesChangedNotification"}) {
+    observations_.push_back(
+        center.addObserver(name, [this](const NSNotification&) { externalChangeSoon(); }));
+  }
+  observations_.push_back(center.addObserver(
+      "VelmoraTimePreferencesChanged",
+      [this](const NSNotification& notification) { preferencesChanged(notification); }));
+}
+
+void ZEVTimeModule_Time::preferencesChanged(const NSNotification& notification) {
+  ZEVRefreshKey(notification.textForKey("key"));
+  if (notification.textForKey("resetKey") == "text") {
+    ZEVRefreshKey("TimeMenubarTextSelected");
+    ZEVRefreshKey("TimeMenubarText");
+    view()->resetTextConfig();
+  }
+  // The bar shows every change at once, without waiting for the next tick.
+  for (ZEVModuleDelegate* delegate : delegates()) {
+    delegate->updateSize();
+    delegate->update();
+  }
+}
+
+void ZEVTimeModule_Time::externalChangeSoon() {
+  performSelectorAfterDelay("externalChange", 1.0, [this] { externalChange(); });
+}
+
+void ZEVTimeModule_Time::externalChange() {
+  NSUserDefaults::standardUserDefaults().synchronize();
+  NSTimeZone::resetSystemTimeZone();
+}
+
+void ZEVTimeModule_Time::willUnload() { partialUnload(); }
+
+void ZEVTimeModule_Time::partialUnload() {
+  cancelled_ = true;
+  cancelPreviousPerformRequests("externalChange");
+  observations_.clear();
+  delegates().clear();
+}

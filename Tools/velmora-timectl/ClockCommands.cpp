@@ -1,0 +1,117 @@
+#include <array>
+#include <memory>
+
+#include "Platform/Foundation/SystemClock.h"
+#include "Targets/VelmoraTime/Classes/ZEVDateAndTimeUtilities.h"
+#include "Tools/velmora-timectl/Command.h"
+#include "Tools/velmora-timectl/Errors.h"
+#include "Tools/velmora-timectl/MenubarContent.h"
+
+namespace {
+
+ClockElements elementsArgument(const Arguments& arguments) {
+  constexpr std::string_view Option = "--elements";
+  const PropertyList value = propertyListFromJson(arguments.required(Option), Option);
+  ClockElements elements;
+  bool isListOfTexts = value.array() != nullptr;
+  if (isListOfTexts) {
+    for (const PropertyList& item : *value.array()) {
+      if (item.string() == nullptr) {
+        isListOfTexts = false;
+        break;
+      }
+      elements.push_back(*item.string());
+    }
+  }
+  if (!isListOfTexts) {
+    throw UsageError("--elements: a JSON list of texts is wanted, such as '[\"HH\",\":\",\"mm\"]'");
+  }
+  return elements;
+}
+
+Json textsOf(const ClockElements& elements) { return Json(elements); }
+
+Json formatCommand(const Arguments& arguments) {
+  arguments.expectRest({});
+  const NSDate time = instantFromText(arguments.required("--time"), "--time");
+  NSDateFormatter& formatter = ZEVDateAndTimeUtilities::sharedUtilities().dateFormatter();
+  formatter.setTimeZone(zoneFromText(arguments.required("--zone"), "--zone"));
+  return {
+      {"text", dateString(elementsArgument(arguments), formatter, time.timeIntervalSince1970())}};
+}
+
+Json pieceJson(const ClockPiece& piece) {
+  Json json;
+  switch (piece.kind) {
+    case ClockPiece::Kind::Text:
+      json = {{"kind", "text"}, {"text", piece.text}};
+      break;
+    case ClockPiece::Kind::Separator:
+      json = {{"kind", "separator"}, {"text", piece.text}, {"visible", piece.isVisible}};
+      break;
+    case ClockPiece::Kind::Moon:
+      json["kind"] = "moon";
+      break;
+    case ClockPiece::Kind::Calendar:
+      json = {
+          {"kind", "calendar"}, {"type", piece.text}, {"day", piece.day}, {"white", piece.isWhite}};
+      break;
+  }
+  json["x"] = piece.point.x;
+  json["y"] = piece.point.y;
+  return json;
+}
+
+Json menubarCommand(const Arguments& arguments) {
+  arguments.expectRest({});
+  const std::string flash = arguments.required("--flash");
+  if (flash != "0" && flash != "1") {
+    throw UsageError("--flash: '" + flash + "' is neither 0 nor 1");
+  }
+  int64_t width = 0;
+  const auto content = makeMenubarContent();
+  const auto pieces = content.view->clockPieces(width, NSDate::date().timeIntervalSince1970(),
+                                                flash == "1" ? 1 : 0, elementsArgument(arguments));
+  Json list = Json::array();
+  std::string texts;
+  for (const ClockPiece& piece : pieces) {
+    list.push_back(pieceJson(piece));
+    if (piece.kind == ClockPiece::Kind::Text || piece.kind == ClockPiece::Kind::Separator) {
+      texts += piece.text;
+    }
+  }
+  return {{"pieces", list}, {"texts", texts}, {"width", width == 0 ? EmptySlotWidth : width}};
+}
+
+Json dropdownTimeFormatCommand(const Arguments& arguments) {
+  arguments.expectRest({});
+  return textsOf(ZEVDateAndTimeUtilities::sharedUtilities().dropdownTimeFormat());
+}
+
+Json weekCommand(const Arguments& arguments) {
+  arguments.expectRest({});
+  const NSDate time = instantFromText(arguments.required("--time"), "--time");
+  return {{"week", ZEVDateAndTimeUtilities::sharedUtilities().week(time.timeIntervalSince1970())}};
+}
+
+constexpr OptionSpec TimeOption = {"--time", "INSTANT", "the instant to show", true};
+constexpr OptionSpec ElementsOption = {"--elements", "JSON-LIST", "the format list", true};
+
+constexpr OptionSpec FormatOptions[] = {
+    TimeOption, {"--zone", "ZONE", "the time zone, by its IANA name", true}, ElementsOption};
+constexpr OptionSpec MenubarOptions[] = {
+    ElementsOption,
+    {"--flash", "0|1", "whether the flashing separators are shown or hidden", true}};
+constexpr OptionSpec WeekOptions[] = {TimeOption};
+
+constexpr Command Commands[] = {
+    {"format", "", "the text of a format list for an instant", FormatOptions, formatCommand},
+    {"menubar", "", "what one draw of the clock in the bar does now", MenubarOptions,
+     menubarCommand},
+    {"dropdown-time-format", "", "the format list of a bare time", {}, dropdownTimeFormatCommand},
+    {"week", "", "the week number of an instant, on the UTC calendar", WeekOptions, weekCommand},
+};
+
+}  // namespace
+
+std::span<const Command> clockCommands() { return Commands; }

@@ -1,0 +1,127 @@
+#include <algorithm>
+#include <array>
+#include <iterator>
+
+#include "Platform/Foundation/CFPreferences.h"
+#include "Platform/Foundation/NSDistributedNotificationCenter.h"
+#include "Targets/Shared/ZEVPreferences.h"
+#include "Tools/velmora-timectl/Command.h"
+#include "Tools/velmora-timectl/Errors.h"
+
+namespace {
+
+constexpr std::string_view Domain = ZEVPreferences_Time::Domain;
+
+/// What a running clock has to rebuild when a setting changes. A key that is not here needs no more
+/// than a redraw.
+struct ResetRule {
+  std::string_view key;
+  std::string_view resetKey;
+};
+
+constexpr ResetRule ResetRules[] = {
+    {"Time_TextSize", "text"},
+    {"Time_TextColor", "text"},
+    {"Time_TextColor-Dark", "text"},
+    {"Time_TextShadowColor", "text"},
+    {"Time_TextShadowColor-Dark", "text"},
+    {"Time_CalendarEnabled", "calendar"},
+    {"Time_CalendarShowEvents", "calendar"},
+    {"Time_CalendarShowWeeks", "calendar"},
+    {"Time_WeekNumberFormat", "calendar"},
+    {"Time_Cities", "cities"},
+    {"Time_CityNames", "citynames"},
+    {"Time_DropdownCityLayout", "citymode"},
+    {"Time_DropdownShowMoon", "moon"},
+};
+
+std::string resetKeyFor(const std::string& key, const Arguments& arguments) {
+  if (const auto chosen = arguments.value("--reset")) return *chosen;
+  const auto rule = std::find_if(std::begin(ResetRules), std::end(ResetRules),
+                                 [&](const ResetRule& candidate) { return candidate.key == key; });
+  return rule != std::end(ResetRules) ? std::string(rule->resetKey) : "";
+}
+
+Json settingJson(const std::string& key) {
+  const PropertyList stored = CFPreferencesCopyAppValue(key, Domain);
+  if (!stored.isNull()) {
+    return {{"key", key}, {"value", jsonFromPropertyList(stored)}, {"source", "stored"}};
+  }
+  const auto& defaults = ZEVPreferences_Time::sharedPreferences()->defaults();
+  const auto fallback = defaults.find(key);
+  if (fallback == defaults.end()) {
+    return {{"key", key}, {"value", nullptr}, {"source", "none"}};
+  }
+  return {{"key", key}, {"value", jsonFromPropertyList(fallback->second)}, {"source", "default"}};
+}
+
+Json changeSetting(const std::string& key, const PropertyList& value, const Arguments& arguments) {
+  CFPreferencesSetAppValue(key, value, Domain);
+  if (!CFPreferencesAppSynchronize(Domain)) {
+    throw CommandFailure("the setting " + key + " could not be stored");
+  }
+  PropertyList::Dictionary userInfo = {{"key", key}};
+  const std::string resetKey = resetKeyFor(key, arguments);
+  if (!resetKey.empty()) userInfo.emplace("resetKey", resetKey);
+  NSDistributedNotificationCenter::defaultCenter().postNotification("VelmoraTimePreferencesChanged",
+                                                                    userInfo);
+  return settingJson(key);
+}
+
+Json listSettings(const Arguments& arguments) {
+  arguments.expectRest(std::array<std::string_view, 1>{"list"});
+  return jsonFromPropertyList(CFPreferencesCopyAllValues(Domain));
+}
+
+Json readSetting(const Arguments& arguments) {
+  arguments.expectRest(std::array<std::string_view, 2>{"read", "KEY"});
+  return settingJson(arguments.rest()[1]);
+}
+
+Json writeSetting(const Arguments& arguments) {
+  arguments.expectRest(std::array<std::string_view, 3>{"write", "KEY", "JSON"});
+  const std::string& key = arguments.rest()[1];
+  if (key.empty()) throw UsageError("defaults write: the KEY is empty");
+  const PropertyList value = propertyListFromJson(arguments.rest()[2], "defaults write");
+  if (value.isNull()) {
+    throw UsageError("defaults write: null is no value; 'defaults delete " + key +
+                     "' removes the setting");
+  }
+  return changeSetting(key, value, arguments);
+}
+
+Json deleteSetting(const Arguments& arguments) {
+  arguments.expectRest(std::array<std::string_view, 2>{"delete", "KEY"});
+  return changeSetting(arguments.rest()[1], {}, arguments);
+}
+
+Json defaultsCommand(const Arguments& arguments) {
+  struct Action {
+    std::string_view name;
+    Json (*run)(const Arguments&);
+  };
+  constexpr Action Actions[] = {{"list", listSettings},
+                                {"read", readSetting},
+                                {"write", writeSetting},
+                                {"delete", deleteSetting}};
+  for (const Action& action : Actions) {
+    if (!arguments.rest().empty() && arguments.rest().front() == action.name) {
+      return action.run(arguments);
+    }
+  }
+  throw UsageError("defaults: write 'list', 'read KEY', 'write KEY JSON' or 'delete KEY'");
+}
+
+constexpr OptionSpec DefaultsOptions[] = {
+    {"--reset", "RESETKEY", "what a running clock rebuilds (default: right for the key)"},
+};
+
+constexpr Command Commands[] = {
+    {"defaults", "list | read KEY | write KEY JSON | delete KEY",
+     "shows or changes the stored settings; a running clock follows at once", DefaultsOptions,
+     defaultsCommand},
+};
+
+}  // namespace
+
+std::span<const Command> defaultsCommands() { return Commands; }
