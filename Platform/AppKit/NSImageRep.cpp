@@ -3,7 +3,9 @@
 #include <cairo.h>
 #include <librsvg/rsvg.h>
 
+#include <array>
 #include <cmath>
+#include <fstream>
 #include <map>
 #include <string>
 
@@ -113,13 +115,30 @@ std::unique_ptr<NSImageRep> svgRep(const fs::path& file) {
   return std::make_unique<SvgImageRep>(handle, size);
 }
 
+/// The size that a PNG file claims. Asked before it is read: a small file can hold a picture that
+/// fills the memory.
+NSSize claimedPngSize(const fs::path& file) {
+  constexpr size_t HeaderSize = 24;
+  constexpr size_t WidthPosition = 16;
+  constexpr size_t HeightPosition = 20;
+  std::array<char, HeaderSize> header{};
+  std::ifstream(file, std::ios::binary).read(header.data(), header.size());
+  const auto numberAt = [&](size_t position) {
+    uint32_t value = 0;
+    for (size_t index = position; index < position + 4; ++index) {
+      value = value << 8 | static_cast<unsigned char>(header[index]);
+    }
+    return static_cast<double>(value);
+  };
+  return {numberAt(WidthPosition), numberAt(HeightPosition)};
+}
+
 std::unique_ptr<NSImageRep> pngRep(const fs::path& file) {
+  const NSSize size = claimedPngSize(file);
+  if (!isSensible(size.width, size.height)) return nullptr;
   Surface surface(cairo_image_surface_create_from_png(file.c_str()));
   if (cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS) return nullptr;
-  auto representation = std::make_unique<PngImageRep>(std::move(surface));
-  const NSSize size = representation->size();
-  if (!isSensible(size.width, size.height)) return nullptr;
-  return representation;
+  return std::make_unique<PngImageRep>(std::move(surface));
 }
 
 }  // namespace

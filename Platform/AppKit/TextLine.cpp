@@ -8,6 +8,8 @@
 #include <string>
 #include <utility>
 
+#include "Platform/Foundation/NSString.h"
+
 namespace {
 
 struct ObjectDeleter {
@@ -63,7 +65,9 @@ class LineMaker {
       pango_attr_list_unref(attributes);
     }
     pango_layout_set_single_paragraph_mode(slot.layout.get(), TRUE);
-    pango_layout_set_text(slot.layout.get(), text.data(), static_cast<int>(text.size()));
+    // Made valid here: Pango would log each text that is not.
+    const std::string valid = validUtf8(text);
+    pango_layout_set_text(slot.layout.get(), valid.data(), static_cast<int>(valid.size()));
     return slot.layout.get();
   }
 

@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 
+#include "Platform/Foundation/DesktopSettings.h"
 #include "Platform/Foundation/NSPathUtilities.h"
 #include "Platform/Foundation/PreferenceFile.h"
 
@@ -47,6 +48,7 @@ PropertyList CFPreferencesCopyAppValue(std::string_view key, std::string_view ap
   Domain& domain = domainNamed(applicationId);
   if (const auto* value = lookUp(domain.overrides, key)) return *value;
   if (const auto* value = lookUp(domain.unwritten, key)) return *value;
+  if (PropertyList value = desktopSetting(key, applicationId); !value.isNull()) return value;
   if (domain.ignoresFile) return {};
   const auto* value = lookUp(domain.file.contents(), key);
   return value != nullptr ? *value : PropertyList();

@@ -24,7 +24,7 @@ int32_t standardOffset(const TimeZoneRules& rules, const TimeZonePeriod& period)
   const TimeZonePeriod next = rules.periodAt(period.end);
   if (next.daylight == period.daylight)
     return period.daylight ? period.offset - 3600 : period.offset;
-  if (!period.daylight && period.end - period.start > Year) return period.offset;
+  if (!period.daylight && period.start < period.end - Year) return period.offset;
   return std::min(period.offset, next.offset);
 }
 

@@ -76,9 +76,11 @@ struct NSDateFormatter::Implementation {
   icu::UnicodeString buffer;
 
   void applyStyles() {
+    pattern.clear();
+    // The library has a pattern of its own for no style at all.
+    if (dateStyle == NSDateFormatterStyle::None && timeStyle == NSDateFormatterStyle::None) return;
     const std::unique_ptr<icu::DateFormat> format(icu::DateFormat::createDateTimeInstance(
         icuStyle(dateStyle), icuStyle(timeStyle), compiled->locale));
-    pattern.clear();
     const auto* simple = dynamic_cast<const icu::SimpleDateFormat*>(format.get());
     if (simple == nullptr) return;
     icu::UnicodeString text;

@@ -5,6 +5,9 @@
 /// Notifications between processes: a signal on the D-Bus session bus. Handlers run on the main
 /// run loop, also for what this process posts itself. Without a bus it works inside the process.
 ///
+/// What the desktop or the system tells (the clock set, the zone changed, a dark theme chosen)
+/// comes under its name to whoever observes it; the first observer starts the watch.
+///
 /// The user information consists of texts; values of other kinds are left out.
 class NSDistributedNotificationCenter {
  public:
@@ -18,4 +21,8 @@ class NSDistributedNotificationCenter {
   /// Returns when the bus has the signal, so that a process may end right after it.
   virtual void postNotification(std::string_view name,
                                 const PropertyList::Dictionary& userInfo = {}) = 0;
+
+  /// Calls this process's observers only, at once: for news that every process hears from the
+  /// desktop itself.
+  virtual void deliver(std::string_view name) = 0;
 };

@@ -1,12 +1,12 @@
 #include <gio/gio.h>
 
-#include <cstdlib>
-#include <filesystem>
 #include <memory>
 
+#include "Platform/Foundation/DesktopWatch.h"
 #include "Platform/Foundation/NSDistributedNotificationCenter.h"
-#include "Platform/Foundation/NSLog.h"
 #include "Platform/Foundation/NSRunLoop.h"
+#include "Platform/Foundation/SessionBus.h"
+#include "Platform/Foundation/SignalSubscription.h"
 
 namespace {
 
@@ -19,49 +19,26 @@ struct VariantDeleter {
 };
 using Variant = std::unique_ptr<GVariant, VariantDeleter>;
 
-/// GIO would start a bus daemon where none runs; a clock must not do that.
-bool sessionBusIsThere() {
-  if (const char* address = std::getenv("DBUS_SESSION_BUS_ADDRESS")) return *address != '\0';
-  const char* runtime = std::getenv("XDG_RUNTIME_DIR");
-  std::error_code error;
-  return runtime != nullptr &&
-         std::filesystem::exists(std::filesystem::path(runtime) / "bus", error);
-}
-
 class DBusNotificationCenter : public NSDistributedNotificationCenter {
  public:
-  DBusNotificationCenter() {
-    if (!sessionBusIsThere()) return;
-    GError* error = nullptr;
-    connection_ = g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, &error);
-    if (connection_ == nullptr) {
-      NSLog(std::string("error: no session bus, so no news from other processes: ") +
-            error->message);
-      g_error_free(error);
-      return;
-    }
-    // A session's end must not kill the process before it has tidied up.
-    g_dbus_connection_set_exit_on_close(connection_, FALSE);
-    subscription_ = g_dbus_connection_signal_subscribe(
-        connection_, nullptr, InterfaceName, SignalName, ObjectPath, nullptr,
-        G_DBUS_SIGNAL_FLAGS_NONE, received, this, nullptr);
-  }
-
-  ~DBusNotificationCenter() override {
+  DBusNotificationCenter() : connection_(sessionBus()) {
     if (connection_ == nullptr) return;
-    g_dbus_connection_signal_unsubscribe(connection_, subscription_);
-    g_object_unref(connection_);
+    subscription_ = std::make_unique<SignalSubscription>(
+        connection_, nullptr, InterfaceName, SignalName, ObjectPath, nullptr, received, this);
   }
 
   NSObservation addObserver(std::string_view name, NSNotificationHandler handler) override {
+    startDesktopWatch(name);
     return local_.addObserver(name, std::move(handler));
   }
 
   void postNotification(std::string_view name, const PropertyList::Dictionary& userInfo) override {
     if (connection_ == nullptr) {
+      PropertyList::Dictionary texts = userInfo;
+      std::erase_if(texts, [](const auto& entry) { return entry.second.string() == nullptr; });
       NSRunLoop& loop = NSRunLoop::mainRunLoop();
-      loop.scheduleAt(loop.now(), [this, name = std::string(name), userInfo] {
-        local_.postNotification(name, userInfo);
+      loop.scheduleAt(loop.now(), [this, name = std::string(name), texts = std::move(texts)] {
+        local_.postNotification(name, texts);
       });
       return;
     }
@@ -77,6 +54,8 @@ class DBusNotificationCenter : public NSDistributedNotificationCenter {
                                   nullptr);
     g_dbus_connection_flush_sync(connection_, nullptr, nullptr);
   }
+
+  void deliver(std::string_view name) override { local_.postNotification(name); }
 
  private:
   static void received(GDBusConnection*, const char*, const char*, const char*, const char*,
@@ -100,8 +79,8 @@ class DBusNotificationCenter : public NSDistributedNotificationCenter {
   }
 
   NSNotificationCenter local_;
-  GDBusConnection* connection_ = nullptr;
-  guint subscription_ = 0;
+  GDBusConnection* connection_;
+  std::unique_ptr<SignalSubscription> subscription_;
 };
 
 }  // namespace

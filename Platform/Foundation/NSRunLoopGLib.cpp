@@ -1,52 +1,54 @@
 #include <glib.h>
 
-#include <memory>
+#include <algorithm>
+#include <limits>
+#include <mutex>
+#include <utility>
 
 #include "Platform/Foundation/NSRunLoop.h"
+#include "Platform/Foundation/TimerQueue.h"
 
 namespace {
 
-struct OneShotSource {
-  GSource base;
-  NSRunLoop::Callback* callback;
-};
+constexpr auto AnyTimer = std::numeric_limits<NSRunLoop::TimerId>::max();
 
-gboolean dispatchOneShot(GSource* source, GSourceFunc, gpointer) {
-  NSRunLoop::guarded(*reinterpret_cast<OneShotSource*>(source)->callback);
-  return G_SOURCE_REMOVE;
-}
-
-void finalizeOneShot(GSource* source) {
-  std::unique_ptr<NSRunLoop::Callback> owned(reinterpret_cast<OneShotSource*>(source)->callback);
-}
-
-GSourceFuncs oneShotFunctions = {nullptr,         nullptr, dispatchOneShot,
-                                 finalizeOneShot, nullptr, nullptr};
-
+/// One source of GLib's serves all timers: sources of their own would run late ones in the order in
+/// which they were made. Work may be handed to this loop from any thread.
 class GLibRunLoop : public NSRunLoop {
  public:
+  GLibRunLoop() {
+    reinterpret_cast<TimerSource*>(source_)->loop = this;
+    // A callback may open a dialogue and serve the loop itself.
+    g_source_set_can_recurse(source_, TRUE);
+    g_source_attach(source_, context_);
+  }
+
+  ~GLibRunLoop() override {
+    g_source_destroy(source_);
+    g_source_unref(source_);
+  }
+
   int64_t now() const override { return g_get_monotonic_time() * 1000; }
 
   TimerId scheduleAt(int64_t deadline, Callback callback) override {
-    GSource* source = g_source_new(&oneShotFunctions, sizeof(OneShotSource));
-    reinterpret_cast<OneShotSource*>(source)->callback =
-        std::make_unique<Callback>(std::move(callback)).release();
-    // Rounded up, and a ready time of 0 is "at once" to GLib while a negative one means never.
-    g_source_set_ready_time(source, deadline > 0 ? (deadline + 999) / 1000 : 0);
-    const guint timer = g_source_attach(source, context_);
-    g_source_unref(source);
-    return timer;
+    const std::lock_guard guard(mutex_);
+    if (!g_main_context_is_owner(context_)) g_main_context_wakeup(context_);
+    return timers_.add(deadline, g_get_monotonic_time(), std::move(callback));
   }
 
   void cancel(TimerId timer) override {
-    GSource* source = g_main_context_find_source_by_id(context_, static_cast<guint>(timer));
-    if (source != nullptr) g_source_destroy(source);
+    // What a callback holds may cancel others when it goes, so it goes after the lock.
+    Callback dropped;
+    const std::lock_guard guard(mutex_);
+    dropped = timers_.remove(timer);
   }
 
   void run() override {
+    const TimerId outer = limitTo(AnyTimer);
     stopped_ = false;
     while (!stopped_)
       g_main_context_iteration(context_, TRUE);
+    limitTo(outer);
   }
 
   void stop() override {
@@ -55,14 +57,80 @@ class GLibRunLoop : public NSRunLoop {
   }
 
   bool runPending() override {
+    // Only what is scheduled by now: a callback that renews itself at once must not hold the
+    // caller.
+    const TimerId outer = limitTo(newestAllowed());
     bool ran = false;
     while (g_main_context_iteration(context_, FALSE))
       ran = true;
+    limitTo(outer);
     return ran;
   }
 
  private:
+  struct TimerSource {
+    GSource base;
+    GLibRunLoop* loop;
+  };
+
+  static GLibRunLoop& loopOf(GSource* source) {
+    return *reinterpret_cast<TimerSource*>(source)->loop;
+  }
+
+  static gboolean prepare(GSource* source, int* milliseconds) {
+    *milliseconds = loopOf(source).wait();
+    return *milliseconds == 0;
+  }
+
+  static gboolean check(GSource* source) { return loopOf(source).wait() == 0; }
+
+  static gboolean dispatch(GSource* source, GSourceFunc, gpointer) {
+    loopOf(source).runDue();
+    return G_SOURCE_CONTINUE;
+  }
+
+  /// Milliseconds until the next timer, rounded up; -1 if none is awaited.
+  int wait() {
+    const std::lock_guard guard(mutex_);
+    const auto next = timers_.first();
+    if (!next || next->second > limit_) return -1;
+    const int64_t microseconds = std::max<int64_t>(0, next->first - g_source_get_time(source_));
+    const int64_t milliseconds = microseconds / 1000 + (microseconds % 1000 > 0 ? 1 : 0);
+    return static_cast<int>(std::min<int64_t>(milliseconds, std::numeric_limits<int>::max()));
+  }
+
+  void runDue() {
+    const int64_t now = g_get_monotonic_time();
+    const TimerId newest = newestAllowed();
+    while (const auto due = takeDue(now, newest)) {
+      guarded(due->callback);
+      if (stopped_) break;
+    }
+  }
+
+  std::optional<TimerQueue::Timer> takeDue(int64_t limit, TimerId newest) {
+    const std::lock_guard guard(mutex_);
+    return timers_.takeDue(limit, newest);
+  }
+
+  TimerId newestAllowed() {
+    const std::lock_guard guard(mutex_);
+    return std::min(timers_.newest(), limit_);
+  }
+
+  /// Leaves timers newer than `limit` aside. Returns the limit before.
+  TimerId limitTo(TimerId limit) {
+    const std::lock_guard guard(mutex_);
+    return std::exchange(limit_, limit);
+  }
+
+  static inline GSourceFuncs functions = {prepare, check, dispatch, nullptr, nullptr, nullptr};
+
   GMainContext* context_ = g_main_context_default();
+  GSource* source_ = g_source_new(&functions, sizeof(TimerSource));
+  std::mutex mutex_;
+  TimerQueue timers_;
+  TimerId limit_ = AnyTimer;
   bool stopped_ = false;
 };
 

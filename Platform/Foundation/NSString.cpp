@@ -1,10 +1,12 @@
 #include "Platform/Foundation/NSString.h"
 
+#include <glib.h>
 #include <unicode/locid.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
 #include <unicode/utf8.h>
 
+#include <algorithm>
 #include <charconv>
 #include <limits>
 #include <stdexcept>
@@ -58,6 +60,17 @@ std::string lowercaseString(std::string_view text) {
 
 std::string uppercaseString(std::string_view text) {
   return toUtf8(icu::UnicodeString::fromUTF8(text).toUpper(icu::Locale::getRoot()));
+}
+
+std::string validUtf8(std::string_view text) { return toUtf8(icu::UnicodeString::fromUTF8(text)); }
+
+std::string stringFromUtf16(std::string_view bytes) {
+  icu::UnicodeString text;
+  for (size_t index = 0; index + 1 < bytes.size(); index += 2) {
+    text.append(static_cast<char16_t>(static_cast<unsigned char>(bytes[index]) << 8 |
+                                      static_cast<unsigned char>(bytes[index + 1])));
+  }
+  return toUtf8(text);
 }
 
 std::vector<std::string> componentsSeparatedByString(std::string_view text,
@@ -128,8 +141,10 @@ double doubleValue(std::string_view text) {
   double value = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
   if (error == std::errc::result_out_of_range) {
-    return text.starts_with('-') ? -std::numeric_limits<double>::max()
-                                 : std::numeric_limits<double>::max();
+    // Too far from 0 or too near to it: the reader above does not tell which.
+    constexpr double Maximum = std::numeric_limits<double>::max();
+    const std::string number(text.data(), end);
+    return std::clamp(g_ascii_strtod(number.c_str(), nullptr), -Maximum, Maximum);
   }
   return error == std::errc() ? value : 0;
 }

@@ -22,6 +22,12 @@ std::string stringByDroppingFirstAndLast(std::string_view text);
 std::string lowercaseString(std::string_view text);
 std::string uppercaseString(std::string_view text);
 
+/// Text with whatever is no UTF-8 in it replaced by U+FFFD.
+std::string validUtf8(std::string_view text);
+
+/// Text from UTF-16 in big-endian bytes.
+std::string stringFromUtf16(std::string_view bytes);
+
 /// The pieces between the separators, empty ones included; a text without one is one piece.
 std::vector<std::string> componentsSeparatedByString(std::string_view text,
                                                      std::string_view separator);

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <map>
+#include <mutex>
 
 #include "Platform/Foundation/TimeZoneRules.h"
 
@@ -11,8 +12,15 @@ namespace fs = std::filesystem;
 
 namespace {
 
+/// Guards everything below: zones are asked for from the collectors' queues, too.
+std::recursive_mutex zoneMutex;
+
 std::optional<NSTimeZone> cachedSystemZone;
 std::optional<NSTimeZone> installedZone;
+
+/// Files change only with the system's tzdata package; a long-lived process keeps what it read
+/// until the zone is reset.
+std::map<std::string, std::weak_ptr<const TimeZoneRules>, std::less<>> knownRules;
 
 fs::path zoneDirectory() {
   const char* directory = std::getenv("TZDIR");
@@ -28,24 +36,27 @@ bool isZoneName(std::string_view name) {
 }
 
 std::shared_ptr<const TimeZoneRules> rulesNamed(std::string_view name) {
-  // Files change only with the system's tzdata package; a long-lived process keeps what it read
-  // until the zone is reset.
-  static std::map<std::string, std::weak_ptr<const TimeZoneRules>, std::less<>> known;
-  const auto found = known.find(name);
-  if (found != known.end()) {
+  const auto found = knownRules.find(name);
+  if (found != knownRules.end()) {
     if (auto rules = found->second.lock()) return rules;
   }
   std::error_code error;
   const fs::path path = zoneDirectory() / name;
   if (!isZoneName(name) || !fs::is_regular_file(path, error)) return nullptr;
   auto rules = TimeZoneRules::fromFile(path);
-  if (rules) known.insert_or_assign(std::string(name), rules);
+  if (rules) knownRules.insert_or_assign(std::string(name), rules);
   return rules;
 }
 
 }  // namespace
 
+fs::path localTimeFile() {
+  const char* file = std::getenv("VELMORA_LOCALTIME_FILE");
+  return file != nullptr && *file == '/' ? file : "/etc/localtime";
+}
+
 std::optional<NSTimeZone> NSTimeZone::timeZoneWithName(std::string_view name) {
+  const std::lock_guard guard(zoneMutex);
   auto rules = rulesNamed(name);
   if (!rules && (name == "UTC" || name == "GMT")) rules = TimeZoneRules::fixed(0, name);
   if (!rules) return std::nullopt;
@@ -61,14 +72,19 @@ NSTimeZone NSTimeZone::findSystemTimeZone() {
   if (const char* variable = std::getenv("TZ"); variable != nullptr) {
     std::string_view value = variable;
     if (value.starts_with(':')) value.remove_prefix(1);
+    // Sessions are told ":/etc/localtime", which saves the C library a look at the file each time.
+    if (value.starts_with('/')) return zoneOfFile(value);
     if (auto zone = timeZoneWithName(value)) return *zone;
     if (auto rules = TimeZoneRules::fromPosixRule(value)) return NSTimeZone(value, rules);
     return *timeZoneWithName("UTC");
   }
-  // The link's target names the zone; a copied file has rules but no name.
-  const fs::path localtime = "/etc/localtime";
+  return zoneOfFile(localTimeFile());
+}
+
+NSTimeZone NSTimeZone::zoneOfFile(const fs::path& file) {
+  // A link's target names the zone; a copied file has rules but no name.
   std::error_code error;
-  const std::string target = fs::canonical(localtime, error).string();
+  const std::string target = fs::canonical(file, error).string();
   const std::string_view marker = "/zoneinfo/";
   if (const size_t position = target.find(marker); position != std::string::npos) {
     std::string_view name = std::string_view(target).substr(position + marker.size());
@@ -77,19 +93,25 @@ NSTimeZone NSTimeZone::findSystemTimeZone() {
     }
     if (auto zone = timeZoneWithName(name)) return *zone;
   }
-  if (auto rules = TimeZoneRules::fromFile(localtime)) return NSTimeZone("Local", rules);
+  if (auto rules = TimeZoneRules::fromFile(file)) return NSTimeZone("Local", rules);
   return *timeZoneWithName("UTC");
 }
 
 NSTimeZone NSTimeZone::systemTimeZone() {
+  const std::lock_guard guard(zoneMutex);
   if (installedZone) return *installedZone;
   if (!cachedSystemZone) cachedSystemZone = findSystemTimeZone();
   return *cachedSystemZone;
 }
 
-void NSTimeZone::resetSystemTimeZone() { cachedSystemZone.reset(); }
+void NSTimeZone::resetSystemTimeZone() {
+  const std::lock_guard guard(zoneMutex);
+  cachedSystemZone.reset();
+  knownRules.clear();
+}
 
 void NSTimeZone::setSystemTimeZone(std::optional<NSTimeZone> zone) {
+  const std::lock_guard guard(zoneMutex);
   installedZone = std::move(zone);
 }
 

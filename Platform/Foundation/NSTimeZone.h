@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
@@ -44,9 +45,14 @@ class NSTimeZone {
       : name_(std::make_shared<const std::string>(name)), rules_(std::move(rules)) {}
 
   static NSTimeZone findSystemTimeZone();
+  static NSTimeZone zoneOfFile(const std::filesystem::path& file);
 
   std::shared_ptr<const std::string> name_;
   std::shared_ptr<const TimeZoneRules> rules_;
 
   friend class IcuTimeZone;
 };
+
+/// The file whose target names the machine's zone: `/etc/localtime`, or what
+/// `VELMORA_LOCALTIME_FILE` names in its place.
+std::filesystem::path localTimeFile();

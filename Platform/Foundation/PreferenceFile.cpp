@@ -5,10 +5,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <cstring>
-#include <fstream>
-#include <iterator>
 #include <optional>
 #include <utility>
 
@@ -66,12 +65,19 @@ bool writeAll(int descriptor, std::string_view bytes) {
   return true;
 }
 
+/// Nothing, with the reason in `errno`, if the file cannot be read.
 std::optional<std::string> fileBytes(const fs::path& path) {
-  std::ifstream stream(path, std::ios::binary);
-  if (!stream) return std::nullopt;
-  std::string bytes{std::istreambuf_iterator<char>(stream), {}};
-  if (stream.bad()) return std::nullopt;
-  return bytes;
+  const FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+  if (!file) return std::nullopt;
+  std::string bytes;
+  std::array<char, 16384> block{};
+  while (true) {
+    const ssize_t count = ::read(file.get(), block.data(), block.size());
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) return std::nullopt;
+    if (count == 0) return bytes;
+    bytes.append(block.data(), static_cast<size_t>(count));
+  }
 }
 
 /// The dictionary that a file's bytes hold, or nothing if they are no such list.
@@ -91,28 +97,29 @@ PreferenceFile::Signature PreferenceFile::signature() const {
 }
 
 const PropertyList::Dictionary& PreferenceFile::contents() {
-  if (signature() != seen_ && !read()) {
+  if (signature() != seen_ && read() == State::Damaged) {
     // A damaged file is moved only under the lock, after another look: another process may have
     // been faster, and a whole file may stand here again.
     const FileDescriptor locked = lock(path_);
-    if (!read()) setAside();
+    if (read() == State::Damaged) setAside();
   }
   return contents_;
 }
 
-bool PreferenceFile::read() {
+PreferenceFile::State PreferenceFile::read() {
   seen_ = signature();
   contents_.clear();
-  if (seen_.size < 0) return true;
+  if (seen_.size < 0) return State::Read;
   const auto bytes = fileBytes(path_);
   if (!bytes) {
     failed("cannot be read");
-    return true;
+    seen_ = {};  // The next look-up tries again.
+    return State::Unreadable;
   }
   auto dictionary = parsed(*bytes);
-  if (!dictionary) return false;
+  if (!dictionary) return State::Damaged;
   contents_ = std::move(*dictionary);
-  return true;
+  return State::Read;
 }
 
 void PreferenceFile::setAside() {
@@ -134,7 +141,9 @@ bool PreferenceFile::apply(const Changes& changes) {
   fs::create_directories(path_.parent_path(), error);
   const FileDescriptor locked = lock(path_);
   if (!locked) return failed("cannot be locked");
-  if (!read()) setAside();
+  const State state = read();
+  if (state == State::Unreadable) return false;  // To replace it would lose what it holds.
+  if (state == State::Damaged) setAside();
   PropertyList::Dictionary updated = contents_;
   for (const auto& [key, value] : changes) {
     if (value.isNull()) {

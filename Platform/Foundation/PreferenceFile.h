@@ -41,9 +41,10 @@ class PreferenceFile {
 
   Signature signature() const;
 
-  /// Takes the file's content over; an absent or unreadable file counts as empty. False if the
-  /// file is damaged.
-  bool read();
+  enum class State { Read, Unreadable, Damaged };
+
+  /// Takes the file's content over; an absent, unreadable or damaged file counts as empty.
+  State read();
 
   /// Moves a damaged file out of the way. The lock must be held.
   void setAside();

@@ -1,7 +1,6 @@
 #include "Platform/Foundation/StringsFile.h"
 
 #include <fstream>
-#include <iterator>
 
 namespace {
 
@@ -135,8 +134,9 @@ std::optional<StringsTable> stringsTableFromText(std::string_view text) {
 
 std::optional<StringsTable> stringsTableFromFile(const std::filesystem::path& file) {
   std::ifstream stream(file, std::ios::binary);
-  if (!stream) return std::nullopt;
-  const std::string text{std::istreambuf_iterator<char>(stream), {}};
-  if (stream.bad()) return std::nullopt;
+  // Up to a byte that no text has. The end is missed by a failed read, too, as of a folder.
+  std::string text;
+  std::getline(stream, text, '\0');
+  if (!stream.eof()) return std::nullopt;
   return stringsTableFromText(text);
 }

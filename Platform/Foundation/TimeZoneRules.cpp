@@ -45,9 +45,11 @@ size_t blockSize(const uint32_t (&counts)[6], size_t timeSize) {
 }  // namespace
 
 std::shared_ptr<const TimeZoneRules> TimeZoneRules::fromFile(const std::filesystem::path& path) {
+  std::error_code error;
+  const auto size = std::filesystem::file_size(path, error);
+  if (error || size > MaximumFileSize) return nullptr;
   std::ifstream stream(path, std::ios::binary);
-  if (!stream) return nullptr;
-  std::string bytes(MaximumFileSize, '\0');
+  std::string bytes(size, '\0');
   stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
   bytes.resize(static_cast<size_t>(stream.gcount()));
   auto rules = std::make_shared<TimeZoneRules>();
@@ -82,8 +84,9 @@ bool TimeZoneRules::parse(std::string_view bytes) {
   if (!parseBlock(bytes, 8, counts)) return false;
 
   const std::string_view footer = bytes.substr(std::min(blockSize(counts, 8), bytes.size()));
-  if (footer.size() < 2 || footer.front() != '\n') return true;
-  const std::string_view rule = footer.substr(1, footer.find('\n', 1) - 1);
+  const size_t end = footer.find('\n', 1);
+  if (!footer.starts_with('\n') || end == std::string_view::npos) return false;
+  const std::string_view rule = footer.substr(1, end - 1);
   return rule.empty() || extendByRule(rule);
 }
 
@@ -132,10 +135,8 @@ bool TimeZoneRules::extendByRule(std::string_view text) {
   const auto rule = PosixTimeZone::parse(text);
   if (!rule || kinds_.size() > 250) return false;
   const uint8_t standard = kindNumber({rule->standardOffset, false, rule->standardName});
-  if (!rule->daylight) {
-    if (!transitions_.empty() && transitions_.back().kind != standard) return false;
-    return true;
-  }
+  // Without daylight time the last transition goes on for ever.
+  if (!rule->daylight) return true;
   const uint8_t summer = kindNumber({rule->daylight->offset, true, rule->daylight->name});
   if (transitions_.empty()) firstKind_ = standard;
 
@@ -148,8 +149,9 @@ bool TimeZoneRules::extendByRule(std::string_view text) {
     yearly.push_back({rule->daylight->startsAt(year) - rule->standardOffset, summer});
     yearly.push_back({rule->daylight->endsAt(year) - rule->daylight->offset, standard});
   }
-  std::sort(yearly.begin(), yearly.end(),
-            [](const Transition& a, const Transition& b) { return a.time < b.time; });
+  // Stable: a summer that begins in the moment in which the one before ends goes on without a gap.
+  std::stable_sort(yearly.begin(), yearly.end(),
+                   [](const Transition& a, const Transition& b) { return a.time < b.time; });
   for (const Transition& transition : yearly) {
     if (transition.time > last) transitions_.push_back(transition);
   }

@@ -5,49 +5,42 @@
 #include <limits>
 #include <utility>
 
+namespace {
+
+constexpr auto AnyTimer = std::numeric_limits<NSRunLoop::TimerId>::max();
+
+}  // namespace
+
 NSRunLoop::TimerId VirtualRunLoop::scheduleAt(int64_t deadline, Callback callback) {
-  const int64_t microseconds = deadline > 0 ? (deadline + 999) / 1000 : 0;
-  const TimerId timer = ++lastTimer_;
-  queue_.push({std::max(microseconds, clock_.elapsedMicroseconds()), timer});
-  callbacks_.emplace(timer, std::move(callback));
-  return timer;
+  return timers_.add(deadline, clock_.elapsedMicroseconds(), std::move(callback));
 }
 
-bool VirtualRunLoop::runNext(int64_t limit) {
-  while (!queue_.empty() && queue_.top().microseconds <= limit) {
-    const Entry next = queue_.top();
-    queue_.pop();
-    const auto found = callbacks_.find(next.timer);
-    if (found == callbacks_.end()) continue;
-    const Callback callback = std::move(found->second);
-    callbacks_.erase(found);
-    clock_.advanceMicroseconds(
-        std::max<int64_t>(0, next.microseconds - clock_.elapsedMicroseconds()));
-    guarded(callback);
-    return true;
-  }
-  return false;
+bool VirtualRunLoop::runNext(int64_t limit, TimerId newest) {
+  const auto due = timers_.takeDue(limit, newest);
+  if (!due) return false;
+  clock_.advanceMicroseconds(std::max<int64_t>(0, due->moment - clock_.elapsedMicroseconds()));
+  guarded(due->callback);
+  return true;
 }
 
 void VirtualRunLoop::run() {
   stopped_ = false;
-  while (!stopped_ && runNext(std::numeric_limits<int64_t>::max())) {
+  while (!stopped_ && runNext(std::numeric_limits<int64_t>::max(), AnyTimer)) {
   }
 }
 
 bool VirtualRunLoop::runPending() {
   // Only what is scheduled by now: a callback that renews itself at once must not hold the caller.
-  const TimerId newest = lastTimer_;
+  const TimerId newest = timers_.newest();
   bool ran = false;
-  while (!queue_.empty() && queue_.top().timer <= newest && runNext(clock_.elapsedMicroseconds())) {
+  while (runNext(clock_.elapsedMicroseconds(), newest))
     ran = true;
-  }
   return ran;
 }
 
 void VirtualRunLoop::advance(double seconds) {
   const int64_t end = clock_.elapsedMicroseconds() + std::llround(seconds * 1e6);
-  while (runNext(end)) {
+  while (runNext(end, AnyTimer)) {
   }
   clock_.advanceMicroseconds(std::max<int64_t>(0, end - clock_.elapsedMicroseconds()));
 }

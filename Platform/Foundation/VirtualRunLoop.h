@@ -1,11 +1,8 @@
 #pragma once
 
-#include <queue>
-#include <unordered_map>
-#include <vector>
-
 #include "Platform/Foundation/NSRunLoop.h"
 #include "Platform/Foundation/SystemClock.h"
+#include "Platform/Foundation/TimerQueue.h"
 
 /// A run loop whose time passes only when it is told to. Advancing by a day fires every callback of
 /// that day in order, without waiting, with the manual clock standing at each one's moment.
@@ -16,7 +13,7 @@ class VirtualRunLoop : public NSRunLoop {
 
   int64_t now() const override { return clock_.elapsedMicroseconds() * 1000; }
   TimerId scheduleAt(int64_t deadline, Callback callback) override;
-  void cancel(TimerId timer) override { callbacks_.erase(timer); }
+  void cancel(TimerId timer) override { timers_.remove(timer); }
 
   /// Runs callbacks as they fall due, jumping from one to the next, until stopped or out of work.
   void run() override;
@@ -27,21 +24,11 @@ class VirtualRunLoop : public NSRunLoop {
   void advance(double seconds);
 
  private:
-  struct Entry {
-    int64_t microseconds;
-    TimerId timer;
-    bool operator>(const Entry& other) const {
-      return microseconds != other.microseconds ? microseconds > other.microseconds
-                                                : timer > other.timer;
-    }
-  };
-
-  /// Runs the next callback due at or before `limit`. Returns whether there was one.
-  bool runNext(int64_t limit);
+  /// Runs the next callback due at or before `limit` that is not newer than `newest`. Returns
+  /// whether there was one.
+  bool runNext(int64_t limit, TimerId newest);
 
   ManualClock& clock_;
-  std::priority_queue<Entry, std::vector<Entry>, std::greater<>> queue_;
-  std::unordered_map<TimerId, Callback> callbacks_;
-  TimerId lastTimer_ = 0;
+  TimerQueue timers_;
   bool stopped_ = false;
 };

@@ -1,0 +1,24 @@
+#pragma once
+
+// For the platform's own sources only: signals of a message bus.
+
+#include <gio/gio.h>
+
+/// A subscription to a signal, which ends with this object.
+class SignalSubscription {
+ public:
+  SignalSubscription(GDBusConnection* connection, const char* sender, const char* interface,
+                     const char* signal, const char* path, const char* firstArgument,
+                     GDBusSignalCallback callback, void* context)
+      : connection_(connection),
+        id_(g_dbus_connection_signal_subscribe(connection, sender, interface, signal, path,
+                                               firstArgument, G_DBUS_SIGNAL_FLAGS_NONE, callback,
+                                               context, nullptr)) {}
+  SignalSubscription(const SignalSubscription&) = delete;
+  SignalSubscription& operator=(const SignalSubscription&) = delete;
+  ~SignalSubscription() { g_dbus_connection_signal_unsubscribe(connection_, id_); }
+
+ private:
+  GDBusConnection* connection_;
+  guint id_;
+};
