@@ -6,7 +6,8 @@
 #include "Platform/Foundation/NSString.h"
 
 std::string stringFromColor(const NSColor& color) {
-  std::array<char, 96> text{};
+  // A stored colour may hold any floats; the largest has 39 digits before its point.
+  std::array<char, 192> text{};
   const int length =
       std::snprintf(text.data(), text.size(), "%.2f %.2f %.2f %.2f", color.redComponent(),
                     color.greenComponent(), color.blueComponent(), color.alphaComponent());

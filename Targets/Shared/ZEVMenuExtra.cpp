@@ -15,6 +15,11 @@ constexpr double PlaceholderLength = 20;
 
 }  // namespace
 
+ZEVMenuExtra_Time::~ZEVMenuExtra_Time() {
+  if (!modules_) return;
+  for (const auto& module : *modules_) module->removeDelegate(*this);
+}
+
 void ZEVMenuExtra_Time::initWithBundle(const NSBundle& bundle) {
   NSMenuExtra::initWithBundle(bundle);
   view()->setFrameSize({PlaceholderLength, Height});

@@ -22,6 +22,9 @@ class ZEVMenuExtra_Time : public NSMenuExtra, public ZEVModuleDelegate {
  public:
   using Modules = std::vector<std::shared_ptr<ZEVModule_Time>>;
 
+  /// A host may drop an extra without unloading it; its modules then lose their delegate.
+  ~ZEVMenuExtra_Time() override;
+
   void initWithBundle(const NSBundle& bundle) override;
 
   virtual std::string extraName() const { return ""; }

@@ -9,6 +9,7 @@
 #include "Targets/Shared/WENVersions.h"
 #include "Targets/Shared/ZEVColorText.h"
 #include "Targets/Shared/ZEVDefaultSettings.h"
+#include "Targets/Shared/ZEVMigration.h"
 
 namespace {
 
@@ -42,6 +43,26 @@ ZEVPreferences_Time::ZEVPreferences_Time()
   }
   bundle_ = NSBundle::bundleWithPath(BundlePath);
   loadDefaults();
+  migrateIfNeeded();
+}
+
+void ZEVPreferences_Time::migrateIfNeeded() {
+  constexpr std::string_view Mark = "Migrated_5.0";
+  if (!oldSettingsExist() || !CFPreferencesCopyAppValue(Mark, Domain).isNull()) return;
+  migrateToV5();
+  if (supportsMigration_) CFPreferencesSetAppValue(Mark, true, Domain);
+}
+
+void ZEVPreferences_Time::migrateToV5() {
+  for (auto& [key, value] : migratedSettings(bundle_)) {
+    if (supportsMigration_) {
+      CFPreferencesSetAppValue(key, value, Domain);
+    } else {
+      cache_.insert_or_assign(key, std::move(value));
+    }
+  }
+  if (supportsMigration_) CFPreferencesAppSynchronize(Domain);
+  didMigratePreferences_ = true;
 }
 
 void ZEVPreferences_Time::loadDefaults() { defaults_ = defaultSettings(isLaptop()); }

@@ -31,6 +31,8 @@ class ZEVPreferences_Time {
   ZEVPreferences_Time(const ZEVPreferences_Time&) = delete;
   ZEVPreferences_Time& operator=(const ZEVPreferences_Time&) = delete;
 
+  /// Whether settings of the previous version were taken over at the start.
+  bool didMigratePreferences() const { return didMigratePreferences_; }
   bool isMenubarDark() const { return isMenubarDark_; }
   bool increaseContrast() const { return increaseContrast_; }
 
@@ -72,6 +74,8 @@ class ZEVPreferences_Time {
   using CacheEntry = std::variant<std::monostate, PropertyList, std::shared_ptr<NSImage>>;
 
   void loadDefaults();
+  void migrateIfNeeded();
+  void migrateToV5();
   void menubarThemeChanged();
   void contrastChanged();
   void updateMenubarTheme();
@@ -79,6 +83,9 @@ class ZEVPreferences_Time {
   void forgetEverything();
   std::shared_ptr<NSImage> cachedImage(const std::string& cacheKey) const;
 
+  // A module of the family that owns migration writes it to the domain; this one only reads.
+  bool supportsMigration_ = false;
+  bool didMigratePreferences_ = false;
   bool isMavericks_;
   bool isYosemite_;
   bool isMenubarDark_ = false;

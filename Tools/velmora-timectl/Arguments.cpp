@@ -52,6 +52,7 @@ struct DateReader {
   double fraction() {
     double value = 0;
     double weight = 0.1;
+    if (text.empty() || text.front() < '0' || text.front() > '9') ok = false;
     while (!text.empty() && text.front() >= '0' && text.front() <= '9') {
       value += weight * (text.front() - '0');
       weight /= 10;
@@ -85,8 +86,7 @@ std::optional<double> secondsOfIsoText(std::string_view text) {
     const bool isWest = reader.take('-');
     if (!isWest) reader.expect('+');
     offset = reader.digits(2, 23) * 3600;
-    reader.take(':');
-    offset += reader.digits(2, 59) * 60;
+    if (reader.take(':') || !reader.text.empty()) offset += reader.digits(2, 59) * 60;
     if (isWest) offset = -offset;
   }
   const std::chrono::year_month_day date =
@@ -117,8 +117,8 @@ Arguments::Arguments(std::span<const std::string> arguments, std::span<const Opt
     const size_t equals = argument.starts_with("--") ? argument.find('=') : std::string::npos;
     const OptionSpec* option = specNamed(options, std::string_view(argument).substr(0, equals));
     if (option == nullptr) {
-      // A negative number or a text that begins with a dash, not an option of that name.
-      if (wholeNumber(argument)) {
+      // A negative number is a value, but no command.
+      if (!stopsAtCommand && wholeNumber(argument)) {
         rest_.push_back(argument);
         continue;
       }
@@ -177,9 +177,11 @@ void Arguments::expectRest(std::span<const std::string_view> names) const {
 }
 
 NSDate instantFromText(const std::string& text, std::string_view option) {
+  // Calendars answer nonsense far beyond the years that a text can name.
+  constexpr double Furthest = 10'000 * 365.25 * 86'400;
   std::optional<double> seconds = wholeNumber(text);
   if (!seconds) seconds = secondsOfIsoText(text);
-  if (!seconds) {
+  if (!seconds || std::abs(*seconds) > Furthest) {
     throw UsageError(
         std::string(option) + ": '" + text +
         "' is no instant; write 2026-11-21T15:04:05Z, an offset in the place of the Z, "
@@ -211,4 +213,13 @@ double numberFromText(const std::string& text, std::string_view option, double m
                      " to " + shown(maximum));
   }
   return *number;
+}
+
+int64_t integerFromText(const std::string& text, std::string_view option, double minimum,
+                        double maximum) {
+  const double number = numberFromText(text, option, minimum, maximum);
+  if (number != std::floor(number)) {
+    throw UsageError(std::string(option) + ": '" + text + "' is no whole number");
+  }
+  return static_cast<int64_t>(number);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
@@ -52,3 +53,6 @@ NSTimeZone zoneFromText(const std::string& text, std::string_view option);
 /// A finite number within bounds, both allowed.
 double numberFromText(const std::string& text, std::string_view option, double minimum,
                       double maximum);
+/// A whole number within bounds.
+int64_t integerFromText(const std::string& text, std::string_view option, double minimum,
+                        double maximum);

@@ -94,6 +94,20 @@ Json weekCommand(const Arguments& arguments) {
   return {{"week", ZEVDateAndTimeUtilities::sharedUtilities().week(time.timeIntervalSince1970())}};
 }
 
+Json fuzzyCommand(const Arguments& arguments) {
+  arguments.expectRest({});
+  const double time =
+      instantFromText(arguments.required("--time"), "--time").timeIntervalSince1970();
+  const std::string copy = arguments.required("--copy");
+  if (copy != "utilities" && copy != "menubar") {
+    throw UsageError("--copy: there is no copy '" + copy + "'; there are: utilities, menubar");
+  }
+  const std::string text = copy == "menubar"
+                               ? makeMenubarContent().view->fuzzyClock(time)
+                               : ZEVDateAndTimeUtilities::sharedUtilities().fuzzyClock(time);
+  return {{"text", text}};
+}
+
 constexpr OptionSpec TimeOption = {"--time", "INSTANT", "the instant to show", true};
 constexpr OptionSpec ElementsOption = {"--elements", "JSON-LIST", "the format list", true};
 
@@ -103,6 +117,8 @@ constexpr OptionSpec MenubarOptions[] = {
     ElementsOption,
     {"--flash", "0|1", "whether the flashing separators are shown or hidden", true}};
 constexpr OptionSpec WeekOptions[] = {TimeOption};
+constexpr OptionSpec FuzzyOptions[] = {TimeOption,
+                                       {"--copy", "utilities|menubar", "whose wording", true}};
 
 constexpr Command Commands[] = {
     {"format", "", "the text of a format list for an instant", FormatOptions, formatCommand},
@@ -110,6 +126,7 @@ constexpr Command Commands[] = {
      menubarCommand},
     {"dropdown-time-format", "", "the format list of a bare time", {}, dropdownTimeFormatCommand},
     {"week", "", "the week number of an instant, on the UTC calendar", WeekOptions, weekCommand},
+    {"fuzzy", "", "the time in words, in the system zone", FuzzyOptions, fuzzyCommand},
 };
 
 }  // namespace

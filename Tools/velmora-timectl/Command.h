@@ -17,5 +17,6 @@ struct Command {
 };
 
 std::span<const Command> clockCommands();
+std::span<const Command> astronomyCommands();
 std::span<const Command> defaultsCommands();
 std::span<const Command> renderCommands();

@@ -7,6 +7,7 @@
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Tools/velmora-timectl/Command.h"
 #include "Tools/velmora-timectl/Errors.h"
+#include "Tools/velmora-timectl/SettingKinds.h"
 
 namespace {
 
@@ -68,31 +69,52 @@ Json changeSetting(const std::string& key, const PropertyList& value, const Argu
   return settingJson(key);
 }
 
+void expectNoReset(const Arguments& arguments) {
+  if (arguments.has("--reset")) throw UsageError("defaults: --reset goes with write and delete");
+}
+
+const std::string& keyToChange(const Arguments& arguments) {
+  const std::string& key = arguments.rest()[1];
+  if (key.empty()) throw UsageError("defaults: the KEY is empty");
+  return key;
+}
+
 Json listSettings(const Arguments& arguments) {
+  expectNoReset(arguments);
   arguments.expectRest(std::array<std::string_view, 1>{"list"});
   return jsonFromPropertyList(CFPreferencesCopyAllValues(Domain));
 }
 
 Json readSetting(const Arguments& arguments) {
+  expectNoReset(arguments);
   arguments.expectRest(std::array<std::string_view, 2>{"read", "KEY"});
   return settingJson(arguments.rest()[1]);
 }
 
+/// Refuses a value of another kind than a known key's, so that a slip does not blank the clock.
+void expectRightKind(const std::string& key, const PropertyList& value) {
+  const auto wanted = kindOfSetting(key);
+  if (!wanted || wanted->fits(value)) return;
+  throw UsageError("defaults write: " + key + " must be " + std::string(wanted->description) +
+                   ", such as " + std::string(wanted->example) +
+                   "; --force stores the value all the same");
+}
+
 Json writeSetting(const Arguments& arguments) {
   arguments.expectRest(std::array<std::string_view, 3>{"write", "KEY", "JSON"});
-  const std::string& key = arguments.rest()[1];
-  if (key.empty()) throw UsageError("defaults write: the KEY is empty");
+  const std::string& key = keyToChange(arguments);
   const PropertyList value = propertyListFromJson(arguments.rest()[2], "defaults write");
   if (value.isNull()) {
     throw UsageError("defaults write: null is no value; 'defaults delete " + key +
                      "' removes the setting");
   }
+  if (!arguments.has("--force")) expectRightKind(key, value);
   return changeSetting(key, value, arguments);
 }
 
 Json deleteSetting(const Arguments& arguments) {
   arguments.expectRest(std::array<std::string_view, 2>{"delete", "KEY"});
-  return changeSetting(arguments.rest()[1], {}, arguments);
+  return changeSetting(keyToChange(arguments), {}, arguments);
 }
 
 Json defaultsCommand(const Arguments& arguments) {
@@ -114,6 +136,7 @@ Json defaultsCommand(const Arguments& arguments) {
 
 constexpr OptionSpec DefaultsOptions[] = {
     {"--reset", "RESETKEY", "what a running clock rebuilds (default: right for the key)"},
+    {"--force", "", "write a value of the wrong kind, too"},
 };
 
 constexpr Command Commands[] = {

@@ -1,5 +1,7 @@
 #include "Tools/velmora-timectl/GlobalOptions.h"
 
+#include <stdlib.h>
+
 #include "Platform/Foundation/CFPreferences.h"
 #include "Platform/Foundation/NSLocale.h"
 #include "Platform/Foundation/SystemClock.h"
@@ -26,6 +28,8 @@ void applyLocale(const std::string& text) {
     throw UsageError("--locale: there is no locale '" + text + "'; write one such as de_DE");
   }
   NSLocale::setCurrentLocale(identifier);
+  // The language of texts is looked up in the environment.
+  setenv("LANGUAGE", identifier.c_str(), 1);
 }
 
 void applySetting(const std::string& text) {
@@ -45,6 +49,7 @@ std::span<const OptionSpec> globalOptions() { return Options; }
 void setMenubarDark(bool isDark) {
   setPreferenceOverride("AppleInterfaceStyle", isDark ? PropertyList("Dark") : PropertyList(),
                         ".GlobalPreferences");
+  setPreferenceOverride("increaseContrast", {}, "com.apple.universalaccess");
 }
 
 void applyGlobalOptions(const Arguments& arguments) {

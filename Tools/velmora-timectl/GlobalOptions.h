@@ -11,5 +11,5 @@ std::span<const OptionSpec> globalOptions();
 /// be called before anything reads them.
 void applyGlobalOptions(const Arguments& arguments);
 
-/// The bar of this process is dark, or light, whatever the desktop says.
+/// The bar of this process is dark, or light, with normal contrast, whatever the desktop says.
 void setMenubarDark(bool isDark);

@@ -27,7 +27,13 @@ std::string stringText(const std::string& value) {
   return Json(value).dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
-PropertyList propertyListOf(const nlohmann::json& value, std::string_view what) {
+PropertyList propertyListOf(const nlohmann::json& value, std::string_view what, int depth = 0) {
+  // Settings are a few levels deep; this walk and the property list's own are recursive.
+  constexpr int Deepest = 64;
+  if (depth > Deepest) throw UsageError(std::string(what) + ": lists are nested too deeply");
+  if (depth > 0 && value.is_null()) {
+    throw UsageError(std::string(what) + ": a list or an object cannot hold null");
+  }
   switch (value.type()) {
     case nlohmann::json::value_t::boolean:
       return value.get<bool>();
@@ -45,13 +51,13 @@ PropertyList propertyListOf(const nlohmann::json& value, std::string_view what) 
     case nlohmann::json::value_t::array: {
       PropertyList::Array items;
       for (const auto& item : value)
-        items.push_back(propertyListOf(item, what));
+        items.push_back(propertyListOf(item, what, depth + 1));
       return items;
     }
     case nlohmann::json::value_t::object: {
       PropertyList::Dictionary items;
       for (const auto& [key, item] : value.items()) {
-        items.insert_or_assign(key, propertyListOf(item, what));
+        items.insert_or_assign(key, propertyListOf(item, what, depth + 1));
       }
       return items;
     }

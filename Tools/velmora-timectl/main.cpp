@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <string>
@@ -13,7 +14,8 @@ enum Status { Success = 0, Failure = 1, Misuse = 2 };
 
 std::vector<Command> allCommands() {
   std::vector<Command> commands;
-  for (const auto& group : {clockCommands(), defaultsCommands(), renderCommands()}) {
+  for (const auto& group :
+       {clockCommands(), astronomyCommands(), defaultsCommands(), renderCommands()}) {
     commands.insert(commands.end(), group.begin(), group.end());
   }
   return commands;
@@ -79,7 +81,10 @@ std::string answer(const std::vector<std::string>& arguments) {
 
 int main(int argc, char** argv) {
   const auto fail = [](const std::exception& error, Status status) {
-    std::fprintf(stderr, "velmora-timectl: %s\n", error.what());
+    // One line, also where the message quotes an argument that has several.
+    std::string line = error.what();
+    std::replace(line.begin(), line.end(), '\n', ' ');
+    std::fprintf(stderr, "velmora-timectl: %s\n", line.c_str());
     return status;
   };
   try {

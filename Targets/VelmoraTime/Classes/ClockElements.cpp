@@ -31,7 +31,13 @@ std::string withStandAloneWeekdays(std::string_view element) {
   if (element.find("EE") == std::string_view::npos) return std::string(element);
   std::string result = stringByReplacingOccurrences(element, "EEEEE", "ccccc");
   result = stringByReplacingOccurrences(result, "EEEE", "cccc");
-  return stringByReplacingOccurrences(result, "EE", "ccc");
+  // "EEE" stays as it is, though it holds an "EE".
+  const auto pieces = componentsSeparatedByString(result, "EEE");
+  result = stringByReplacingOccurrences(pieces.front(), "EE", "ccc");
+  for (size_t index = 1; index < pieces.size(); ++index) {
+    result += "EEE" + stringByReplacingOccurrences(pieces[index], "EE", "ccc");
+  }
+  return result;
 }
 
 std::string withMarkerLiterals(const std::string& element, const std::string& marker) {

@@ -19,7 +19,8 @@ ClockElements clockElementsFromSetting(const PropertyList& value, std::string_vi
 /// The formatter's AM/PM marker of a time, cut to one character. Leaves the pattern at "a".
 std::string dayPeriodMarker(NSDateFormatter& formatter, const NSDate& date);
 
-/// Weekday names in their stand-alone form: "EEEEE", "EEEE" and "EE" become "ccccc", "cccc", "ccc".
+/// Weekday names in their stand-alone form: "EEEEE", "EEEE" and "EE" become "ccccc", "cccc", "ccc";
+/// "EEE" and "E" stay.
 std::string withStandAloneWeekdays(std::string_view element);
 
 /// "aaa" and "aa" replaced by the marker in lower and in upper case, as a quoted literal.

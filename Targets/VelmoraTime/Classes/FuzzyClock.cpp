@@ -34,9 +34,9 @@ std::string fuzzyHourName(int64_t hour) {
   constexpr std::array<std::string_view, 12> Names = {"twelve", "one",  "two", "three",
                                                       "four",   "five", "six", "seven",
                                                       "eight",  "nine", "ten", "eleven"};
-  const int64_t onClock = hour >= 24 ? 0 : hour;
-  return WENLocalizedString(Names[static_cast<size_t>(onClock < 12 ? onClock : onClock - 12)], "",
-                            Table);
+  // A language may take hours off, too.
+  const int64_t onDial = hour >= 24 ? 0 : (hour % 12 + 12) % 12;
+  return WENLocalizedString(Names[static_cast<size_t>(onDial)], "", Table);
 }
 
 std::string fuzzyClockPhrase(int64_t hour, int64_t minute, const FuzzyClockStyle& style) {
