@@ -1,0 +1,59 @@
+#include "Hosts/Headless/HeadlessHost.h"
+
+#include <array>
+#include <charconv>
+#include <stdexcept>
+
+#include "Platform/AppKit/CairoGraphicsContext.h"
+#include "Platform/AppKit/NSBezierPath.h"
+#include "Platform/AppKit/RecordingGraphicsContext.h"
+#include "Platform/Foundation/NSRunLoop.h"
+#include "Platform/SystemUIPlugin/NSMenuBarSlot.h"
+#include "Platform/SystemUIPlugin/NSMenuExtraBundle.h"
+
+namespace {
+
+/// What stands free of the bar on both sides of the item.
+constexpr double Margin = 8;
+
+std::string fileName(const HeadlessOptions& options) {
+  std::array<char, 32> scale{};
+  const auto [end, error] = std::to_chars(scale.data(), scale.data() + scale.size(), options.scale);
+  return std::string("menubar-") + (options.isDark ? "dark" : "light") + "@" +
+         std::string(scale.data(), end) + "x.png";
+}
+
+}  // namespace
+
+HeadlessPicture drawHeadless(const HeadlessOptions& options) {
+  std::error_code error;
+  std::filesystem::create_directories(options.output, error);
+  if (error) {
+    throw std::runtime_error(options.output.string() + " cannot be made: " + error.message());
+  }
+  const NSMenuExtraBundle bundle(options.bundle);
+  NSMenuBarSlot slot;
+  slot.setExtra(bundle.makeExtra(slot));
+  // The extra starts on the next pass of the loop, behind its host.
+  NSRunLoop::mainRunLoop().runPending();
+
+  // The first pass tells the item's width and its words.
+  RecordingGraphicsContext words;
+  slot.draw(words);
+  BitmapSurface surface({slot.length() + 2 * Margin, NSMenuExtra::Height}, options.scale);
+  {
+    const NSCurrentGraphicsContext current(surface.context());
+    menuBarBackgroundColor(options.isDark).setFill();
+    NSBezierPath::bezierPathWithRect(
+        NSMakeRect(0, 0, slot.length() + 2 * Margin, NSMenuExtra::Height))
+        .fill();
+  }
+  surface.context().translateOrigin({Margin, 0});
+  slot.draw(surface.context());
+  surface.context().restoreOrigin();
+
+  HeadlessPicture picture{words.joinedText(), options.output / fileName(options)};
+  surface.writePng(picture.file.string());
+  slot.extra()->willUnload();
+  return picture;
+}
