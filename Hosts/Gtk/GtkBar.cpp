@@ -92,13 +92,16 @@ void GtkBar::update() {
   needsUpdate_ = false;
   const GdkRectangle oldArea = slotArea();
   isUpdating_ = true;
-  picture_.render(slot_, gtk_widget_get_scale_factor(area_));
+  const bool hasChanged = picture_.render(slot_, gtk_widget_get_scale_factor(area_));
   isUpdating_ = false;
+  updateAccessibleName();
+  // A clock without seconds draws the same for most of its ticks: that need not wake the
+  // compositor.
+  if (!hasChanged) return;
   const GdkRectangle newArea = slotArea();
   GdkRectangle changed;
   gdk_rectangle_union(&oldArea, &newArea, &changed);
   gtk_widget_queue_draw_area(area_, changed.x, changed.y, changed.width, changed.height);
-  updateAccessibleName();
 }
 
 gboolean GtkBar::draw(cairo_t* cairo) {

@@ -18,7 +18,13 @@ constexpr double MaximumWidth = 8000;
 
 }  // namespace
 
-void SlotPicture::render(const NSMenuBarSlot& slot, int scale) {
+bool SlotPicture::render(const NSMenuBarSlot& slot, int scale) {
+  const Surface old = std::move(surface_);
+  renderSettled(slot, scale);
+  return !std::ranges::equal(pixelsOf(old), pixelsOf(surface_));
+}
+
+void SlotPicture::renderSettled(const NSMenuBarSlot& slot, int scale) {
   for (int pass = 0; pass < MaximumPasses; ++pass) {
     const double length = slot.length();
     width_ = static_cast<int>(std::ceil(std::clamp(length, 0.0, MaximumWidth)));
@@ -30,6 +36,14 @@ void SlotPicture::render(const NSMenuBarSlot& slot, int scale) {
     slot.draw(context);
     if (slot.length() == length) return;
   }
+}
+
+std::span<const unsigned char> SlotPicture::pixelsOf(const Surface& surface) {
+  if (!surface) return {};
+  cairo_surface_flush(surface.get());
+  const int size =
+      cairo_image_surface_get_stride(surface.get()) * cairo_image_surface_get_height(surface.get());
+  return {cairo_image_surface_get_data(surface.get()), static_cast<size_t>(size)};
 }
 
 void SlotPicture::paint(cairo_t* cairo, double x, double y) const {

@@ -3,6 +3,7 @@
 #include <cairo.h>
 
 #include <memory>
+#include <span>
 
 #include "Platform/SystemUIPlugin/NSMenuBarSlot.h"
 
@@ -11,8 +12,8 @@
 /// width.
 class SlotPicture {
  public:
-  /// Draws the slot at `scale` pixels a point.
-  void render(const NSMenuBarSlot& slot, int scale);
+  /// Draws the slot at `scale` pixels a point. Returns whether the picture has changed.
+  bool render(const NSMenuBarSlot& slot, int scale);
 
   /// Paints the picture with its upper left corner at a point of a surface with y downwards.
   void paint(cairo_t* cairo, double x, double y) const;
@@ -24,7 +25,11 @@ class SlotPicture {
   struct SurfaceDeleter {
     void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
   };
+  using Surface = std::unique_ptr<cairo_surface_t, SurfaceDeleter>;
 
-  std::unique_ptr<cairo_surface_t, SurfaceDeleter> surface_;
+  void renderSettled(const NSMenuBarSlot& slot, int scale);
+  static std::span<const unsigned char> pixelsOf(const Surface& surface);
+
+  Surface surface_;
   int width_ = 0;
 };

@@ -17,7 +17,8 @@ constexpr double PlaceholderLength = 20;
 
 ZEVMenuExtra_Time::~ZEVMenuExtra_Time() {
   if (!modules_) return;
-  for (const auto& module : *modules_) module->removeDelegate(*this);
+  for (const auto& module : *modules_)
+    module->removeDelegate(*this);
 }
 
 void ZEVMenuExtra_Time::initWithBundle(const NSBundle& bundle) {

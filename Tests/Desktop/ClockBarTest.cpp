@@ -1,0 +1,294 @@
+// The real clock in the real bar, on screens of the test's own.
+
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <time.h>
+
+#include <cmath>
+#include <fstream>
+#include <set>
+#include <vector>
+
+#include "Tests/Desktop/DesktopFixture.h"
+#include "Tests/Support/DisplayServers.h"
+#include "Tests/Support/TestEnvironment.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+const fs::path Programs = fs::path(VELMORA_BINARY_DIR) / "bin";
+constexpr uint32_t LightBar = 0xEFF0F2;
+constexpr uint32_t DarkBar = 0x252629;
+
+double wallClock() {
+  timespec now{};
+  clock_gettime(CLOCK_REALTIME, &now);
+  return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
+}
+
+/// The first and last column in which two rows of pictures differ; an empty range if none.
+struct Columns {
+  int first = 0;
+  int last = -1;
+  int count() const { return last - first + 1; }
+};
+
+/// The bar's own rows without its lower hairline.
+constexpr int BarRows = 20;
+
+Columns columnsWhere(const ScreenPicture& picture, int scale, const auto& isDifferent) {
+  Columns columns;
+  for (int column = 0; column < picture.width; ++column) {
+    for (int row = 0; row < BarRows * scale; ++row) {
+      if (!isDifferent(column, row)) continue;
+      if (columns.count() == 0) columns.first = column;
+      columns.last = column;
+      break;
+    }
+  }
+  return columns;
+}
+
+Columns inkOf(const ScreenPicture& picture, int scale = 1) {
+  const uint32_t bar = picture.at(1, 1);
+  return columnsWhere(picture, scale,
+                      [&](int column, int row) { return picture.at(column, row) != bar; });
+}
+
+Columns differenceOf(const ScreenPicture& a, const ScreenPicture& b, int scale = 1) {
+  return columnsWhere(a, scale,
+                      [&](int column, int row) { return a.at(column, row) != b.at(column, row); });
+}
+
+class ClockBar : public testing::Test {
+ protected:
+  void start(const DisplayServer& screen) {
+    screen_ = &screen;
+    bar_ = std::make_unique<ChildProcess>(
+        std::vector<std::string>{(Programs / "velmora-menubar").string()}, screen.environment());
+    EXPECT_TRUE(waitUntil([&] { return inkOf(screen.screenshot()).count() > 10; }))
+        << bar_->errors();
+  }
+
+  static void timectl(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), (Programs / "velmora-timectl").string());
+    const FinishedProcess finished = runToEnd(arguments);
+    EXPECT_EQ(finished.status, 0) << finished.errors;
+  }
+
+  static void write(const std::string& key, const std::string& json) {
+    timectl({"defaults", "write", "--force", key, json});
+  }
+
+  /// A picture with the moment by which it was taken.
+  struct Frame {
+    ScreenPicture picture;
+    double moment;
+  };
+
+  /// What the screen shows for some seconds, each picture once in a row.
+  std::vector<Frame> watch(double seconds) const {
+    std::vector<Frame> frames;
+    const double end = wallClock() + seconds;
+    while (wallClock() < end) {
+      ScreenPicture picture = screen_->screenshot();
+      const bool isNew = frames.empty() || frames.back().picture.pixels != picture.pixels;
+      if (isNew) frames.push_back({std::move(picture), wallClock()});
+    }
+    return frames;
+  }
+
+  void expectEachSecondOnce() {
+    const std::vector<Frame> frames = watch(5.2);
+    EXPECT_GE(frames.size(), 5U);
+    EXPECT_LE(frames.size(), 7U);
+    std::set<std::vector<uint32_t>> pictures;
+    for (size_t index = 0; index < frames.size(); ++index) {
+      EXPECT_TRUE(pictures.insert(frames[index].picture.pixels).second) << "a second came twice";
+      if (index == 0) continue;
+      const double late = frames[index].moment - std::floor(frames[index].moment);
+      EXPECT_LT(late, 0.5) << "a second came late";
+    }
+  }
+
+  bool isRunning() { return !bar_->exitStatus().has_value(); }
+
+  DesktopFixture desktop_;
+  const DisplayServer* screen_ = nullptr;
+  std::unique_ptr<ChildProcess> bar_;
+};
+
+constexpr const char* WithSeconds = R"(["HH",":","mm",":","ss"])";
+
+TEST_F(ClockBar, ShowsEachSecondOnceOnX11) {
+  const X11Server screen(500, 60);
+  write("Time_MenubarFormat", WithSeconds);
+  start(screen);
+  expectEachSecondOnce();
+}
+
+TEST_F(ClockBar, ShowsEachSecondOnceOnWaylandAtScale2) {
+  const WaylandServer screen({{800, 200, 2}});
+  write("Time_MenubarFormat", WithSeconds);
+  start(screen);
+  expectEachSecondOnce();
+  // Text that was drawn at scale 1 and enlarged has every pixel twice.
+  const ScreenPicture picture = screen.screenshot();
+  const Columns ink = inkOf(picture, 2);
+  int edges = 0;
+  for (int column = ink.first / 2 * 2; column + 1 <= ink.last; column += 2) {
+    for (int row = 0; row < BarRows * 2; ++row) {
+      if (picture.at(column, row) != picture.at(column + 1, row)) ++edges;
+    }
+  }
+  EXPECT_GT(edges, 40);
+}
+
+TEST_F(ClockBar, BlinksTheSeparatorAloneWithinItsPlace) {
+  const X11Server screen(500, 60);
+  write("Time_MenubarFormat", R"(["HH","':'","mm"])");
+  write("Time_MenubarFlashSeperators", "1");
+  // Two phases of one minute are compared.
+  waitUntil([] { return std::fmod(wallClock(), 60) < 54; });
+  start(screen);
+  const std::vector<Frame> frames = watch(4.2);
+  ASSERT_GE(frames.size(), 4U);
+  for (size_t index = 2; index < frames.size(); ++index) {
+    EXPECT_EQ(frames[index].picture.pixels, frames[index - 2].picture.pixels);
+  }
+  const Columns ink = inkOf(frames[0].picture);
+  const Columns blink = differenceOf(frames[0].picture, frames[1].picture);
+  EXPECT_GE(blink.count(), 1);
+  EXPECT_LE(blink.count(), 4) << "a colon of 13 points";
+  EXPECT_GT(blink.first, ink.first + 8);
+  EXPECT_LT(blink.last, ink.last - 8);
+}
+
+TEST_F(ClockBar, FollowsAChangedFormatAndItsDeletion) {
+  const X11Server screen(700, 60);
+  write("Time_MenubarFormat", R"(["HH",":","mm"])");
+  start(screen);
+  const int before = inkOf(screen.screenshot()).count();
+  const double changed = wallClock();
+  write("Time_MenubarFormat",
+        R"(["EEEE","' '","d","' '","MMMM","'  '","___ICON__RED___","'  '","HH","':'","mm"])");
+  EXPECT_TRUE(waitUntil([&] { return inkOf(screen.screenshot()).count() > 3 * before; }));
+  EXPECT_LT(wallClock() - changed, 1.5);
+  // The leaf's head is the one red thing in the bar.
+  const ScreenPicture picture = screen.screenshot();
+  int red = 0;
+  for (const uint32_t pixel : picture.pixels)
+    red += pixel == 0xFF4141 ? 1 : 0;
+  EXPECT_GT(red, 40);
+  timectl({"defaults", "delete", "Time_MenubarFormat"});
+  EXPECT_TRUE(waitUntil([&] { return inkOf(screen.screenshot()).count() < 3 * before; }));
+}
+
+TEST_F(ClockBar, FollowsTextSizeAndColor) {
+  const X11Server screen(500, 60);
+  start(screen);
+  write("Time_TextShadowColor", "\"0 0 0 0\"");
+  const int standard = inkOf(screen.screenshot()).count();
+  int large = 0;
+  write("Time_TextSize", "16");
+  EXPECT_TRUE(waitUntil([&] {
+    large = inkOf(screen.screenshot()).count();
+    return large > standard * 1.1;
+  }));
+  write("Time_TextSize", "8");
+  EXPECT_TRUE(waitUntil([&] { return inkOf(screen.screenshot()).count() < large * 0.6; }));
+  write("Time_TextColor", "\"1 0 0 1\"");
+  EXPECT_TRUE(waitUntil([&] {
+    const ScreenPicture picture = screen.screenshot();
+    for (const uint32_t pixel : picture.pixels) {
+      if ((pixel >> 16) > 0xE0 && (pixel & 0xFF) < 0x60) return true;
+    }
+    return false;
+  }));
+}
+
+TEST_F(ClockBar, FollowsTheDesktopsTheme) {
+  const X11Server screen(500, 60);
+  start(screen);
+  EXPECT_EQ(screen.screenshot().at(1, 1), LightBar);
+  const double changed = wallClock();
+  desktop_.set("color-scheme", 1);
+  EXPECT_TRUE(waitUntil([&] { return screen.screenshot().at(1, 1) == DarkBar; }));
+  // The text is white now, not only its background dark.
+  EXPECT_TRUE(waitUntil([&] {
+    for (const uint32_t pixel : screen.screenshot().pixels) {
+      if (pixel == 0xFFFFFF) return true;
+    }
+    return false;
+  }));
+  EXPECT_LT(wallClock() - changed, 1.5);
+  desktop_.set("color-scheme", 0);
+  EXPECT_TRUE(waitUntil([&] { return screen.screenshot().at(1, 1) == LightBar; }));
+}
+
+struct BadSetting {
+  const char* name;
+  const char* key;
+  const char* json;
+  int reports;  ///< Lines of error that are ours to write.
+};
+
+class BadSettings : public ClockBar, public testing::WithParamInterface<BadSetting> {};
+
+// Whatever stands in a setting, the bar goes on, and shows the clock again when it is mended.
+TEST_P(BadSettings, LeaveTheBarRunning) {
+  const X11Server screen(500, 60);
+  start(screen);
+  const ScreenPicture good = screen.screenshot();
+  const std::string quiet = bar_->errors();
+  write(GetParam().key, GetParam().json);
+  watch(2.2);
+  EXPECT_TRUE(isRunning());
+  const std::string report = bar_->errors().substr(quiet.size());
+  EXPECT_EQ(std::count(report.begin(), report.end(), '\n'), GetParam().reports) << report;
+  timectl({"defaults", "delete", GetParam().key});
+  EXPECT_TRUE(waitUntil([&] {
+    const Columns ink = inkOf(screen.screenshot());
+    return std::abs(ink.count() - inkOf(good).count()) <= 12;
+  }));
+  bar_->sendSignal(SIGTERM);
+  EXPECT_EQ(bar_->waitForExit(), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    OfEveryKind, BadSettings,
+    testing::Values(BadSetting{"FormatText", "Time_MenubarFormat", "\"HH\"", 1},
+                    BadSetting{"FormatNumbers", "Time_MenubarFormat", "[1,2]", 1},
+                    BadSetting{"LoneApostrophe", "Time_MenubarFormat", "[\"HH\",\"'\"]", 1},
+                    BadSetting{"UnknownLetter", "Time_MenubarFormat", "[\"HH\",\"ii\"]", 0},
+                    BadSetting{"EmptyFormat", "Time_MenubarFormat", "[]", 0},
+                    BadSetting{"ColorOfThree", "Time_TextColor", "\"1 1 1\"", 0},
+                    BadSetting{"NegativeSize", "Time_TextSize", "-5", 0},
+                    BadSetting{"SizeText", "Time_TextSize", "\"abc\"", 0}),
+    [](const auto& tested) { return tested.param.name; });
+
+TEST_F(ClockBar, SurvivesADamagedSettingsFile) {
+  const X11Server screen(500, 60);
+  write("Time_TextSize", "16");
+  start(screen);
+  const fs::path folder = testFolder() / "config" / "velmora5";
+  const fs::path file = folder / "com.wenmark.velmora5.extras.plist";
+  const std::string garbage("bplist00\0\x01\x02garbage", 18);
+  std::ofstream(file, std::ios::binary) << garbage;
+  // The next write reads the file, and finds it damaged.
+  write("Time_MenubarFormat", WithSeconds);
+  expectEachSecondOnce();
+  EXPECT_TRUE(isRunning());
+  int setAside = 0;
+  for (const auto& entry : fs::directory_iterator(folder)) {
+    if (entry.path().filename().string().find(".corrupt-") == std::string::npos) continue;
+    ++setAside;
+    std::ifstream stream(entry.path(), std::ios::binary);
+    const std::string kept{std::istreambuf_iterator<char>(stream), {}};
+    EXPECT_EQ(kept, garbage) << "what was there may still be of use";
+  }
+  EXPECT_EQ(setAside, 1);
+}
+
+}  // namespace

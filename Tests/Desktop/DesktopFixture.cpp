@@ -1,0 +1,47 @@
+#include "Tests/Desktop/DesktopFixture.h"
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include "Tests/Support/DisplayServers.h"
+
+DesktopFixture::DesktopFixture() {
+  startSessionBus();
+  systemBus_ = std::make_unique<ChildProcess>(std::vector<std::string>{
+      "dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address"});
+  if (!waitUntil([&] { return systemBus_->output().ends_with('\n'); })) {
+    ADD_FAILURE() << "no bus: " << systemBus_->errors();
+    return;
+  }
+  std::string address = systemBus_->output();
+  address.pop_back();
+  setenv("DBUS_SYSTEM_BUS_ADDRESS", address.c_str(), 1);
+  start();
+}
+
+void DesktopFixture::start() {
+  desktop_ = std::make_unique<ChildProcess>(std::vector<std::string>{FAKE_DESKTOP});
+  EXPECT_TRUE(waitUntil([&] { return desktop_->output() == "ready\n"; })) << desktop_->errors();
+}
+
+void DesktopFixture::set(const std::string& key, unsigned value) {
+  call({"Set", "string:" + key, "uint32:" + std::to_string(value)});
+}
+
+void DesktopFixture::sleep(bool isGoing) {
+  call({"Sleep", std::string("boolean:") + (isGoing ? "true" : "false")});
+}
+
+void DesktopFixture::zoneChanged() { call({"ZoneChanged"}); }
+
+void DesktopFixture::call(const std::vector<std::string>& arguments) {
+  std::vector<std::string> command = {"dbus-send",
+                                      "--session",
+                                      "--print-reply",
+                                      "--dest=org.freedesktop.portal.Desktop",
+                                      "/org/freedesktop/portal/desktop",
+                                      "com.wenmark.velmora5.FakeDesktop." + arguments.front()};
+  command.insert(command.end(), arguments.begin() + 1, arguments.end());
+  const FinishedProcess sent = runToEnd(command);
+  EXPECT_EQ(sent.status, 0) << sent.errors;
+}

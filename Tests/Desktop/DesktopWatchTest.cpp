@@ -1,0 +1,181 @@
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include <filesystem>
+
+#include "Platform/Foundation/CFPreferences.h"
+#include "Platform/Foundation/NSDistributedNotificationCenter.h"
+#include "Platform/Foundation/NSRunLoop.h"
+#include "Platform/Foundation/NSTimeZone.h"
+#include "Tests/Desktop/DesktopFixture.h"
+#include "Tests/Support/TestEnvironment.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// Counts what comes under one name.
+class Counter {
+ public:
+  explicit Counter(const char* name)
+      : observation_(NSDistributedNotificationCenter::defaultCenter().addObserver(
+            name, [this](const NSNotification&) { ++count_; })) {}
+
+  /// Serves the loop until that many have come.
+  bool reaches(int count) {
+    return waitUntil([&] {
+      NSRunLoop::mainRunLoop().runPending();
+      return count_ >= count;
+    });
+  }
+
+  /// Serves the loop for a while in which no more should come.
+  int countAfterAWhile() {
+    waitUntil(
+        [] {
+          NSRunLoop::mainRunLoop().runPending();
+          return false;
+        },
+        std::chrono::milliseconds(300));
+    return count_;
+  }
+
+ private:
+  int count_ = 0;
+  NSObservation observation_;
+};
+
+bool desktopIsDark() {
+  const auto style = CFPreferencesCopyAppValue("AppleInterfaceStyle", ".GlobalPreferences");
+  return style.string() != nullptr && *style.string() == "Dark";
+}
+
+bool contrastIsIncreased() {
+  return CFPreferencesCopyAppValue("increaseContrast", "com.apple.universalaccess").boolValue();
+}
+
+// A desktop that is dark before the clock starts must not show a light clock first.
+TEST(DesktopSettings, AreThereAtTheFirstRead) {
+  DesktopFixture desktop;
+  desktop.set("color-scheme", 1);
+  desktop.set("contrast", 1);
+  EXPECT_TRUE(desktopIsDark());
+  EXPECT_TRUE(contrastIsIncreased());
+}
+
+TEST(DesktopSettings, FollowEverySwitch) {
+  DesktopFixture desktop;
+  Counter themes("AppleInterfaceThemeChangedNotification");
+  Counter contrasts("AXInterfaceIncreaseContrastStatusDidChange");
+  EXPECT_FALSE(desktopIsDark());
+  desktop.set("color-scheme", 1);
+  EXPECT_TRUE(themes.reaches(1));
+  EXPECT_TRUE(desktopIsDark());
+  desktop.set("color-scheme", 2);
+  EXPECT_TRUE(themes.reaches(2));
+  EXPECT_FALSE(desktopIsDark());
+  desktop.set("contrast", 1);
+  EXPECT_TRUE(contrasts.reaches(1));
+  EXPECT_TRUE(contrastIsIncreased());
+  // The same value again is no change.
+  desktop.set("contrast", 1);
+  EXPECT_EQ(contrasts.countAfterAWhile(), 1);
+  EXPECT_EQ(themes.countAfterAWhile(), 2);
+}
+
+// The portal of a session often starts after its clock, and is restarted by updates.
+TEST(DesktopSettings, AreAskedAgainWhenThePortalComesBack) {
+  DesktopFixture desktop;
+  desktop.set("color-scheme", 1);
+  Counter themes("AppleInterfaceThemeChangedNotification");
+  EXPECT_TRUE(desktopIsDark());
+  desktop.stop();
+  desktop.start();
+  EXPECT_TRUE(themes.reaches(1));
+  EXPECT_FALSE(desktopIsDark());
+}
+
+// An override, as of a tool's own options, is not the desktop's business.
+TEST(DesktopSettings, YieldToAnOverride) {
+  DesktopFixture desktop;
+  desktop.set("color-scheme", 1);
+  setPreferenceOverride("AppleInterfaceStyle", {}, ".GlobalPreferences");
+  EXPECT_FALSE(desktopIsDark());
+}
+
+TEST(SleepWatch, TellsAResumeOnceAndNoSuspend) {
+  DesktopFixture desktop;
+  Counter clock("NSSystemClockDidChangeNotification");
+  desktop.sleep(true);
+  EXPECT_EQ(clock.countAfterAWhile(), 0);
+  desktop.sleep(false);
+  EXPECT_TRUE(clock.reaches(1));
+  EXPECT_EQ(clock.countAfterAWhile(), 1);
+}
+
+class TimeZoneWatch : public testing::Test {
+ protected:
+  TimeZoneWatch() {
+    unsetenv("TZ");
+    setenv("VELMORA_LOCALTIME_FILE", link_.c_str(), 1);
+    point("Europe/Berlin");
+  }
+
+  /// As system tools do it: a new link takes the old one's place.
+  void point(const char* zone) const {
+    const fs::path fresh = link_.string() + ".new";
+    fs::create_symlink(fs::path("/usr/share/zoneinfo") / zone, fresh);
+    fs::rename(fresh, link_);
+  }
+
+  fs::path link_ = testFolder() / "localtime";
+};
+
+TEST_F(TimeZoneWatch, TellsANewTargetOnce) {
+  DesktopFixture desktop;
+  Counter zones("NSSystemTimeZoneDidChangeNotification");
+  EXPECT_EQ(NSTimeZone::systemTimeZone().name(), "Europe/Berlin");
+  point("Asia/Kathmandu");
+  EXPECT_TRUE(zones.reaches(1));
+  // The date service's signal for the same change comes later.
+  desktop.zoneChanged();
+  EXPECT_EQ(zones.countAfterAWhile(), 1);
+  EXPECT_EQ(NSTimeZone::systemTimeZone().name(), "Europe/Berlin") << "kept until it is reset";
+  NSTimeZone::resetSystemTimeZone();
+  EXPECT_EQ(NSTimeZone::systemTimeZone().name(), "Asia/Kathmandu");
+  point("America/New_York");
+  EXPECT_TRUE(zones.reaches(2));
+}
+
+// A link that is removed before the new one is made.
+TEST_F(TimeZoneWatch, SurvivesAMissingFile) {
+  Counter zones("NSSystemTimeZoneDidChangeNotification");
+  fs::remove(link_);
+  EXPECT_TRUE(zones.reaches(1));
+  NSTimeZone::resetSystemTimeZone();
+  EXPECT_EQ(NSTimeZone::systemTimeZone().name(), "UTC");
+  point("Asia/Tokyo");
+  EXPECT_TRUE(zones.reaches(2));
+  NSTimeZone::resetSystemTimeZone();
+  EXPECT_EQ(NSTimeZone::systemTimeZone().name(), "Asia/Tokyo");
+}
+
+// New rules in the same file, as an update of the zone data brings them.
+TEST_F(TimeZoneWatch, TellsNewRulesOfTheSameZone) {
+  const fs::path zones = testFolder() / "zoneinfo" / "Test";
+  fs::create_directories(zones);
+  fs::copy_file("/usr/share/zoneinfo/Asia/Tokyo", zones / "Zone");
+  setenv("TZDIR", (testFolder() / "zoneinfo").c_str(), 1);
+  fs::remove(link_);
+  fs::create_symlink(zones / "Zone", link_);
+  Counter changes("NSSystemTimeZoneDidChangeNotification");
+  const NSTimeZone before = NSTimeZone::systemTimeZone();
+  EXPECT_EQ(before.secondsFromGMT(), 9 * 3600);
+  fs::copy_file("/usr/share/zoneinfo/Asia/Kathmandu", zones / "New");
+  fs::rename(zones / "New", zones / "Zone");
+  EXPECT_TRUE(changes.reaches(1));
+  NSTimeZone::resetSystemTimeZone();
+  EXPECT_EQ(NSTimeZone::systemTimeZone().secondsFromGMT(), 5 * 3600 + 45 * 60);
+}
+
+}  // namespace

@@ -1,0 +1,157 @@
+// What the bar does alike on every kind of display and at every scale.
+
+#include <gmock/gmock.h>
+#include <signal.h>
+
+#include <algorithm>
+#include <functional>
+#include <ostream>
+
+#include "Platform/Foundation/CFPreferences.h"
+#include "Platform/Foundation/NSDistributedNotificationCenter.h"
+#include "Tests/Hosts/AccessibleNames.h"
+#include "Tests/Hosts/BarTest.h"
+
+namespace {
+
+using testing::ElementsAre;
+
+struct Desktop {
+  const char* name;
+  int scale;
+  std::function<std::unique_ptr<DisplayServer>()> start;
+  Environment environment;
+
+  friend std::ostream& operator<<(std::ostream& stream, const Desktop& desktop) {
+    return stream << desktop.name;
+  }
+};
+
+const Desktop desktops[] = {
+    {"X11", 1, [] { return std::make_unique<X11Server>(640, 120); }, {}},
+    {"X11AtScale2", 2, [] { return std::make_unique<X11Server>(640, 120); }, {{"GDK_SCALE", "2"}}},
+    {"Wayland",
+     1,
+     [] {
+       return std::make_unique<WaylandServer>(
+           std::vector{WaylandServer::Output{.width = 640, .height = 120}});
+     },
+     {}},
+    {"WaylandAtScale2",
+     2,
+     [] {
+       return std::make_unique<WaylandServer>(
+           std::vector{WaylandServer::Output{.width = 640, .height = 120, .scale = 2}});
+     },
+     {}},
+};
+
+class DesktopBar : public BarTest, public testing::WithParamInterface<Desktop> {
+ protected:
+  DesktopBar() : screen_(GetParam().start()) {}
+
+  void startBar(const std::vector<std::string>& arguments = {}, Environment environment = {}) {
+    environment.insert(GetParam().environment.begin(), GetParam().environment.end());
+    start(*screen_, arguments, environment);
+  }
+
+  void expectOnScreen(ExpectedItem expected) {
+    expected.scale = GetParam().scale;
+    expectItem([&] { return screen_->screenshot(); }, expected);
+  }
+
+  std::unique_ptr<DisplayServer> screen_;
+};
+
+INSTANTIATE_TEST_SUITE_P(, DesktopBar, testing::ValuesIn(desktops),
+                         [](const auto& tested) { return std::string(tested.param.name); });
+
+// Would catch: an item at the wrong end, upside down, blurred at scale 2 or without its margin.
+TEST_P(DesktopBar, ShowsTheItemAtItsRightEnd) {
+  startBar();
+  expectOnScreen({.width = 60});
+}
+
+TEST_P(DesktopBar, IsDarkOnRequest) {
+  startBar({"--dark"});
+  expectOnScreen({.width = 60, .bar = colors::DarkBar});
+}
+
+// Would catch: a light bar that stays on a desktop which has turned dark.
+TEST_P(DesktopBar, FollowsTheDesktopsAppearance) {
+  startBar();
+  expectOnScreen({.width = 60});
+  struct Case {
+    PropertyList style;
+    uint32_t bar;
+  };
+  for (const Case& tested : {Case{"Dark", colors::DarkBar}, Case{{}, colors::LightBar}}) {
+    CFPreferencesSetAppValue("AppleInterfaceStyle", tested.style, ".GlobalPreferences");
+    ASSERT_TRUE(CFPreferencesAppSynchronize(".GlobalPreferences"));
+    NSDistributedNotificationCenter::defaultCenter().postNotification(
+        "AppleInterfaceThemeChangedNotification");
+    expectOnScreen({.width = 60, .bar = tested.bar});
+  }
+}
+
+// Would catch: an area left undrawn when the item grows, and its remains when it shrinks.
+TEST_P(DesktopBar, FollowsTheItemsWidth) {
+  startBar();
+  expectOnScreen({.width = 60});
+  for (const int width : {150, 33, 34, 200, 60}) {
+    command({{"length", std::to_string(width)}});
+    expectOnScreen({.width = width});
+  }
+}
+
+// Would catch: an exception that ends the program or its drawing, and one line a second in the log.
+TEST_P(DesktopBar, OutlivesAnItemThatFails) {
+  startBar();
+  expectOnScreen({.width = 60});
+  const char* const texts[] = {"the item has failed", "it has failed again", "the item has failed"};
+  for (size_t count = 0; count < std::size(texts); ++count) {
+    command({{"failure", texts[count]}});
+    ASSERT_TRUE(waitUntil([&] { return itemLog().size() > count; }));
+  }
+  command({{"failure", ""}, {"length", "90"}});
+  expectOnScreen({.width = 90});
+  EXPECT_EQ(bar().errors(),
+            "velmora: error: the item has failed\nvelmora: error: it has failed again\n");
+}
+
+// Would catch: an item that a screen reader finds no word for.
+TEST_P(DesktopBar, TellsTheItemsNameToScreenReaders) {
+  startBar({}, {{"NO_AT_BRIDGE", std::nullopt}});
+  std::vector<std::string> names;
+  EXPECT_TRUE(waitUntil([&] {
+    names = accessibleNames();
+    return std::ranges::find(names, "Test item") != names.end();
+  })) << testing::PrintToString(names);
+}
+
+// Would catch: an end by the signal itself, which leaves the item's files and threads behind.
+TEST_P(DesktopBar, UnloadsTheItemWhenAskedToEnd) {
+  for (const int signal : {SIGTERM, SIGINT}) {
+    startBar();
+    expectOnScreen({.width = 60});
+    bar().sendSignal(signal);
+    EXPECT_EQ(bar().waitForExit(), 0);
+    EXPECT_EQ(bar().errors(), "");
+    // The next round must not take this one's last picture for its own.
+    EXPECT_TRUE(waitUntil([&] {
+      return !itemFault(screen_->screenshot(), {.scale = GetParam().scale}).empty();
+    }));
+  }
+  EXPECT_THAT(itemLog(), ElementsAre("willUnload", "willUnload"));
+}
+
+// Would catch: a bar that hangs or spins without its display, or fails without a word.
+TEST_P(DesktopBar, EndsWithItsDisplay) {
+  startBar();
+  expectOnScreen({.width = 60});
+  screen_->crash();
+  EXPECT_EQ(bar().waitForExit(), 1);
+  EXPECT_THAT(bar().errors(), testing::MatchesRegex("velmora: error: [^\n]*display[^\n]*\n"));
+}
+
+}  // namespace

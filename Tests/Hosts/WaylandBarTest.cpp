@@ -1,0 +1,113 @@
+#include <gmock/gmock.h>
+
+#include <nlohmann/json.hpp>
+
+#include "Tests/Hosts/BarTest.h"
+
+namespace {
+
+class WaylandBar : public BarTest {
+ protected:
+  static void expectOn(const WaylandServer& screen, const std::string& output,
+                       const ExpectedItem& expected = {}) {
+    SCOPED_TRACE(output);
+    expectItem([&] { return screen.screenshotOf(output); }, expected);
+  }
+};
+
+/// Whether an output shows nothing of the bar.
+bool isBare(const WaylandServer& screen, const std::string& output) {
+  const ScreenPicture picture = screen.screenshotOf(output);
+  return picture.width > 0 && picture.at(0, 5) != colors::LightBar;
+}
+
+// Would catch: windows that are laid out under the bar.
+TEST_F(WaylandBar, ReservesItsHeight) {
+  const WaylandServer screen({{.width = 640, .height = 120}});
+  start(screen);
+  expectOn(screen, "HEADLESS-1");
+  const auto workspaces = nlohmann::json::parse(screen.query("get_workspaces"));
+  const auto& area = workspaces.at(0).at("rect");
+  EXPECT_EQ(area.at("y"), 22);
+  EXPECT_EQ(area.at("height"), 98);
+}
+
+// Would catch: a monitor told apart by its product, which these two share, and a bar of one
+// monitor's scale on the other.
+TEST_F(WaylandBar, GoesToTheOutputOfTheName) {
+  const WaylandServer screen(
+      {{.width = 640, .height = 120}, {.width = 900, .height = 160, .scale = 2}});
+  struct Case {
+    std::vector<std::string> arguments;
+    const char* output;
+    const char* other;
+    int scale;
+  };
+  for (const Case& tested :
+       {Case{{}, "HEADLESS-1", "HEADLESS-2", 1},
+        Case{{"--output-name", "HEADLESS-1"}, "HEADLESS-1", "HEADLESS-2", 1},
+        Case{{"--output-name", "HEADLESS-2"}, "HEADLESS-2", "HEADLESS-1", 2}}) {
+    start(screen, tested.arguments);
+    expectOn(screen, tested.output, {.scale = tested.scale});
+    EXPECT_TRUE(isBare(screen, tested.other));
+  }
+  start(screen, {"--output-name", "eDP-1"});
+  EXPECT_EQ(bar().waitForExit(), 2);
+  EXPECT_EQ(bar().errors(),
+            "velmora-menubar: no monitor has the name \"eDP-1\"; there are: HEADLESS-1, "
+            "HEADLESS-2\n");
+}
+
+// Would catch: a bar stretched to its old width, and one drawn at its old scale.
+TEST_F(WaylandBar, FollowsTheOutputsModeAndScale) {
+  const WaylandServer screen({{.width = 640, .height = 120}});
+  start(screen);
+  expectOn(screen, "HEADLESS-1");
+  screen.command("output HEADLESS-1 resolution 900x160");
+  expectOn(screen, "HEADLESS-1");
+  screen.command("output HEADLESS-1 scale 2");
+  expectOn(screen, "HEADLESS-1", {.scale = 2});
+}
+
+// Would catch: a bar that ends or stays away when its monitor is unplugged, and one that does not
+// come back to the monitor that was asked for.
+TEST_F(WaylandBar, MovesWhenItsOutputGoes) {
+  const WaylandServer desk({{.width = 1280, .height = 160}});
+  const WaylandServer screen(desk, 2);
+  const auto unplug = [&](const std::string& output) {
+    desk.command("[title=\".*" + output + "\"] kill");
+  };
+  start(screen, {"--output-name", "WL-2"});
+  expectOn(screen, "WL-2");
+  unplug("WL-2");
+  expectOn(screen, "WL-1");
+  screen.command("create_output");
+  unplug("WL-1");
+  expectOn(screen, "WL-3");
+  unplug("WL-3");
+  ASSERT_TRUE(waitUntil([&] { return screen.screenshotOf("WL-3").width == 0; }));
+  screen.command("create_output");
+  expectOn(screen, "WL-4");
+  EXPECT_EQ(bar().exitStatus(), std::nullopt);
+}
+
+// Would catch: a window in the middle of the screen, as a toplevel there would be, and a program
+// that starts itself for ever.
+TEST_F(WaylandBar, FallsBackToX11WithoutLayerShell) {
+  const WaylandServer compositor({{.width = 640, .height = 120}});
+  const Environment withoutLayerShell{{"LD_PRELOAD", NO_LAYER_SHELL},
+                                      {"ASAN_OPTIONS", "verify_asan_link_order=0"}};
+  start(compositor, {}, withoutLayerShell);
+  EXPECT_EQ(bar().waitForExit(), 1);
+  EXPECT_THAT(bar().errors(),
+              testing::MatchesRegex("velmora-menubar: [^\n]*no layer-shell[^\n]*\n"));
+
+  const X11Server screen(640, 120);
+  Environment both = withoutLayerShell;
+  both.insert(*screen.environment().find("DISPLAY"));
+  start(compositor, {"--dark"}, both);
+  expectItem([&] { return screen.screenshot(); }, {.bar = colors::DarkBar});
+  EXPECT_THAT(bar().errors(), testing::MatchesRegex("velmora: [^\n]*no layer-shell[^\n]*\n"));
+}
+
+}  // namespace

@@ -1,0 +1,173 @@
+// Paths, contexts and views.
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <memory>
+#include <string>
+
+#include "Platform/AppKit/NSBezierPath.h"
+#include "Platform/AppKit/NSImage.h"
+#include "Platform/AppKit/NSView.h"
+#include "Platform/AppKit/RecordingGraphicsContext.h"
+#include "Platform/Foundation/SystemClock.h"
+#include "Tests/Platform/Support/Pixels.h"
+
+namespace {
+
+const NSColor Red = NSColor::colorWithDeviceRed(1, 0, 0, 1);
+
+TEST(Paths, ARectangleFillsItsPixelsAndNoOther) {
+  for (const int scale : {1, 2, 3}) {
+    BitmapSurface surface({20, 10}, scale);
+    const NSCurrentGraphicsContext current(surface.context());
+    Red.setFill();
+    // From the lower left: 3 points right, 2 up; so rows 4 to 7 from the top at scale 1.
+    NSBezierPath::bezierPathWithRect(NSMakeRect(3, 2, 5, 4)).fill();
+    const Ink expected{3 * scale, 8 * scale - 1, 4 * scale, 8 * scale - 1, 20.0 * scale * scale};
+    EXPECT_EQ(inkOf(surface), expected) << scale;
+    EXPECT_EQ(surface.pixelAt(3 * scale, 4 * scale), Red);
+  }
+}
+
+// The arch from (0, 0) over control points (0, h) and (w, h) to (w, 0) has x(t) = w(3t²-2t³) and
+// y(t) = 3h t(1-t); the integral of y dx is 18wh · ∫t²(1-t)² dt = 18wh/30 = 0.6 wh.
+TEST(Paths, ACurveEnclosesItsArea) {
+  constexpr double Width = 40;
+  constexpr double Height = 30;
+  for (const double scale : {1.0, 1.5, 2.0}) {
+    BitmapSurface surface({50, 40}, scale);
+    const NSCurrentGraphicsContext current(surface.context());
+    NSBezierPath path;
+    path.moveToPoint({5, 5});
+    path.curveToPoint({5 + Width, 5}, {5, 5 + Height}, {5 + Width, 5 + Height});
+    path.closePath();
+    path.fill();
+    const double area = 0.6 * Width * Height * scale * scale;
+    EXPECT_NEAR(inkOf(surface).area, area, area * 0.005) << scale;
+  }
+}
+
+TEST(Paths, AHalfCoveredPixelIsHalfInked) {
+  BitmapSurface surface({4, 4}, 1);
+  const NSCurrentGraphicsContext current(surface.context());
+  NSBezierPath::bezierPathWithRect(NSMakeRect(1, 1, 1.5, 1)).fill();
+  EXPECT_NEAR(surface.pixelAt(2, 2).alphaComponent(), 0.5, 0.01);
+}
+
+TEST(Contexts, ASurfacesPixelsAreRoundedUp) {
+  const BitmapSurface surface({21, 7}, 1.5);
+  EXPECT_EQ(surface.pixelWidth(), 32);
+  EXPECT_EQ(surface.pixelHeight(), 11);
+  EXPECT_EQ(inkOf(surface).area, 0);
+}
+
+TEST(Contexts, NestAndComeBack) {
+  EXPECT_EQ(NSGraphicsContext::currentContext(), nullptr);
+  RecordingGraphicsContext outer;
+  RecordingGraphicsContext inner;
+  {
+    const NSCurrentGraphicsContext first(outer);
+    {
+      const NSCurrentGraphicsContext second(inner);
+      Red.setFill();
+      NSBezierPath::bezierPathWithRect(NSMakeRect(0, 0, 1, 1)).fill();
+    }
+    EXPECT_EQ(NSGraphicsContext::currentContext(), &outer);
+    NSBezierPath::bezierPathWithRect(NSMakeRect(0, 0, 1, 1)).fill();
+  }
+  EXPECT_EQ(NSGraphicsContext::currentContext(), nullptr);
+  ASSERT_EQ(inner.records().size(), 1U);
+  ASSERT_EQ(outer.records().size(), 1U);
+  EXPECT_EQ(inner.records()[0].color, Red);
+  EXPECT_EQ(outer.records()[0].color, NSColor::blackColor());
+}
+
+TEST(Contexts, DrawingWithoutOneDoesNothing) {
+  Red.setFill();
+  NSBezierPath::bezierPathWithRect(NSMakeRect(0, 0, 1, 1)).fill();
+  drawAtPointWithAttributes("x", {0, 0}, {});
+  NSImage::imageWithSize({2, 2})->drawAtPoint({0, 0});
+}
+
+TEST(Contexts, TheOriginMovesAndReturns) {
+  BitmapSurface surface({10, 10}, 2);
+  RecordingGraphicsContext recording;
+  for (NSGraphicsContext* context : {static_cast<NSGraphicsContext*>(&surface.context()),
+                                     static_cast<NSGraphicsContext*>(&recording)}) {
+    const NSCurrentGraphicsContext current(*context);
+    context->translateOrigin({1, 2});
+    context->translateOrigin({3, 1});
+    NSBezierPath::bezierPathWithRect(NSMakeRect(0, 0, 1, 1)).fill();
+    context->restoreOrigin();
+    NSBezierPath::bezierPathWithRect(NSMakeRect(0, 0, 1, 1)).fill();
+    context->restoreOrigin();
+    NSBezierPath::bezierPathWithRect(NSMakeRect(0, 0, 1, 1)).fill();
+  }
+  const NSRect places[] = {NSMakeRect(4, 3, 1, 1), NSMakeRect(1, 2, 1, 1), NSMakeRect(0, 0, 1, 1)};
+  ASSERT_EQ(recording.records().size(), std::size(places));
+  for (size_t index = 0; index < std::size(places); ++index) {
+    EXPECT_EQ(recording.records()[index].rect, places[index]);
+    const int column = static_cast<int>(places[index].origin.x) * 2;
+    const int row = static_cast<int>(9 - places[index].origin.y) * 2;
+    EXPECT_EQ(surface.pixelAt(column, row).alphaComponent(), 1);
+  }
+  EXPECT_EQ(inkOf(surface).area, 3 * 4);
+}
+
+TEST(Contexts, ARecordingTellsWhatWasDrawn) {
+  RecordingGraphicsContext recording;
+  const NSCurrentGraphicsContext current(recording);
+  NSTextAttributes attributes;
+  attributes.foregroundColor = Red;
+  drawAtPointWithAttributes("12:", {1, 2}, attributes);
+  attributes.shadow = NSShadow{{0, -1}};
+  drawAtPointWithAttributes("34", {20, 2}, attributes);
+  const auto image = NSImage::imageWithSize({6, 4});
+  image->setName("sun");
+  image->drawAtPoint({7, 8}, 0.5);
+  EXPECT_EQ(recording.joinedText(), "12:34");
+  ASSERT_EQ(recording.records().size(), 3U);
+  EXPECT_EQ(recording.records()[0].color, Red);
+  EXPECT_FALSE(recording.records()[0].hasShadow);
+  EXPECT_TRUE(recording.records()[1].hasShadow);
+  EXPECT_EQ(recording.records()[1].rect.origin, (NSPoint{20, 2}));
+  EXPECT_EQ(recording.records()[2].name, "sun");
+  EXPECT_EQ(recording.records()[2].rect, NSMakeRect(7, 8, 6, 4));
+  EXPECT_EQ(recording.records()[2].fraction, 0.5);
+}
+
+TEST(Contexts, AFileThatCannotBeWrittenIsToldWithItsReason) {
+  const BitmapSurface surface({2, 2}, 1);
+  EXPECT_THROW(surface.writePng("/nowhere/at/all.png"), std::runtime_error);
+}
+
+class CountingHost : public NSViewHost {
+ public:
+  void viewNeedsDisplay(NSView& view) override {
+    ++count;
+    last = &view;
+  }
+
+  int count = 0;
+  NSView* last = nullptr;
+};
+
+TEST(Views, AskTheirHostToDrawThem) {
+  NSView view(NSMakeRect(3, 4, 5, 6));
+  view.setNeedsDisplay(true);
+  CountingHost host;
+  view.setHost(&host);
+  view.setNeedsDisplay(true);
+  view.setNeedsDisplay(false);
+  EXPECT_EQ(host.count, 1);
+  EXPECT_EQ(host.last, &view);
+  view.setHost(nullptr);
+  view.setNeedsDisplay(true);
+  EXPECT_EQ(host.count, 1);
+  view.setFrameSize({7, 8});
+  EXPECT_EQ(view.frame(), NSMakeRect(3, 4, 7, 8));
+  EXPECT_EQ(view.bounds(), NSMakeRect(0, 0, 7, 8));
+}
+
+}  // namespace

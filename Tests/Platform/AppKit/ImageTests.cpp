@@ -1,0 +1,197 @@
+#include "Platform/AppKit/NSImage.h"
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <cmath>
+#include <filesystem>
+#include <stdexcept>
+
+#include "Platform/AppKit/NSBezierPath.h"
+#include "Tests/Platform/Support/Files.h"
+#include "Tests/Platform/Support/Pixels.h"
+
+namespace {
+
+const NSColor Red = NSColor::colorWithDeviceRed(1, 0, 0, 1);
+const NSColor Blue = NSColor::colorWithDeviceRed(0, 0, 1, 1);
+
+/// 10 by 8 points; a red rectangle 2 from the left and 1 from the top, 4 wide and 3 high.
+constexpr std::string_view Svg =
+    "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"10\" height=\"8\">"
+    "<rect x=\"2\" y=\"1\" width=\"4\" height=\"3\" fill=\"#f00\"/></svg>";
+
+class Image : public testing::Test {
+ protected:
+  std::shared_ptr<NSImage> svg() const {
+    writeFile(folder / "a.svg", Svg);
+    return NSImage::imageWithContentsOfFile(folder / "a.svg");
+  }
+
+  const std::filesystem::path folder = freshFolder();
+};
+
+TEST_F(Image, AnSvgIsCrispOnThePixelGrid) {
+  const auto image = svg();
+  ASSERT_NE(image, nullptr);
+  EXPECT_EQ(image->size(), (NSSize{10, 8}));
+  for (const int scale : {1, 2, 3, 1}) {
+    BitmapSurface surface({20, 16}, scale);
+    const NSCurrentGraphicsContext current(surface.context());
+    // Its top is 5 + 8 points up, so 3 down from the surface's.
+    image->drawAtPoint({4, 5});
+    const Ink expected{6 * scale, 10 * scale - 1, 4 * scale, 7 * scale - 1, 12.0 * scale * scale};
+    EXPECT_EQ(inkOf(surface), expected) << scale;
+    EXPECT_EQ(surface.pixelAt(6 * scale, 4 * scale), Red);
+  }
+}
+
+// At 1.5 the rectangle covers columns 3 to 9 and rows 1.5 to 6.
+TEST_F(Image, AnSvgIsDrawnAnewForAScaleBetween) {
+  BitmapSurface surface({10, 8}, 1.5);
+  const NSCurrentGraphicsContext current(surface.context());
+  svg()->drawAtPoint({0, 0});
+  const Ink ink = inkOf(surface);
+  EXPECT_EQ(ink.left, 3);
+  EXPECT_EQ(ink.right, 8);
+  EXPECT_EQ(ink.top, 1);
+  EXPECT_EQ(ink.bottom, 5);
+  EXPECT_NEAR(ink.area, 12 * 1.5 * 1.5, 0.1);
+  EXPECT_NEAR(surface.pixelAt(5, 1).alphaComponent(), 0.5, 0.01);
+  EXPECT_EQ(surface.pixelAt(5, 2), Red);
+}
+
+TEST_F(Image, IsDrawnWithAlphaStretchedAndInPart) {
+  const auto image = svg();
+  BitmapSurface faint({10, 8}, 2);
+  {
+    const NSCurrentGraphicsContext current(faint.context());
+    image->drawAtPoint({0, 0}, 0.25);
+  }
+  EXPECT_NEAR(faint.pixelAt(6, 4).alphaComponent(), 0.25, 0.01);
+
+  BitmapSurface stretched({20, 24}, 1);
+  {
+    const NSCurrentGraphicsContext current(stretched.context());
+    image->drawInRect(NSMakeRect(0, 0, 20, 24));
+  }
+  EXPECT_EQ(inkOf(stretched), (Ink{4, 11, 3, 11, 8.0 * 9}));
+
+  // The quarter at the upper left, 5 by 4 points: it holds 3 by 3 points of the rectangle. Its
+  // own left edge comes to 10 and its top to the target's, 6 points up.
+  BitmapSurface part({20, 16}, 1);
+  {
+    const NSCurrentGraphicsContext current(part.context());
+    image->drawInRect(NSMakeRect(10, 2, 5, 4), NSMakeRect(0, 4, 5, 4), 1);
+  }
+  EXPECT_EQ(inkOf(part), (Ink{12, 14, 11, 13, 9.0}));
+}
+
+TEST_F(Image, APngKeepsItsPixels) {
+  BitmapSurface original({3, 2}, 1);
+  {
+    const NSCurrentGraphicsContext current(original.context());
+    Blue.setFill();
+    NSBezierPath::bezierPathWithRect(NSMakeRect(1, 0, 2, 1)).fill();
+  }
+  original.writePng((folder / "a.png").string());
+  const auto image = NSImage::imageWithContentsOfFile(folder / "a.png");
+  ASSERT_NE(image, nullptr);
+  EXPECT_EQ(image->size(), (NSSize{3, 2}));
+  BitmapSurface surface({5, 5}, 1);
+  const NSCurrentGraphicsContext current(surface.context());
+  image->drawAtPoint({1, 1});
+  EXPECT_EQ(inkOf(surface), (Ink{2, 3, 3, 3, 2.0}));
+  EXPECT_EQ(surface.pixelAt(2, 3), Blue);
+  EXPECT_THROW(image->lockFocus(), std::logic_error);
+}
+
+TEST_F(Image, WhatIsNoPictureGivesNone) {
+  for (size_t length = 0; length < Svg.size() - 1; ++length) {
+    writeFile(folder / "cut.svg", Svg.substr(0, length));
+    EXPECT_EQ(NSImage::imageWithContentsOfFile(folder / "cut.svg"), nullptr) << length;
+  }
+  std::filesystem::create_directory(folder / "folder.svg");
+  writeFile(folder / "text.png", "no picture at all, but long enough for a header");
+  writeFile(folder / "empty.png", "");
+  writeFile(folder / "vast.svg",
+            "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"9999999\" "
+            "height=\"8\"/>");
+  writeFile(folder / "flat.svg",
+            "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"0\" "
+            "height=\"8\"/>");
+  for (const char* name : {"missing.svg", "missing.png", "folder.svg", "text.png", "empty.png",
+                           "vast.svg", "flat.svg"}) {
+    EXPECT_EQ(NSImage::imageWithContentsOfFile(folder / name), nullptr) << name;
+  }
+}
+
+TEST_F(Image, ACutPngGivesNone) {
+  BitmapSurface original({30, 20}, 1);
+  original.writePng((folder / "whole.png").string());
+  const std::string bytes = readFile(folder / "whole.png");
+  for (size_t length = 0; length + 12 < bytes.size(); ++length) {  // The last chunk says nothing.
+    writeFile(folder / "cut.png", bytes.substr(0, length));
+    ASSERT_EQ(NSImage::imageWithContentsOfFile(folder / "cut.png"), nullptr) << length;
+  }
+}
+
+// 12000 x 12000 pixels in a few kilobytes would take 576 MB.
+TEST_F(Image, AVastPngDoesNotFillTheMemory) {
+  const auto peak = [] {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss / 1024;
+  };
+  const long before = peak();
+  EXPECT_EQ(NSImage::imageWithContentsOfFile(fixture("vast.png")), nullptr);
+  EXPECT_LT(peak() - before, 100);
+}
+
+TEST(RecordedImage, IsCrispAtAScaleThatCameLater) {
+  const auto folder = freshFolder();
+  writeFile(folder / "a.svg", Svg);
+  const auto picture = NSImage::imageWithContentsOfFile(folder / "a.svg");
+  const auto image = NSImage::imageWithSize({10, 8});
+  EXPECT_EQ(image->size(), (NSSize{10, 8}));
+  image->lockFocus();
+  Blue.setFill();
+  // Half points: pixels at scale 2. At 1 they would be smoothed for good if this were a bitmap.
+  NSBezierPath::bezierPathWithRect(NSMakeRect(0.5, 0.5, 2, 1)).fill();
+  picture->drawInRect(NSMakeRect(4.5, 0, 5, 4));
+  image->unlockFocus();
+  EXPECT_EQ(NSGraphicsContext::currentContext(), nullptr);
+
+  for (const int scale : {1, 2}) {
+    BitmapSurface surface({10, 8}, scale);
+    const NSCurrentGraphicsContext current(surface.context());
+    image->drawAtPoint({0, 0});
+    const Ink ink = inkOf(surface);
+    EXPECT_EQ(ink.isCrisp, scale == 2);
+    // The half-size rectangle of the picture is 2 by 1.5 points.
+    EXPECT_NEAR(ink.area, (2 * 1 + 2 * 1.5) * scale * scale, 0.1);
+    if (scale == 2) {
+      EXPECT_EQ(surface.pixelAt(1, 14), Blue);
+      EXPECT_EQ(surface.pixelAt(11, 9), Red);
+      EXPECT_EQ(ink.left, 1);
+      EXPECT_EQ(ink.bottom, 14);
+    }
+  }
+}
+
+TEST(RecordedImage, IsDrawnWithAlphaAndStretched) {
+  const auto image = NSImage::imageWithSize({4, 4});
+  image->lockFocus();
+  Blue.setFill();
+  NSBezierPath::bezierPathWithRect(NSMakeRect(0, 2, 4, 2)).fill();
+  image->unlockFocus();
+  BitmapSurface surface({8, 8}, 1);
+  const NSCurrentGraphicsContext current(surface.context());
+  image->drawInRect(NSMakeRect(0, 0, 8, 8), 0.5);
+  const Ink ink = inkOf(surface);
+  EXPECT_EQ(ink.top, 0);
+  EXPECT_EQ(ink.bottom, 3);
+  EXPECT_NEAR(ink.area, 8 * 4 * 0.5, 0.2);
+}
+
+}  // namespace

@@ -1,0 +1,145 @@
+// Where text stands and how wide it is, on whatever interface font the machine has.
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <string>
+
+#include "Platform/AppKit/NSFont.h"
+#include "Platform/AppKit/NSStringDrawing.h"
+#include "Tests/Platform/Support/Pixels.h"
+
+namespace {
+
+constexpr double Height = 22;
+
+NSTextAttributes attributesOfSize(double size) {
+  NSTextAttributes attributes;
+  attributes.font = NSFont::systemFontOfSize(size);
+  return attributes;
+}
+
+Ink inkOfText(std::string_view text, NSPoint point, const NSTextAttributes& attributes,
+              double scale) {
+  BitmapSurface surface({100, Height}, scale);
+  const NSCurrentGraphicsContext current(surface.context());
+  drawAtPointWithAttributes(text, point, attributes);
+  return inkOf(surface);
+}
+
+TEST(Fonts, HaveALineBoxAroundTheirSize) {
+  for (const double size : {9.0, 12.0, 13.0, 14.0, 24.0}) {
+    const NSFont font = NSFont::systemFontOfSize(size);
+    EXPECT_EQ(font.pointSize(), size);
+    EXPECT_GT(font.ascender(), 0.7 * size);
+    EXPECT_GT(font.descender(), 0.1 * size);
+    const double line = font.ascender() + font.descender();
+    EXPECT_GE(line, size);
+    EXPECT_LE(line, 1.6 * size);
+    EXPECT_EQ(sizeWithAttributes("x", attributesOfSize(size)).height, line);
+  }
+}
+
+TEST(Fonts, MeasuresGrowWithTheSize) {
+  const double narrow = sizeWithAttributes("Wed 12:34", attributesOfSize(12)).width;
+  const double wide = sizeWithAttributes("Wed 12:34", attributesOfSize(24)).width;
+  EXPECT_NEAR(wide, 2 * narrow, 0.01 * wide);
+  EXPECT_EQ(sizeWithAttributes("", attributesOfSize(12)).width, 0);
+}
+
+// The clock's width must not jump with the digits.
+TEST(Fonts, TabularDigitsAreAllOfOneWidth) {
+  NSTextAttributes attributes = attributesOfSize(13);
+  attributes.font = attributes.font.withMonospacedNumbers();
+  const double digit = sizeWithAttributes("0", attributes).width;
+  for (int number = 0; number < 10'000; number += 7) {
+    const std::string text = std::to_string(number);
+    ASSERT_NEAR(sizeWithAttributes(text, attributes).width,
+                digit * static_cast<double>(text.size()), 0.01)
+        << text;
+  }
+  EXPECT_NEAR(sizeWithAttributes("11:11", attributes).width,
+              sizeWithAttributes("00:00", attributes).width, 0.01);
+}
+
+TEST(Fonts, WidthsAreTheSameWhateverIsBeingDrawnTo) {
+  const NSTextAttributes attributes = attributesOfSize(13);
+  const double before = sizeWithAttributes("Wed 12:34:56", attributes).width;
+  for (const double scale : {1.0, 1.25, 2.0, 3.0}) {
+    BitmapSurface surface({100, Height}, scale);
+    const NSCurrentGraphicsContext current(surface.context());
+    drawAtPointWithAttributes("Wed 12:34:56", {0, 0}, attributes);
+    EXPECT_EQ(sizeWithAttributes("Wed 12:34:56", attributes).width, before) << scale;
+  }
+}
+
+TEST(TextDrawing, StandsOnItsPoint) {
+  const NSTextAttributes attributes = attributesOfSize(13);
+  constexpr NSPoint At{10, 4};
+  const double baseline = Height - At.y - attributes.font.descender();
+  const double width = sizeWithAttributes("HEH", attributes).width;
+  for (const double scale : {1.0, 2.0, 3.0}) {
+    const Ink ink = inkOfText("HEH", At, attributes, scale);
+    ASSERT_GT(ink.area, 0);
+    // Capitals end on the baseline; a pixel for the smoothing of their edges.
+    EXPECT_NEAR(ink.bottom + 1, baseline * scale, 1) << scale;
+    EXPECT_GE(ink.top, (baseline - attributes.font.ascender()) * scale - 1) << scale;
+    EXPECT_NEAR(ink.bottom + 1 - ink.top, 0.72 * 13 * scale, 0.1 * 13 * scale + 1) << scale;
+    EXPECT_GE(ink.left, At.x * scale - 1) << scale;
+    EXPECT_LE(ink.right + 1, (At.x + width) * scale + 1) << scale;
+    EXPECT_GT(ink.right + 1, (At.x + 0.8 * width) * scale) << scale;
+  }
+}
+
+TEST(TextDrawing, LettersOfOtherScriptsDoNotMoveTheBaseline) {
+  const NSTextAttributes attributes = attributesOfSize(13);
+  BitmapSurface plain({100, Height}, 2);
+  BitmapSurface mixed({100, Height}, 2);
+  {
+    const NSCurrentGraphicsContext current(plain.context());
+    drawAtPointWithAttributes("H", {5, 4}, attributes);
+  }
+  {
+    const NSCurrentGraphicsContext current(mixed.context());
+    drawAtPointWithAttributes("H \u0E01\u0E33 \u263E", {5, 4}, attributes);
+  }
+  const Ink ink = inkOf(plain);
+  for (int row = 0; row < plain.pixelHeight(); ++row) {
+    for (int column = 0; column <= ink.right; ++column) {
+      ASSERT_EQ(plain.pixelAt(column, row), mixed.pixelAt(column, row)) << column << " " << row;
+    }
+  }
+}
+
+TEST(TextDrawing, AShadowIsTheSameShapeOnePointLower) {
+  NSTextAttributes attributes = attributesOfSize(13);
+  const NSColor red = NSColor::colorWithDeviceRed(1, 0, 0, 1);
+  for (const int scale : {1, 2}) {
+    attributes.shadow.reset();
+    const Ink plain = inkOfText("8", {5, 5}, attributes, scale);
+    attributes.shadow = NSShadow{{0, -1}, red};
+    BitmapSurface surface({100, Height}, scale);
+    const NSCurrentGraphicsContext current(surface.context());
+    drawAtPointWithAttributes("8", {5, 5}, attributes);
+    const Ink both = inkOf(surface);
+    EXPECT_EQ(both.bottom, plain.bottom + scale);
+    EXPECT_EQ(both.top, plain.top);
+    EXPECT_EQ(both.left, plain.left);
+    EXPECT_EQ(both.right, plain.right);
+    const int middle = (both.left + both.right) / 2;
+    EXPECT_EQ(surface.pixelAt(middle, both.bottom).redComponent(), 1);
+    attributes.shadow.reset();
+  }
+}
+
+TEST(TextDrawing, OddTextsAreNoTrap) {
+  const NSTextAttributes attributes = attributesOfSize(13);
+  for (const std::string& text :
+       {std::string(), std::string("\xFF\xFE"), std::string("a\nb"), std::string("a\0b", 3),
+        std::string("\u202E12:34"), std::string(3000, 'W')}) {
+    inkOfText(text, {5, 4}, attributes, 1);
+    EXPECT_GE(sizeWithAttributes(text, attributes).width, 0);
+  }
+}
+
+}  // namespace

@@ -1,0 +1,172 @@
+// Where files are: the table of paths, bundles, languages and their tables of texts.
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "Platform/Foundation/NSBundle.h"
+#include "Platform/Foundation/NSPathUtilities.h"
+#include "Platform/Foundation/StringsFile.h"
+#include "Tests/Platform/Support/Files.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+TEST(Paths, FollowTheBaseDirectories) {
+  const EnvironmentVariable home("HOME", "/homes/ada");
+  struct Case {
+    const char* variable;
+    const char* given;
+    const char* byDefault;
+    const char* bySetting;  ///< With the variable set to "/elsewhere".
+  };
+  for (const auto& [variable, given, byDefault, bySetting] :
+       {Case{"XDG_CONFIG_HOME", "~/Library/Preferences/a.plist",
+             "/homes/ada/.config/velmora5/a.plist", "/elsewhere/velmora5/a.plist"},
+        Case{"XDG_STATE_HOME", "~/Library/Logs/a.log",
+             "/homes/ada/.local/state/velmora5/Logs/a.log", "/elsewhere/velmora5/Logs/a.log"},
+        Case{"XDG_DATA_HOME", "~/Library/Application Support/X/a", "/homes/ada/.local/share/X/a",
+             "/elsewhere/X/a"},
+        Case{"VELMORA_UNUSED", "~/notes", "/homes/ada/notes", "/homes/ada/notes"}}) {
+    {
+      const EnvironmentVariable setting(variable, "/elsewhere");
+      EXPECT_EQ(resolvedPath(given), bySetting);
+    }
+    // The base directory specification: an empty or relative value counts as unset.
+    for (const std::optional<std::string>& value :
+         {std::optional<std::string>(), std::optional<std::string>(""),
+          std::optional<std::string>("relative/folder")}) {
+      const EnvironmentVariable setting(variable, value);
+      EXPECT_EQ(resolvedPath(given), byDefault) << value.value_or("(unset)");
+    }
+  }
+  for (const char* path :
+       {"/etc/localtime", "~", "", "relative", "/Library/Application Support/"}) {
+    EXPECT_EQ(resolvedPath(path), path);
+  }
+}
+
+TEST(Paths, SupportFilesLieInTheInstallation) {
+  const char* given = "/Library/Application Support/Velmora 5/x/y";
+  // The library of the build lies in its lib folder.
+  EXPECT_EQ(resolvedPath(given), fs::path(VELMORA_BINARY_DIR) / "share/velmora5/x/y");
+  const EnvironmentVariable setting("VELMORA_SUPPORT_DIR", "/support");
+  EXPECT_EQ(resolvedPath(given), "/support/x/y");
+}
+
+class Bundle : public testing::Test {
+ protected:
+  Bundle() {
+    for (const char* name : {"Sun.svg", "Moon.png", "Both.svg", "Both.png", "a.b.svg"}) {
+      writeFile(folder / name, "x");
+    }
+    fs::create_directory(folder / "Folder.svg");
+    writeFile(folder.parent_path() / "outside.svg", "x");
+    for (const char* file : {"de.lproj/a.strings", "en.lproj/a.strings", "pt_BR.lproj/a.strings"}) {
+      writeFile(folder / file, "x");
+    }
+  }
+
+  const fs::path folder = freshFolder() / "Test.bundle";
+  const NSBundle bundle = NSBundle::bundleWithPath(folder.string());
+};
+
+TEST_F(Bundle, FindsPicturesByName) {
+  for (const auto& [name, file] : {std::pair{"Sun", "Sun.svg"},
+                                   {"Sun.tiff", "Sun.svg"},
+                                   {"Sun.png", "Sun.svg"},
+                                   {"Moon", "Moon.png"},
+                                   {"Moon.svg", "Moon.png"},
+                                   {"Both", "Both.svg"},
+                                   {"a.b", "a.b.svg"}}) {
+    EXPECT_EQ(bundle.pathForImageResource(name), folder / file) << name;
+  }
+  for (const char* name : {"", ".", "..", ".svg", "Folder", "Missing", "sun", "../outside",
+                           "../outside.svg", "./Sun", "/etc/passwd", "de.lproj/a"}) {
+    EXPECT_EQ(bundle.pathForImageResource(name), "") << name;
+  }
+  EXPECT_EQ(NSBundle().pathForImageResource("Sun"), "");
+}
+
+TEST_F(Bundle, ListsItsLanguagesAndTheirFiles) {
+  EXPECT_EQ(bundle.localizations(), (std::vector<std::string>{"de", "en", "pt_BR"}));
+  EXPECT_EQ(bundle.pathForResource("a.strings", "de"), folder / "de.lproj/a.strings");
+  EXPECT_EQ(bundle.pathForResource("b.strings", "de"), "");
+  EXPECT_EQ(bundle.pathForResource("../de.lproj/a.strings", "en"), "");
+  EXPECT_EQ(bundle.pathForResource("a.strings", "../Test.bundle/de"), "");
+  const NSBundle missing = NSBundle::bundleWithPath((folder / "missing").string());
+  EXPECT_TRUE(missing.localizations().empty());
+  EXPECT_EQ(missing.pathForImageResource("Sun"), "");
+}
+
+TEST(Localizations, AreOrderedByPreference) {
+  using Names = std::vector<std::string>;
+  struct Case {
+    Names wanted;
+    Names expected;
+  };
+  const Names available = {"de", "en", "pt", "pt_BR", "pt_PT"};
+  for (const auto& [wanted, expected] :
+       {Case{{"pt_BR"}, {"pt_BR", "pt", "pt_PT"}}, Case{{"pt_AO"}, {"pt", "pt_BR", "pt_PT"}},
+        Case{{"de_AT", "en_US"}, {"de", "en"}}, Case{{"ja_JP"}, {"en"}}, Case{{"ja", "de"}, {"de"}},
+        Case{{}, {"en"}}}) {
+    EXPECT_EQ(NSBundle::preferredLocalizationsFromArray(available, wanted), expected);
+  }
+  EXPECT_EQ(NSBundle::preferredLocalizationsFromArray({"fr", "it"}, {"ja"}), (Names{"fr"}));
+  EXPECT_TRUE(NSBundle::preferredLocalizationsFromArray({}, {"ja"}).empty());
+}
+
+constexpr std::string_view Strings =
+    "\xEF\xBB\xBF/* a comment; \"x\" = \"y\"; */\n"
+    "\"plain\" = \"text\"; // to the end \"q\n"
+    "\"escapes\"=\"a\\\"b\\\\c\\n\\t\\r\\'\\U00e9\\u20AC\";\n"
+    "\"a=b;\" = \"/* no comment */ // neither\";\n"
+    "\"twice\" = \"1\"; \"twice\" = \"2\";\n\"empty\" = \"\";";
+
+TEST(StringsTable, ReadsTextsCommentsAndEscapes) {
+  const auto table = stringsTableFromText(Strings);
+  ASSERT_TRUE(table.has_value());
+  EXPECT_EQ(*table, (StringsTable{{"plain", "text"},
+                                  {"escapes", "a\"b\\c\n\t\r'\u00E9\u20AC"},
+                                  {"a=b;", "/* no comment */ // neither"},
+                                  {"twice", "2"},
+                                  {"empty", ""}}));
+  EXPECT_EQ(stringsTableFromText(""), StringsTable());
+  EXPECT_EQ(stringsTableFromText(" // only"), StringsTable());
+}
+
+TEST(StringsTable, GivesNothingForAnythingElse) {
+  for (const char* text :
+       {"\"a\"", "\"a\" = ", "\"a\" = \"b\"", "\"a\" \"b\";", "a = \"b\";", "\"a\" = b;", "/* open",
+        "\"a\" = \"b\";;", "\"a\" = \"\\x\";", "\"a\" = \"\\U12\";", "\"a\" = \"\\U12G4\";",
+        "\"a\" = \"\\UD83D\";", "\"a\" = \"\\U0000\";", "\"a\" = \"b\\"}) {
+    EXPECT_FALSE(stringsTableFromText(text).has_value()) << text;
+  }
+}
+
+// Cut anywhere or with any byte changed: nothing, or a table, but no trap.
+TEST(StringsTable, DamageIsNoTrap) {
+  size_t unreadable = 0;
+  for (size_t position = 0; position < Strings.size(); ++position) {
+    stringsTableFromText(Strings.substr(0, position));
+    for (const char byte : {'\0', '"', '\\', '/', '*', '\xFF'}) {
+      std::string damaged(Strings);
+      damaged[position] = byte;
+      unreadable += stringsTableFromText(damaged) ? 0 : 1;
+    }
+  }
+  EXPECT_GT(unreadable, Strings.size());
+}
+
+TEST(StringsTable, IsReadFromAFile) {
+  const auto folder = freshFolder();
+  writeFile(folder / "a.strings", Strings);
+  EXPECT_EQ(stringsTableFromFile(folder / "a.strings"), stringsTableFromText(Strings));
+  writeFile(folder / "empty.strings", "");
+  EXPECT_EQ(stringsTableFromFile(folder / "empty.strings"), StringsTable());
+  EXPECT_FALSE(stringsTableFromFile(folder / "missing.strings").has_value());
+  EXPECT_FALSE(stringsTableFromFile(folder).has_value());
+}
+
+}  // namespace

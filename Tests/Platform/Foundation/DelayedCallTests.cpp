@@ -1,0 +1,153 @@
+// The manual clock, delayed calls of objects, and the main queue: all on simulated time.
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+#include "Platform/Dispatch/Dispatch.h"
+#include "Platform/Foundation/NSDate.h"
+#include "Platform/Foundation/NSObject.h"
+#include "Platform/Foundation/VirtualRunLoop.h"
+
+namespace {
+
+class DelayedCall : public testing::Test {
+ protected:
+  DelayedCall() {
+    NSRunLoop::setMainRunLoop(&loop);
+    SystemClock::install(&clock);
+  }
+  ~DelayedCall() override {
+    NSRunLoop::setMainRunLoop(nullptr);
+    SystemClock::install(nullptr);
+  }
+
+  void call(NSObject& target, const char* selector, double delay) {
+    target.performSelectorAfterDelay(selector, delay, [this, selector] { notes += selector; });
+  }
+
+  ManualClock clock{0};
+  VirtualRunLoop loop{clock};
+  std::string notes;
+};
+
+// The stride is a prime, so the seconds fall on every part of a minute, hour and day; the last is
+// 2100-12-31 23:59:59 UTC.
+TEST(ManualClockExactness, WholeSecondsAndHalvesAreExact) {
+  ManualClock clock(0);
+  for (int64_t seconds = 0; seconds <= 4'133'980'799; seconds += 99'991) {
+    clock.setTimeIntervalSince1970(static_cast<double>(seconds));
+    ASSERT_EQ(clock.timeIntervalSince1970(), static_cast<double>(seconds));
+    clock.advanceMicroseconds(500'000);
+    ASSERT_EQ(clock.timeIntervalSince1970(), static_cast<double>(seconds) + 0.5);
+    clock.advanceMicroseconds(500'000);
+    ASSERT_EQ(clock.timeIntervalSince1970(), static_cast<double>(seconds + 1));
+  }
+}
+
+TEST(ManualClockExactness, TenthsAddUpBehindAndBefore1970) {
+  for (const double start : {4'133'980'000.0, 0.0, -1.0, -86'400.0}) {
+    ManualClock clock(start);
+    for (int tenth = 0; tenth < 36'000; ++tenth)
+      clock.advanceMicroseconds(100'000);
+    EXPECT_EQ(clock.timeIntervalSince1970(), start + 3600);
+  }
+}
+
+TEST(ManualClockExactness, SettingBackDoesNotTouchElapsedTime) {
+  ManualClock clock(1000);
+  clock.advanceMicroseconds(7);
+  clock.setTimeIntervalSince1970(10);
+  EXPECT_EQ(clock.timeIntervalSince1970(), 10);
+  EXPECT_EQ(clock.elapsedMicroseconds(), 7);
+}
+
+TEST_F(DelayedCall, TheInstalledClockAnswersForNow) {
+  clock.setTimeIntervalSince1970(1'709'210'096);
+  EXPECT_EQ(NSDate::date().description(), "2024-02-29 12:34:56 +0000");
+  EXPECT_EQ(NSDate::dateWithTimeIntervalSince1970(-0.5).description(), "1969-12-31 23:59:59 +0000");
+}
+
+TEST_F(DelayedCall, RunsOnceAtItsMoment) {
+  const auto target = std::make_shared<NSObject>();
+  call(*target, "b", 2);
+  call(*target, "a", 1);
+  loop.advance(0.999999);
+  EXPECT_EQ(notes, "");
+  loop.advance(0.000001);
+  EXPECT_EQ(notes, "a");
+  loop.advance(100);
+  EXPECT_EQ(notes, "ab");
+}
+
+TEST_F(DelayedCall, IsNotMovedByASetBackOfTheWallClock) {
+  const auto target = std::make_shared<NSObject>();
+  call(*target, "x", 10);
+  loop.advance(5);
+  clock.setTimeIntervalSince1970(-1e6);
+  loop.advance(5);
+  EXPECT_EQ(notes, "x");
+}
+
+TEST_F(DelayedCall, CancellingDropsOnlyThatSelectorOfThatObject) {
+  const auto target = std::make_shared<NSObject>();
+  const auto other = std::make_shared<NSObject>();
+  call(*target, "x", 1);
+  call(*target, "x", 2);
+  call(*target, "xy", 3);
+  call(*other, "x", 4);
+  target->cancelPreviousPerformRequests("x");
+  loop.advance(10);
+  EXPECT_EQ(notes, "xyx");
+}
+
+TEST_F(DelayedCall, IsDroppedWithItsTarget) {
+  auto target = std::make_shared<NSObject>();
+  call(*target, "x", 1);
+  target.reset();
+  loop.advance(10);
+  EXPECT_EQ(notes, "");
+}
+
+TEST_F(DelayedCall, TheTargetMayBeReleasedDuringItsOwnCall) {
+  auto target = std::make_shared<NSObject>();
+  const std::weak_ptr<NSObject> watched = target;
+  target->performSelectorAfterDelay("release", 1, [&] {
+    target.reset();
+    EXPECT_FALSE(watched.expired());
+    notes = "done";
+  });
+  call(*target, "later", 2);
+  loop.advance(10);
+  EXPECT_EQ(notes, "done");
+  EXPECT_TRUE(watched.expired());
+}
+
+TEST_F(DelayedCall, MayRenewAndCancelItselfDuringItsCall) {
+  const auto target = std::make_shared<NSObject>();
+  std::function<void()> renew = [&] {
+    notes += "x";
+    target->cancelPreviousPerformRequests("renew");
+    if (notes.size() < 3) target->performSelectorAfterDelay("renew", 1, renew);
+  };
+  target->performSelectorAfterDelay("renew", 1, renew);
+  loop.advance(10);
+  EXPECT_EQ(notes, "xxx");
+}
+
+TEST_F(DelayedCall, TheMainQueueRunsWorkAfterATime) {
+  loop.advance(3);
+  const dispatch_time_t base = dispatch_time(DISPATCH_TIME_NOW, 2'000'000'000);
+  dispatch_after(dispatch_time(base, 1'000'000'000), dispatch_get_main_queue(),
+                 [this] { notes += "b"; });
+  dispatch_after(base, dispatch_get_main_queue(), [this] { notes += "a"; });
+  dispatch_after(DISPATCH_TIME_NOW, dispatch_get_main_queue(), [this] { notes += "now "; });
+  EXPECT_EQ(notes, "");
+  loop.advance(2);
+  EXPECT_EQ(notes, "now a");
+  loop.advance(1);
+  EXPECT_EQ(notes, "now ab");
+}
+
+}  // namespace

@@ -1,0 +1,86 @@
+#include "Platform/Foundation/NSLocale.h"
+
+#include <gtest/gtest.h>
+
+#include "Platform/Foundation/NSUserDefaults.h"
+#include "Tests/Platform/Support/Files.h"
+
+namespace {
+
+TEST(Locale, IsReadFromTheEnvironmentsSpelling) {
+  for (const auto& [spelling, identifier] : {std::pair{"de_DE.UTF-8", "de_DE"},
+                                             {"de_DE.UTF-8@euro", "de_DE"},
+                                             {"de_DE@euro", "de_DE"},
+                                             {"C", "en_US_POSIX"},
+                                             {"C.UTF-8", "en_US_POSIX"},
+                                             {"POSIX", "en_US_POSIX"},
+                                             {"", "en_US_POSIX"},
+                                             {"sr_RS.UTF-8@latin", "sr_Latn_RS"},
+                                             {"sr_RS@latin", "sr_Latn_RS"},
+                                             {"uz_UZ@cyrillic", "uz_Cyrl_UZ"},
+                                             {"sd_IN@devanagari", "sd_Deva_IN"},
+                                             {"eo", "eo"},
+                                             {"be@latin", "be_Latn"},
+                                             {"ca_ES@valencia", "ca_ES"}}) {
+    EXPECT_EQ(localeIdentifierFromEnvironment(spelling), identifier) << spelling;
+  }
+}
+
+// POSIX: LC_ALL counts before the category, that before LANG; an empty variable counts as unset.
+TEST(Locale, VariablesHaveTheirRank) {
+  const EnvironmentVariable lang("LANG", "fr_FR.UTF-8");
+  EXPECT_EQ(NSLocale::currentLocale().identifier(), "fr_FR");
+  const EnvironmentVariable time("LC_TIME", "de_DE.UTF-8");
+  EXPECT_EQ(NSLocale::currentLocale().identifier(), "de_DE");
+  EXPECT_EQ(NSLocale::environmentIdentifier("LC_MESSAGES"), "fr_FR");
+  {
+    const EnvironmentVariable all("LC_ALL", "");
+    EXPECT_EQ(NSLocale::currentLocale().identifier(), "de_DE");
+  }
+  const EnvironmentVariable all("LC_ALL", "ja_JP.UTF-8");
+  EXPECT_EQ(NSLocale::currentLocale().identifier(), "ja_JP");
+  NSLocale::setCurrentLocale("th_TH");
+  EXPECT_EQ(NSLocale::currentLocale().identifier(), "th_TH");
+  NSLocale::setCurrentLocale("");
+  EXPECT_EQ(NSLocale::currentLocale().identifier(), "ja_JP");
+}
+
+TEST(Locale, LanguagesComeInTheUsersOrder) {
+  auto& defaults = NSUserDefaults::standardUserDefaults();
+  const auto languages = [&] {
+    defaults.synchronize();
+    return defaults.dictionaryRepresentation().at("NSLanguages");
+  };
+  EXPECT_EQ(languages(), PropertyList(PropertyList::Array{"en_US"}));
+  const EnvironmentVariable list("LANGUAGE", "pt_BR:pt::sr@latin");
+  EXPECT_EQ(languages(), PropertyList(PropertyList::Array{"pt_BR", "pt", "sr_Latn"}));
+}
+
+// CLDR, measurementData: Liberia has the system of the United States; the United Kingdom has one of
+// its own, mostly metric. (Myanmar changed sides between editions.)
+TEST(Locale, KnowsWhereLengthsAreMetric) {
+  for (const auto& [identifier, metric] : {std::pair{"en_US", false},
+                                           {"en_LR", false},
+                                           {"es_US", false},
+                                           {"en_GB", true},
+                                           {"de_DE", true},
+                                           {"fr_CA", true},
+                                           {"ja_JP", true}}) {
+    EXPECT_EQ(NSLocale::localeWithLocaleIdentifier(identifier).usesMetricSystem(), metric)
+        << identifier;
+  }
+}
+
+TEST(Locale, KnowsWhatAnIdentifierIs) {
+  for (const char* identifier :
+       {"de_DE", "de", "de-AT", "zh_Hant_TW", "sr_Latn_RS", "en_US_POSIX"}) {
+    EXPECT_TRUE(isKnownLocaleIdentifier(identifier)) << identifier;
+  }
+  for (const char* identifier :
+       {"", "xx_YY", "not a locale", "_DE", "../../etc", "123", "@", "qqq"}) {
+    EXPECT_FALSE(isKnownLocaleIdentifier(identifier)) << identifier;
+  }
+  EXPECT_FALSE(isKnownLocaleIdentifier(std::string(5000, 'x')));
+}
+
+}  // namespace

@@ -1,0 +1,197 @@
+#include "Platform/Foundation/CFPreferences.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "Platform/Foundation/NSPropertyListSerialization.h"
+#include "Platform/Foundation/SystemClock.h"
+#include "Tests/Platform/Support/Files.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr const char* Domain = "org.example.test";
+
+using Dictionary = PropertyList::Dictionary;
+
+class Preferences : public testing::Test {
+ protected:
+  Preferences() { resetPreferences(); }
+  ~Preferences() override {
+    resetPreferences();
+    SystemClock::install(nullptr);
+  }
+
+  Dictionary stored() const {
+    const auto list = propertyListWithContentsOfFile(file);
+    return list && list->dictionary() != nullptr ? *list->dictionary() : Dictionary();
+  }
+
+  /// What another process does: a new file in the old one's place.
+  void writeFromOutside(const Dictionary& values) const {
+    writeFile(folder / "outside", dataWithPropertyList(values));
+    fs::create_directories(file.parent_path());
+    fs::rename(folder / "outside", file);
+  }
+
+  std::vector<fs::path> setAside() const {
+    std::vector<fs::path> files;
+    for (const auto& entry : fs::directory_iterator(file.parent_path())) {
+      const std::string name = entry.path().filename().string();
+      if (name.starts_with(file.filename().string() + ".corrupt-")) files.push_back(entry.path());
+    }
+    return files;
+  }
+
+  static PropertyList value(std::string_view key) { return CFPreferencesCopyAppValue(key, Domain); }
+  static void set(std::string_view key, const PropertyList& value) {
+    CFPreferencesSetAppValue(key, value, Domain);
+  }
+
+  const fs::path folder = freshFolder();
+  const EnvironmentVariable config{"XDG_CONFIG_HOME", folder.string()};
+  const fs::path file = folder / "velmora5" / (std::string(Domain) + ".plist");
+};
+
+TEST_F(Preferences, AreWrittenWhenSynchronised) {
+  EXPECT_TRUE(value("a").isNull());
+  set("a", 1);
+  EXPECT_EQ(value("a"), PropertyList(1));
+  EXPECT_FALSE(fs::exists(file));
+  EXPECT_TRUE(CFPreferencesAppSynchronize(Domain));
+  EXPECT_EQ(stored(), (Dictionary{{"a", 1}}));
+  EXPECT_EQ(fs::status(file).permissions() & fs::perms::all,
+            fs::perms::owner_read | fs::perms::owner_write);
+  set("b", "x");
+  set("a", {});
+  EXPECT_TRUE(value("a").isNull());
+  EXPECT_EQ(CFPreferencesCopyAllValues(Domain), (Dictionary{{"b", "x"}}));
+  EXPECT_TRUE(CFPreferencesAppSynchronize(Domain));
+  EXPECT_EQ(stored(), (Dictionary{{"b", "x"}}));
+  resetPreferences();
+  EXPECT_EQ(value("b"), PropertyList("x"));
+}
+
+TEST_F(Preferences, AnotherProcesssWriteIsSeenAtOnce) {
+  for (int round = 0; round < 20; ++round) {
+    writeFromOutside({{"a", round}});
+    ASSERT_EQ(value("a"), PropertyList(round));
+  }
+  fs::remove(file);
+  EXPECT_TRUE(value("a").isNull());
+}
+
+TEST_F(Preferences, AWriteLeavesWhatOthersWroteMeanwhile) {
+  writeFromOutside({{"a", 1}, {"b", 1}});
+  EXPECT_EQ(value("a"), PropertyList(1));
+  set("a", 2);
+  writeFromOutside({{"a", 1}, {"b", 5}, {"c", PropertyList::Data{1, 2, 3}}});
+  EXPECT_TRUE(CFPreferencesAppSynchronize(Domain));
+  EXPECT_EQ(stored(), (Dictionary{{"a", 2}, {"b", 5}, {"c", PropertyList::Data{1, 2, 3}}}));
+}
+
+TEST_F(Preferences, OverridesAnswerAndAreNeverWritten) {
+  writeFromOutside({{"a", 1}, {"b", 1}});
+  setPreferenceOverride("a", "over", Domain);
+  setPreferenceOverride("b", {}, Domain);
+  set("c", 3);
+  set("a", 2);
+  EXPECT_EQ(value("a"), PropertyList("over"));
+  EXPECT_TRUE(value("b").isNull());
+  EXPECT_EQ(CFPreferencesCopyAllValues(Domain), (Dictionary{{"a", "over"}, {"c", 3}}));
+  EXPECT_TRUE(CFPreferencesAppSynchronize(Domain));
+  EXPECT_EQ(stored(), (Dictionary{{"a", 2}, {"b", 1}, {"c", 3}}));
+}
+
+TEST_F(Preferences, IgnoredFilesStayUnseenAndWhole) {
+  writeFromOutside({{"a", 1}});
+  ignoreStoredPreferences(Domain);
+  EXPECT_TRUE(value("a").isNull());
+  set("b", 2);
+  EXPECT_EQ(CFPreferencesCopyAllValues(Domain), (Dictionary{{"b", 2}}));
+  EXPECT_TRUE(CFPreferencesAppSynchronize(Domain));
+  EXPECT_EQ(stored(), (Dictionary{{"a", 1}, {"b", 2}}));
+}
+
+TEST_F(Preferences, ADamagedFileIsSetAsideWithItsBytes) {
+  const ManualClock clock(1'700'000'000);
+  SystemClock::install(&clock);
+  writeFromOutside({{"a", 1}});
+  const std::string whole = readFile(file);
+  const std::vector<std::string> damages = {whole.substr(0, whole.size() / 2), "", "no list",
+                                            dataWithPropertyList(PropertyList::Array{1})};
+  for (size_t round = 0; round < damages.size(); ++round) {
+    writeFile(file, damages[round]);
+    testing::internal::CaptureStderr();
+    EXPECT_TRUE(value("a").isNull());
+    EXPECT_TRUE(value("a").isNull());
+    const std::string log = testing::internal::GetCapturedStderr();
+    // One line for two look-ups; the second file of a second gets a name of its own.
+    const std::string name =
+        file.filename().string() + ".corrupt-" + std::to_string(1'700'000'000 + round);
+    EXPECT_NE(log.find(name), std::string::npos) << log;
+    EXPECT_EQ(log.find('\n'), log.size() - 1) << log;
+    EXPECT_FALSE(fs::exists(file));
+    EXPECT_EQ(setAside().size(), round + 1);
+    EXPECT_EQ(readFile(file.parent_path() / name), damages[round]);
+  }
+  set("b", 2);
+  EXPECT_TRUE(CFPreferencesAppSynchronize(Domain));
+  EXPECT_EQ(stored(), (Dictionary{{"b", 2}}));
+}
+
+TEST_F(Preferences, AWriteOverADamagedFileKeepsItsBytes) {
+  writeFile(file, "damaged");
+  set("b", 2);
+  testing::internal::CaptureStderr();
+  EXPECT_TRUE(CFPreferencesAppSynchronize(Domain));
+  EXPECT_NE(testing::internal::GetCapturedStderr().find(".corrupt-"), std::string::npos);
+  EXPECT_EQ(stored(), (Dictionary{{"b", 2}}));
+  ASSERT_EQ(setAside().size(), 1U);
+  EXPECT_EQ(readFile(setAside()[0]), "damaged");
+}
+
+// A folder stands for every file that is there and cannot be read: nothing may take its place.
+TEST_F(Preferences, AnUnreadableFileIsReportedAndKept) {
+  fs::create_directories(file / "inside");
+  testing::internal::CaptureStderr();
+  EXPECT_TRUE(value("a").isNull());
+  EXPECT_TRUE(value("a").isNull());
+  set("a", 1);
+  EXPECT_FALSE(CFPreferencesAppSynchronize(Domain));
+  const std::string log = testing::internal::GetCapturedStderr();
+  EXPECT_NE(log.find("cannot be read"), std::string::npos) << log;
+  EXPECT_EQ(log.find('\n'), log.size() - 1) << log;
+  EXPECT_TRUE(fs::exists(file / "inside"));
+  EXPECT_TRUE(value("a").isNull());
+  EXPECT_TRUE(setAside().empty());
+  // Readable again, it counts again.
+  fs::remove_all(file);
+  writeFromOutside({{"a", 7}});
+  EXPECT_EQ(value("a"), PropertyList(7));
+}
+
+TEST_F(Preferences, AFolderThatCannotBeMadeFailsTheWrite) {
+  writeFile(folder / "velmora5", "a file where the folder should be");
+  set("a", 1);
+  testing::internal::CaptureStderr();
+  EXPECT_FALSE(CFPreferencesAppSynchronize(Domain));
+  EXPECT_NE(testing::internal::GetCapturedStderr().find("cannot be locked"), std::string::npos);
+  EXPECT_TRUE(value("a").isNull());
+  EXPECT_EQ(readFile(folder / "velmora5"), "a file where the folder should be");
+}
+
+TEST_F(Preferences, WhatAKilledWriterLeftIsNoHindrance) {
+  writeFromOutside({{"a", 1}});
+  writeFile(file.string() + ".new", "<?xml half");
+  writeFile(file.string() + ".lock", "");
+  EXPECT_EQ(value("a"), PropertyList(1));
+  set("b", 2);
+  EXPECT_TRUE(CFPreferencesAppSynchronize(Domain));
+  EXPECT_EQ(stored(), (Dictionary{{"a", 1}, {"b", 2}}));
+  EXPECT_FALSE(fs::exists(file.string() + ".new"));
+}
+
+}  // namespace

@@ -1,0 +1,241 @@
+#include "Platform/Foundation/PropertyList.h"
+
+#include <gtest/gtest.h>
+#include <locale.h>
+
+#include <cfloat>
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+#include <random>
+
+#include "Platform/Foundation/NSPropertyListSerialization.h"
+#include "Tests/Platform/Support/Files.h"
+
+namespace {
+
+using Array = PropertyList::Array;
+using Data = PropertyList::Data;
+using Date = PropertyList::Date;
+using Dictionary = PropertyList::Dictionary;
+
+constexpr int64_t Maximum = std::numeric_limits<int64_t>::max();
+constexpr int64_t Minimum = std::numeric_limits<int64_t>::min();
+
+TEST(PropertyListValue, NumbersAndTextsConvert) {
+  struct Case {
+    PropertyList value;
+    bool truth;
+    int64_t integer;
+    double real;
+  };
+  for (const auto& [value, truth, integer, real] :
+       {Case{{}, false, 0, 0}, Case{true, true, 1, 1}, Case{-7, true, -7, -7},
+        Case{0.5, true, 0, 0.5}, Case{-2.9, true, -2, -2.9}, Case{1e300, true, Maximum, 1e300},
+        Case{-1e300, true, Minimum, -1e300}, Case{"YES", true, 0, 0}, Case{"no", false, 0, 0},
+        Case{"12.5x", true, 12, 12.5}, Case{"0", false, 0, 0}, Case{"-01", true, -1, -1},
+        Case{Array{1}, false, 0, 0}, Case{Data{1}, false, 0, 0}, Case{Date{5}, false, 0, 0}}) {
+    const std::string label = dataWithPropertyList(value);
+    EXPECT_EQ(value.boolValue(), truth) << label;
+    EXPECT_EQ(value.integerValue(), integer) << label;
+    EXPECT_EQ(value.doubleValue(), real) << label;
+    EXPECT_EQ(value.floatValue(), real > FLT_MAX    ? FLT_MAX
+                                  : real < -FLT_MAX ? -FLT_MAX
+                                                    : static_cast<float>(real))
+        << label;
+  }
+  EXPECT_EQ(PropertyList(std::nan("")).integerValue(), 0);
+}
+
+// RFC 4648, chapter 10.
+TEST(PropertyListValue, DataAsBase64) {
+  const std::string text = "foobar";
+  const char* expected[] = {"", "Zg==", "Zm8=", "Zm9v", "Zm9vYg==", "Zm9vYmE=", "Zm9vYmFy"};
+  for (size_t length = 0; length <= text.size(); ++length) {
+    EXPECT_EQ(base64Text(Data(text.begin(), text.begin() + static_cast<ptrdiff_t>(length))),
+              expected[length]);
+  }
+}
+
+void expectRoundTrip(const PropertyList& value) {
+  const std::string xml = dataWithPropertyList(value);
+  const auto back = propertyListWithData(xml);
+  ASSERT_TRUE(back.has_value()) << xml;
+  EXPECT_EQ(*back, value) << xml << dataWithPropertyList(*back);
+}
+
+TEST(PropertyListXml, EveryKindReadsBackTheSame) {
+  for (const double real : {0.0, 0.1, 1e-300, 1.0 / 3, 5e-324, DBL_MAX, -2.5e-7, 1e22}) {
+    expectRoundTrip(real);
+  }
+  for (const int64_t integer : {int64_t{0}, int64_t{-1}, Maximum, Minimum})
+    expectRoundTrip(integer);
+  for (const char* text : {"", " ", "  a \n\tb ", "&<>\"'", "&amp;lt;", "Zürich \U0001F600", "]]>",
+                           "<!-- -->", "</plist>", "a\r\nb"}) {
+    expectRoundTrip(text);
+    expectRoundTrip(Dictionary{{text, text}});
+  }
+  for (size_t length = 0; length < 6; ++length)
+    expectRoundTrip(Data(length, 0xFE));
+  for (const char* moment : {"1901-02-03 04:05:06", "1969-12-31 23:59:59", "2024-02-29 12:34:56",
+                             "2069-07-20 12:34:56", "4001-01-01 00:00:00"}) {
+    expectRoundTrip(Date{utc(moment).timeIntervalSince1970()});
+  }
+  expectRoundTrip(Dictionary{{"a", Array{}},
+                             {"b", Dictionary{}},
+                             {"c", Array{Array{}, Dictionary{}}},
+                             {"d", true},
+                             {"e", false},
+                             {"f", Array{true, 1, 1.5, "1", Data{1}}}});
+}
+
+// XML has no form for these characters; one text that holds them must not spoil the whole file.
+TEST(PropertyListXml, LeavesOutWhatXmlCannotHold) {
+  const std::string odd("a\0\1b\x1F", 5);
+  const auto back =
+      propertyListWithData(dataWithPropertyList(Dictionary{{"k", odd}, {"other", 1}}));
+  ASSERT_TRUE(back.has_value());
+  EXPECT_EQ(*back, PropertyList(Dictionary{{"k", "ab"}, {"other", 1}}));
+}
+
+// Four digits hold a year: beyond them a date stops at the end, and the file stays readable.
+TEST(PropertyListXml, DatesStopAtTheEndsOfTheirForm) {
+  for (const double seconds : {1e300, -1e300, std::nan(""), HUGE_VAL}) {
+    const auto back = propertyListWithData(dataWithPropertyList(Array{Date{seconds}, 1}));
+    ASSERT_TRUE(back.has_value()) << seconds;
+    EXPECT_EQ(back->array()->size(), 2U);
+  }
+}
+
+TEST(PropertyListXml, OtherSpellingsAreRead) {
+  const std::string body =
+      "<plist version=\"1.0\"><dict><!-- note --><key>a</key><integer>-3</integer>\n"
+      "<key>b</key><string>x &#65; y</string></dict></plist>";
+  for (const char* opening : {"", "\n  ", "\xEF\xBB\xBF", "<?xml version=\"1.0\"?>"}) {
+    const auto list = propertyListWithData(opening + body);
+    ASSERT_TRUE(list.has_value()) << opening;
+    EXPECT_EQ(*list, PropertyList(Dictionary{{"a", -3}, {"b", "x A y"}})) << opening;
+  }
+}
+
+// A process that shows its windows in German has a comma for its decimal mark.
+TEST(PropertyListXml, RealsDoNotFollowTheProcesssLocale) {
+  const auto folder = freshFolder();
+  const std::string make = "localedef -i de_DE -f UTF-8 " + (folder / "de_DE.UTF-8").string();
+  if (std::system((make + " >/dev/null 2>&1").c_str()) != 0) GTEST_SKIP() << "no locale sources";
+  const EnvironmentVariable path("LOCPATH", folder.string());
+  ASSERT_NE(setlocale(LC_ALL, "de_DE.UTF-8"), nullptr);
+  expectRoundTrip(0.5);
+  setlocale(LC_ALL, "C");
+}
+
+TEST(PropertyListBinary, HoldsWhatAnotherWriterWrote) {
+  const auto list = propertyListWithContentsOfFile(fixture("every-kind.plist"));
+  ASSERT_TRUE(list.has_value());
+  Array longOne;
+  for (int number = 0; number < 300; ++number)
+    longOne.emplace_back(number);
+  const Dictionary expected = {
+      {"array", Array{1, "two", Array{}, Dictionary{}}},
+      {"data", Data{0, 1, 2, 3, 4, 5}},
+      {"date", Date{utc("2069-07-20 12:34:56").timeIntervalSince1970()}},
+      {"early", Date{utc("1901-02-03 04:05:06").timeIntervalSince1970()}},
+      {"false", false},
+      {"integers", Array{0, 255, 256, 65536, int64_t{1} << 32, -1, Minimum, Maximum}},
+      {"long", longOne},
+      {"reals", Array{0.1, 1e-300, 1.0 / 3, -2.5}},
+      {"text", "plain"},
+      {"true", true},
+      {"unicode", "Zürich \U0001F600 &<>"}};
+  for (const auto& [key, value] : expected) {
+    ASSERT_TRUE(list->dictionary()->contains(key)) << key;
+    EXPECT_EQ(list->dictionary()->at(key), value) << key;
+  }
+  EXPECT_EQ(list->dictionary()->size(), expected.size());
+}
+
+TEST(PropertyListBinary, ReferencesAndWideIntegers) {
+  const auto references = propertyListWithContentsOfFile(fixture("references.plist"));
+  ASSERT_TRUE(references.has_value());
+  EXPECT_EQ(*references,
+            PropertyList(Dictionary{{"$objects", Array{"$null", "x"}},
+                                    {"$top", Dictionary{{"root", Dictionary{{"CF$UID", 1}}}}}}));
+  EXPECT_FALSE(propertyListWithContentsOfFile(fixture("wide-integer.plist")).has_value());
+}
+
+TEST(DamagedPropertyList, GivesNothingWhereverItIsCut) {
+  const std::string xml = dataWithPropertyList(Dictionary{
+      {"a", Array{1, 2.5, "x &", Data{1, 2}, Date{0}}}, {"b", true}, {"c", Dictionary{}}});
+  const size_t end = xml.find("</plist>") + std::string_view("</plist>").size();
+  for (size_t length = 0; length < end; ++length) {
+    EXPECT_FALSE(propertyListWithData(xml.substr(0, length)).has_value()) << length;
+  }
+  const std::string binary = readFile(fixture("every-kind.plist"));
+  for (size_t length = 0; length < binary.size(); ++length) {
+    EXPECT_FALSE(propertyListWithData(binary.substr(0, length)).has_value()) << length;
+  }
+}
+
+// Whatever the bytes say: nothing or a value, but an end and no trap.
+TEST(DamagedPropertyList, GarbageIsNoTrap) {
+  std::mt19937 random(20240229);
+  for (const std::string& whole :
+       {readFile(fixture("every-kind.plist")), readFile(fixture("references.plist")),
+        dataWithPropertyList(Dictionary{{"a", Array{1, 2.5, "x &", Data{1, 2}, Date{0}}}})}) {
+    for (int round = 0; round < 2000; ++round) {
+      std::string bytes = whole;
+      for (int count = 1 + round % 5; count > 0; --count) {
+        bytes[random() % bytes.size()] = static_cast<char>(random());
+      }
+      propertyListWithData(bytes);
+    }
+  }
+  for (const char* text : {"", "x", "bplist00", "<plist>", "<plist></plist>", "<a></plist>",
+                           "<plist><string></plist>", "<plist><integer/></plist>", "{a = 1;}"}) {
+    EXPECT_FALSE(propertyListWithData(text).has_value()) << text;
+  }
+  propertyListWithData(std::string("<plist version=\"1.0\"><string>a\0b</string></plist>", 49));
+}
+
+TEST(DamagedPropertyList, DeepNestingIsNoTrap) {
+  for (const int depth : {50, 100, 100'000, 1'000'000}) {
+    std::string xml = "<plist version=\"1.0\">";
+    for (int level = 0; level < depth; ++level)
+      xml += "<array>";
+    for (int level = 0; level < depth; ++level)
+      xml += "</array>";
+    EXPECT_EQ(propertyListWithData(xml + "</plist>").has_value(), depth == 50) << depth;
+  }
+}
+
+/// Arrays in a row, each with two references to the next, and a truth value at the end.
+std::string doublingList(size_t levels) {
+  std::string list = "bplist00";
+  std::string offsets;
+  for (size_t level = 0; level < levels; ++level) {
+    offsets += static_cast<char>(list.size());
+    list += {'\xA2', static_cast<char>(level + 1), static_cast<char>(level + 1)};
+  }
+  offsets += static_cast<char>(list.size());
+  list += '\x09';
+  const auto table = static_cast<char>(list.size());
+  list += offsets + std::string(6, '\0') + "\1\1" + std::string(7, '\0');
+  list += static_cast<char>(levels + 1);
+  return list + std::string(15, '\0') + table;
+}
+
+// A list of 100 bytes would otherwise take the memory of 2^40 arrays.
+TEST(DamagedPropertyList, DoublingReferencesDoNotFillTheMemory) {
+  EXPECT_TRUE(propertyListWithData(doublingList(3)).has_value());
+  EXPECT_FALSE(propertyListWithData(doublingList(40)).has_value());
+}
+
+TEST(DamagedPropertyList, AFileThatIsNoneGivesNothing) {
+  const auto folder = freshFolder();
+  EXPECT_FALSE(propertyListWithContentsOfFile(folder / "missing").has_value());
+  EXPECT_FALSE(propertyListWithContentsOfFile(folder).has_value());
+  writeFile(folder / "empty", "");
+  EXPECT_FALSE(propertyListWithContentsOfFile(folder / "empty").has_value());
+}
+
+}  // namespace

@@ -1,0 +1,239 @@
+// One suite for both run loops: what holds on simulated time must hold on the desktop's loop.
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "Platform/Foundation/VirtualRunLoop.h"
+
+namespace {
+
+constexpr int64_t Microsecond = 1000;
+constexpr int64_t Millisecond = 1000 * Microsecond;
+
+struct OnVirtualTime {
+  ManualClock clock{1'700'000'000};
+  VirtualRunLoop loop{clock};
+
+  /// Lets time pass while the loop is kept from running.
+  void block(int64_t nanoseconds) { clock.advanceMicroseconds(nanoseconds / Microsecond); }
+};
+
+struct OnDesktop {
+  NSRunLoop& loop = NSRunLoop::mainRunLoop();
+
+  void block(int64_t nanoseconds) {
+    for (const int64_t end = loop.now() + nanoseconds; loop.now() < end;) {
+    }
+  }
+};
+
+template <typename Kind>
+class RunLoop : public testing::Test {
+ protected:
+  void scheduleNoting(int64_t deadline, const std::string& note) {
+    loop.scheduleAt(deadline, [this, note] { notes += note; });
+  }
+
+  void runUntil(int64_t deadline) {
+    loop.scheduleAt(deadline, [this] { loop.stop(); });
+    loop.run();
+  }
+
+  Kind kind;
+  NSRunLoop& loop = kind.loop;
+  std::string notes;
+};
+
+using Kinds = testing::Types<OnVirtualTime, OnDesktop>;
+TYPED_TEST_SUITE(RunLoop, Kinds);
+
+TYPED_TEST(RunLoop, RunsInTheOrderOfMomentsAndThenOfScheduling) {
+  const int64_t start = this->loop.now() + 5 * Millisecond;
+  this->scheduleNoting(start + 2 * Millisecond, "d");
+  this->scheduleNoting(start, "a");
+  this->scheduleNoting(start + 1 * Millisecond, "c");
+  this->scheduleNoting(start, "b");
+  this->runUntil(start + 3 * Millisecond);
+  EXPECT_EQ(this->notes, "abcd");
+}
+
+TYPED_TEST(RunLoop, KeepsTheOrderWhenAllIsLate) {
+  const int64_t start = this->loop.now();
+  this->scheduleNoting(start + 3 * Millisecond, "c");
+  this->scheduleNoting(start + 1 * Millisecond, "a");
+  this->scheduleNoting(start + 2 * Millisecond, "b");
+  this->kind.block(4 * Millisecond);
+  EXPECT_TRUE(this->loop.runPending());
+  EXPECT_EQ(this->notes, "abc");
+}
+
+TYPED_TEST(RunLoop, IsNeverEarly) {
+  for (const int64_t wait : {int64_t{1}, int64_t{999}, int64_t{1000}, int64_t{1001},
+                             1 * Millisecond - 1, 2 * Millisecond + 1}) {
+    const int64_t deadline = this->loop.now() + wait;
+    int64_t ranAt = 0;
+    this->loop.scheduleAt(deadline, [&] {
+      ranAt = this->loop.now();
+      this->loop.stop();
+    });
+    this->loop.run();
+    EXPECT_GE(ranAt, deadline) << wait;
+  }
+}
+
+TYPED_TEST(RunLoop, APastDeadlineWaitsForTheNextPass) {
+  for (const int64_t deadline : {std::numeric_limits<int64_t>::min(), int64_t{-1}, int64_t{0}}) {
+    this->notes.clear();
+    this->scheduleNoting(deadline, "x");
+    EXPECT_EQ(this->notes, "");
+    this->loop.runPending();
+    EXPECT_EQ(this->notes, "x");
+  }
+}
+
+TYPED_TEST(RunLoop, AFarDeadlineStaysInTheFuture) {
+  const auto timer = this->loop.scheduleAt(std::numeric_limits<int64_t>::max(), [] { FAIL(); });
+  this->loop.runPending();
+  this->loop.cancel(timer);
+}
+
+TYPED_TEST(RunLoop, ForgetsWhatIsCancelled) {
+  const int64_t start = this->loop.now();
+  const auto first = this->loop.scheduleAt(start, [] { FAIL(); });
+  this->scheduleNoting(start, "kept");
+  this->loop.cancel(first);
+  this->loop.cancel(first);
+  this->loop.cancel(0);
+  this->loop.cancel(987'654'321);
+  this->loop.runPending();
+  EXPECT_EQ(this->notes, "kept");
+  EXPECT_FALSE(this->loop.runPending());
+}
+
+TYPED_TEST(RunLoop, ACallbackMayCancelItselfAndTheNextOne) {
+  const int64_t start = this->loop.now();
+  NSRunLoop::TimerId own = 0;
+  NSRunLoop::TimerId next = 0;
+  own = this->loop.scheduleAt(start, [&] {
+    this->loop.cancel(own);
+    this->loop.cancel(next);
+  });
+  next = this->loop.scheduleAt(start, [] { FAIL(); });
+  this->scheduleNoting(start, "last");
+  this->loop.runPending();
+  EXPECT_EQ(this->notes, "last");
+}
+
+TYPED_TEST(RunLoop, ACallbackThatRenewsItselfDoesNotHoldThePass) {
+  int calls = 0;
+  std::function<void()> renew = [&] {
+    if (++calls < 1000) this->loop.scheduleAt(this->loop.now(), renew);
+  };
+  this->loop.scheduleAt(this->loop.now(), renew);
+  EXPECT_TRUE(this->loop.runPending());
+  EXPECT_EQ(calls, 1);
+  EXPECT_TRUE(this->loop.runPending());
+  EXPECT_EQ(calls, 2);
+  calls = 1000;
+  this->loop.runPending();
+}
+
+TYPED_TEST(RunLoop, ACallbackMayServeTheLoopItself) {
+  const int64_t start = this->loop.now();
+  this->loop.scheduleAt(start, [this] {
+    this->notes += "(";
+    this->loop.runPending();
+    this->notes += ")";
+  });
+  this->scheduleNoting(start, "inner");
+  this->loop.runPending();
+  EXPECT_EQ(this->notes, "(inner)");
+}
+
+TYPED_TEST(RunLoop, GoesOnAfterAnExceptionAndReportsItOnce) {
+  testing::internal::CaptureStderr();
+  const int64_t start = this->loop.now();
+  const std::string text = "the fault of " + std::string(typeid(TypeParam).name());
+  for (int round = 0; round < 3; ++round) {
+    this->loop.scheduleAt(start, [text] { throw std::runtime_error(text); });
+    this->loop.scheduleAt(start, [] { throw 7; });
+    this->scheduleNoting(start, "x");
+  }
+  this->loop.runPending();
+  const std::string log = testing::internal::GetCapturedStderr();
+  EXPECT_EQ(this->notes, "xxx");
+  const size_t found = log.find(text);
+  EXPECT_NE(found, std::string::npos);
+  EXPECT_EQ(log.find(text, found + 1), std::string::npos);
+}
+
+TYPED_TEST(RunLoop, StopEndsTheRunBehindItsCallback) {
+  const int64_t start = this->loop.now();
+  this->scheduleNoting(start, "a");
+  this->loop.scheduleAt(start, [this] { this->loop.stop(); });
+  this->scheduleNoting(start, "b");
+  this->loop.run();
+  EXPECT_EQ(this->notes, "a");
+  this->runUntil(this->loop.now());
+  EXPECT_EQ(this->notes, "ab");
+}
+
+// What a callback holds goes with it, and may itself cancel others while it goes.
+TYPED_TEST(RunLoop, ReleasesWhatACallbackHeld) {
+  const int64_t start = this->loop.now();
+  const auto other = this->loop.scheduleAt(start, [] { FAIL(); });
+  const auto canceller = [&] {
+    return std::shared_ptr<void>(nullptr, [&](void*) {
+      this->loop.cancel(other);
+      this->notes += "gone ";
+    });
+  };
+  const auto cancelled = this->loop.scheduleAt(start, [held = canceller()] {});
+  this->loop.cancel(cancelled);
+  EXPECT_EQ(this->notes, "gone ");
+  this->loop.scheduleAt(start, [held = canceller()] {});
+  this->loop.runPending();
+  EXPECT_EQ(this->notes, "gone gone ");
+}
+
+TEST(DesktopRunLoop, TakesWorkFromAnotherThread) {
+  NSRunLoop& loop = NSRunLoop::mainRunLoop();
+  std::thread worker;
+  loop.scheduleAt(loop.now(), [&] {
+    worker = std::thread([&] { loop.scheduleAt(loop.now(), [&] { loop.stop(); }); });
+  });
+  loop.run();
+  worker.join();
+}
+
+// 1700000000 is a whole second, so every tick of the day must see one.
+TEST(VirtualRunLoopDay, FiresEverySecondOnTheWholeSecond) {
+  ManualClock clock(1'700'000'000);
+  VirtualRunLoop loop(clock);
+  int ticks = 0;
+  std::function<void()> tick = [&] {
+    ++ticks;
+    ASSERT_EQ(clock.timeIntervalSince1970(), 1'700'000'000 + ticks);
+    loop.scheduleAt(loop.now() + 1'000'000 * Microsecond, tick);
+  };
+  loop.scheduleAt(loop.now() + 1'000'000 * Microsecond, tick);
+  loop.advance(86'400);
+  EXPECT_EQ(ticks, 86'400);
+}
+
+TEST(VirtualRunLoopDay, RoundsADeadlineUpToTheMicrosecond) {
+  ManualClock clock(0);
+  VirtualRunLoop loop(clock);
+  int64_t ranAt = 0;
+  loop.scheduleAt(1'499'001, [&] { ranAt = loop.now(); });
+  loop.advance(1);
+  EXPECT_EQ(ranAt, 1'500'000);
+}
+
+}  // namespace

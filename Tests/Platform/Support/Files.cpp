@@ -1,0 +1,69 @@
+#include "Tests/Platform/Support/Files.h"
+
+#include <stdlib.h>
+
+#include <chrono>
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+
+#include "Tests/Support/TestEnvironment.h"
+
+namespace fs = std::filesystem;
+
+fs::path freshFolder() {
+  static int count = 0;
+  const fs::path folder = testFolder() / ("folder-" + std::to_string(++count));
+  fs::create_directory(folder);
+  return folder;
+}
+
+void writeFile(const fs::path& file, std::string_view bytes) {
+  fs::create_directories(file.parent_path());
+  std::ofstream stream(file, std::ios::binary);
+  if (!(stream << bytes)) throw std::runtime_error(file.string() + " cannot be written");
+}
+
+std::string readFile(const fs::path& file) {
+  std::ostringstream bytes;
+  bytes << std::ifstream(file, std::ios::binary).rdbuf();
+  return bytes.str();
+}
+
+fs::path fixture(std::string_view name) {
+  return fs::path(PLATFORM_TEST_FOLDER) / "Fixtures" / name;
+}
+
+NSDate utc(std::string_view text) {
+  int year = 0;
+  unsigned month = 0;
+  unsigned day = 0;
+  int hour = 0;
+  int minute = 0;
+  double second = 0;
+  if (std::sscanf(std::string(text).c_str(), "%d-%u-%u %d:%d:%lf", &year, &month, &day, &hour,
+                  &minute, &second) != 6) {
+    throw std::invalid_argument(std::string(text));
+  }
+  const auto date = std::chrono::sys_days(std::chrono::year(year) / month / day);
+  return NSDate::dateWithTimeIntervalSince1970(
+      static_cast<double>(date.time_since_epoch().count()) * 86'400 + hour * 3600 + minute * 60 +
+      second);
+}
+
+EnvironmentVariable::EnvironmentVariable(std::string name, const std::optional<std::string>& value)
+    : name_(std::move(name)) {
+  if (const char* previous = getenv(name_.c_str())) previous_ = previous;
+  set(name_, value);
+}
+
+EnvironmentVariable::~EnvironmentVariable() { set(name_, previous_); }
+
+void EnvironmentVariable::set(const std::string& name, const std::optional<std::string>& value) {
+  if (value) {
+    setenv(name.c_str(), value->c_str(), 1);
+  } else {
+    unsetenv(name.c_str());
+  }
+}

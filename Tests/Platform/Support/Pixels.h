@@ -1,0 +1,17 @@
+#pragma once
+
+#include "Platform/AppKit/CairoGraphicsContext.h"
+
+/// The pixels of a picture that are not clear: the box around them, ends included, and their sum.
+struct Ink {
+  int left = 0;
+  int right = -1;
+  int top = 0;
+  int bottom = -1;
+  double area = 0;      ///< In whole pixels; half covered ones count half.
+  bool isCrisp = true;  ///< No pixel is covered in part.
+
+  friend bool operator==(const Ink&, const Ink&) = default;
+};
+
+Ink inkOf(const BitmapSurface& surface);

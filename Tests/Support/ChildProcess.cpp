@@ -1,0 +1,120 @@
+#include "Tests/Support/ChildProcess.h"
+
+#include <signal.h>
+#include <sys/mman.h>
+#include <sys/prctl.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <stdexcept>
+#include <thread>
+
+namespace {
+
+/// What a shell says for a program that it does not find.
+constexpr int NotFound = 127;
+
+std::vector<char*> pointersTo(std::vector<std::string>& texts) {
+  std::vector<char*> pointers;
+  for (std::string& text : texts)
+    pointers.push_back(text.data());
+  pointers.push_back(nullptr);
+  return pointers;
+}
+
+std::vector<std::string> changedEnvironment(const Environment& changes) {
+  std::vector<std::string> variables;
+  for (char** variable = environ; *variable != nullptr; ++variable) {
+    const std::string text = *variable;
+    if (!changes.contains(text.substr(0, text.find('=')))) variables.push_back(text);
+  }
+  for (const auto& [name, value] : changes) {
+    if (value) variables.push_back(name + "=" + *value);
+  }
+  return variables;
+}
+
+std::string contentsOf(int file) {
+  struct stat status {};
+  fstat(file, &status);
+  std::string text(static_cast<size_t>(status.st_size), '\0');
+  const ssize_t count = pread(file, text.data(), text.size(), 0);
+  text.resize(count > 0 ? static_cast<size_t>(count) : 0);
+  return text;
+}
+
+/// A file in memory for what a program writes: it never blocks the writer, as a pipe may.
+int openSink(const char* name) {
+  const int file = memfd_create(name, MFD_CLOEXEC);
+  if (file < 0) throw std::runtime_error("no file in memory for a program's output");
+  return file;
+}
+
+}  // namespace
+
+bool waitUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit) {
+  using Clock = std::chrono::steady_clock;
+  const auto deadline = Clock::now() + limit;
+  while (!condition()) {
+    if (Clock::now() >= deadline) return false;
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  return true;
+}
+
+ChildProcess::ChildProcess(const std::vector<std::string>& command, const Environment& environment)
+    : output_(openSink("output")), errors_(openSink("errors")) {
+  auto arguments = command;
+  auto variables = changedEnvironment(environment);
+  const auto argumentPointers = pointersTo(arguments);
+  const auto variablePointers = pointersTo(variables);
+  const pid_t parent = getpid();
+  pid_ = fork();
+  if (pid_ < 0) throw std::runtime_error("no new process for " + command.front());
+  if (pid_ == 0) {
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    // The parent may have gone before the line above.
+    if (getppid() != parent) _exit(1);
+    dup2(output_, STDOUT_FILENO);
+    dup2(errors_, STDERR_FILENO);
+    execvpe(argumentPointers.front(), argumentPointers.data(), variablePointers.data());
+    _exit(NotFound);
+  }
+}
+
+ChildProcess::~ChildProcess() {
+  if (!exitStatus()) {
+    kill(pid_, SIGKILL);
+    waitpid(pid_, nullptr, 0);
+  }
+  close(output_);
+  close(errors_);
+}
+
+void ChildProcess::sendSignal(int signal) const {
+  if (!exitStatus_) kill(pid_, signal);
+}
+
+std::optional<int> ChildProcess::exitStatus() {
+  int status = 0;
+  if (!exitStatus_ && waitpid(pid_, &status, WNOHANG) == pid_) {
+    exitStatus_ = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+  }
+  return exitStatus_;
+}
+
+std::optional<int> ChildProcess::waitForExit() {
+  waitUntil([this] { return exitStatus().has_value(); });
+  return exitStatus_;
+}
+
+std::string ChildProcess::output() const { return contentsOf(output_); }
+
+std::string ChildProcess::errors() const { return contentsOf(errors_); }
+
+FinishedProcess runToEnd(const std::vector<std::string>& command, const Environment& environment) {
+  ChildProcess process(command, environment);
+  const auto status = process.waitForExit();
+  return {status, process.output(), process.errors()};
+}

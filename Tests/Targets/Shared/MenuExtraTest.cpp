@@ -1,0 +1,268 @@
+#include "Targets/Shared/ZEVMenuExtra.h"
+
+#include <gtest/gtest.h>
+
+#include "Platform/Foundation/CFPreferences.h"
+#include "Platform/Foundation/NSDistributedNotificationCenter.h"
+#include "Targets/Shared/ZEVPreferences.h"
+#include "Tests/Support/TestEnvironment.h"
+#include "Tests/Targets/Shared/FakeExtra.h"
+#include "Tests/Targets/SimulatedTime.h"
+
+namespace {
+
+using Lengths = std::vector<double>;
+
+class MenuExtra : public testing::Test {
+ protected:
+  void add(const std::string& name) {
+    extra->prepared.push_back(std::make_shared<FakeModule>(name, journal));
+  }
+  FakeModule& module(size_t index) { return *extra->prepared[index]; }
+
+  void begin() {
+    slot.setExtra(extra);
+    extra->init(slot, NSBundle());
+  }
+  void start() {
+    begin();
+    time.loop.runPending();
+    journal.clear();
+  }
+
+  void post(const char* name, const PropertyList::Dictionary& userInfo = {}) {
+    NSDistributedNotificationCenter::defaultCenter().postNotification(name, userInfo);
+    time.loop.runPending();
+  }
+
+  SimulatedTime time;
+  Journal journal;
+  FakeSlot slot;
+  std::shared_ptr<FakeExtra> extra = std::make_shared<FakeExtra>();
+};
+
+TEST_F(MenuExtra, TakesASlotAndStartsOnTheNextPass) {
+  add("a");
+  add("b");
+  begin();
+  EXPECT_EQ(slot.lengths, Lengths{20});
+  EXPECT_EQ(extra->view()->frame().size, (NSSize{20, 22}));
+  EXPECT_EQ(extra->modules(), nullptr);
+  EXPECT_EQ(extra->menu(), nullptr);
+  EXPECT_TRUE(journal.empty());
+  time.loop.runPending();
+  EXPECT_EQ(journal, (Journal{"a setup", "a notifications", "b setup", "b notifications"}));
+  ASSERT_NE(extra->modules(), nullptr);
+  for (const auto& loaded : *extra->modules())
+    EXPECT_TRUE(loaded->isInMenubar());
+  EXPECT_EQ(module(0).delegates(), std::vector<ZEVModuleDelegate*>{extra.get()});
+  EXPECT_EQ(extra->view()->frame().size, (NSSize{20, 22})) << "the view takes over the frame";
+}
+
+TEST_F(MenuExtra, OnlyALoneModuleGivesTheMenu) {
+  add("a");
+  start();
+  extra->menu();
+  EXPECT_EQ(journal, Journal{"a menu"});
+
+  const auto two = std::make_shared<FakeExtra>();
+  for (const char* name : {"b", "c"}) {
+    two->prepared.push_back(std::make_shared<FakeModule>(name, journal));
+  }
+  two->init(slot, NSBundle());
+  time.loop.runPending();
+  journal.clear();
+  EXPECT_EQ(two->menu(), nullptr);
+  EXPECT_TRUE(journal.empty());
+}
+
+TEST_F(MenuExtra, ModulesHaveNumbers) {
+  add("a");
+  add("b");
+  module(0).setKey(3);
+  module(1).setKey(-7);
+  EXPECT_EQ(extra->moduleWithKey(3), nullptr) << "before the start";
+  start();
+  EXPECT_EQ(extra->moduleWithKey(-7), extra->prepared[1]);
+  EXPECT_EQ(extra->moduleWithKey(4), nullptr);
+}
+
+struct Failure {
+  const char* event;
+  const char* stage;
+  bool isStandard;
+  friend std::ostream& operator<<(std::ostream& out, const Failure& failure) {
+    return out << failure.stage << (failure.isStandard ? "" : ", no standard exception");
+  }
+};
+
+class FailingStart : public MenuExtra, public testing::WithParamInterface<Failure> {};
+
+TEST_P(FailingStart, CollapsesTheItemAndTellsTheStage) {
+  add("good");
+  add("bad");
+  add("never");
+  module(1).onEvent = [](const std::string& event) {
+    if (event != GetParam().event) return;
+    if (!GetParam().isStandard) throw 5;
+    throw std::runtime_error("out of gears");
+  };
+  begin();
+  testing::internal::CaptureStderr();
+  time.loop.runPending();
+  const std::string log = testing::internal::GetCapturedStderr();
+  EXPECT_NE(log.find("Velmora exception in fake - " + std::string(GetParam().stage) + " - bad\n"),
+            std::string::npos)
+      << log;
+  EXPECT_EQ(log.find("out of gears") != std::string::npos, GetParam().isStandard) << log;
+  EXPECT_EQ(slot.lengths.back(), 0);
+  EXPECT_EQ(extra->view()->frame().size, (NSSize{0, 22}));
+  EXPECT_EQ(extra->modules(), nullptr);
+  EXPECT_EQ(journal[0], "good setup");
+  EXPECT_EQ(Journal(journal.end() - 3, journal.end()),
+            (Journal{"good unload", "bad unload", "never unload"}));
+
+  // The host goes on, and the extra hears nothing more.
+  journal.clear();
+  const int redraws = slot.redraws;
+  post("VelmoraGlobalDisplayChange");
+  NSNotificationCenter::defaultCenter().postNotification("VelmoraMenubarThemeChanged");
+  EXPECT_TRUE(journal.empty());
+  EXPECT_EQ(slot.redraws, redraws);
+}
+
+INSTANTIATE_TEST_SUITE_P(Stages, FailingStart,
+                         testing::Values(Failure{"setup", "setup module at index", true},
+                                         Failure{"setup", "setup module at index", false},
+                                         Failure{"notifications", "notifictions module at index",
+                                                 true}));
+
+TEST_F(MenuExtra, DisplayChangesReachTheModulesInSteps) {
+  struct Case {
+    const char* resetKey;
+    Journal steps;
+    int themePosts;
+  };
+  const Case cases[] = {
+      {nullptr, {"a skin", "b skin", "a global", "b global"}, 0},
+      {"dropdown", {"a skin", "b skin", "a theme", "b theme", "a global", "b global"}, 1},
+      {"styles", {"a skin", "b skin", "a theme", "b theme", "a global", "b global"}, 1},
+      {"launcher", {"a skin", "b skin", "a rebuild", "b rebuild", "a global", "b global"}, 0},
+      {"else", {"a skin", "b skin", "a global", "b global"}, 0},
+  };
+  add("a");
+  add("b");
+  start();
+  int themePosts = 0;
+  const auto observation = NSNotificationCenter::defaultCenter().addObserver(
+      "DropdownThemeChanged", [&](const NSNotification&) { ++themePosts; });
+  int value = 0;
+  for (const auto& [resetKey, steps, posts] : cases) {
+    SCOPED_TRACE(resetKey != nullptr ? resetKey : "none");
+    ZEVIntegerForKey("Value");
+    CFPreferencesSetAppValue("Value", ++value, ZEVPreferences_Time::Domain);
+    journal.clear();
+    slot.redraws = themePosts = 0;
+    PropertyList::Dictionary userInfo = {{"key", "Value"}};
+    if (resetKey != nullptr) userInfo.emplace("resetKey", resetKey);
+    post("VelmoraGlobalDisplayChange", userInfo);
+    EXPECT_EQ(ZEVIntegerForKey("Value"), value) << "the key was not refreshed";
+    EXPECT_EQ(journal, steps);
+    EXPECT_EQ(themePosts, posts);
+    EXPECT_EQ(slot.redraws, 1);
+  }
+}
+
+TEST_F(MenuExtra, ThemeOfTheBarReachesTheDropdownOnlyWithSeparateStyles) {
+  add("a");
+  start();
+  for (const bool areSeparate : {false, true}) {
+    ZEVSetBoolForKey("Theme-SeperateStyles", areSeparate);
+    journal.clear();
+    slot.redraws = 0;
+    NSNotificationCenter::defaultCenter().postNotification("VelmoraMenubarThemeChanged");
+    EXPECT_EQ(journal, areSeparate ? Journal{"a theme"} : Journal{});
+    EXPECT_EQ(slot.redraws, 1);
+  }
+}
+
+TEST_F(MenuExtra, UnloadsEvenIfAModuleThrows) {
+  add("a");
+  add("b");
+  add("c");
+  module(1).onEvent = [](const std::string& event) {
+    if (event == "unload") throw std::runtime_error("jammed");
+  };
+  start();
+  std::vector<std::string> unloaded;
+  const auto observation = NSDistributedNotificationCenter::defaultCenter().addObserver(
+      "VelmoraUnloadedExtra", [&](const NSNotification& notification) {
+        unloaded.push_back(notification.textForKey("extra"));
+      });
+  extra->willUnload();
+  EXPECT_EQ(journal, (Journal{"a unload", "b unload"})) << "the exception ends the walk";
+  EXPECT_EQ(extra->modules(), nullptr);
+  EXPECT_EQ(extra->menu(), nullptr);
+  EXPECT_EQ(extra->cleanups, 1);
+  journal.clear();
+  post("VelmoraGlobalDisplayChange", {{"resetKey", "launcher"}});
+  EXPECT_EQ(unloaded, std::vector<std::string>{"fake"});
+  EXPECT_TRUE(journal.empty());
+}
+
+TEST_F(MenuExtra, LeavesNoDelegateBehindWhenDropped) {
+  add("a");
+  start();
+  const auto module = extra->prepared.front();
+  slot.setExtra(nullptr);
+  extra.reset();
+  EXPECT_TRUE(module->delegates().empty());
+}
+
+TEST_F(MenuExtra, DelegatesAreToldOnceAndInOrder) {
+  add("a");
+  start();
+  FakeExtra other;
+  module(0).addDelegate(other);
+  module(0).addDelegate(*extra);
+  module(0).addDelegate(other);
+  EXPECT_EQ(module(0).delegates(), (std::vector<ZEVModuleDelegate*>{extra.get(), &other}));
+  module(0).removeDelegate(*extra);
+  EXPECT_EQ(module(0).delegates(), (std::vector<ZEVModuleDelegate*>{&other}));
+}
+
+TEST_F(MenuExtra, DatabasesLieInTheUsersDataFolder) {
+  const auto folder = testFolder() / "data" / "Velmora" / "databases";
+  EXPECT_EQ(ZEVModule_Time::databasePath("events", nullptr), folder / "events.db");
+  EXPECT_TRUE(std::filesystem::is_directory(folder));
+  EXPECT_EQ(ZEVModule_Time::databasePath("events", nullptr), folder / "events.db");
+  extra->isCombined = true;
+  add("a");
+  start();
+  EXPECT_EQ(module(0).databasePath("events"), folder / "combined_events.db");
+}
+
+// Which runs of a collector do the heavy part of the work, for each frequency.
+TEST(Module, CollectorsWorkAtTheirFrequency) {
+  struct Case {
+    int64_t sequence;
+    bool low, normal, high, unknown;
+  };
+  for (const auto& [sequence, low, normal, high, unknown] : {Case{-1, true, true, true, true},
+                                                             {0, true, true, true, false},
+                                                             {1, false, false, true, false},
+                                                             {3, true, false, true, false},
+                                                             {4, false, true, true, false},
+                                                             {6, true, true, true, false},
+                                                             {-2, false, true, true, false}}) {
+    const bool expected[] = {low, normal, high, unknown};
+    for (int frequency = 0; frequency <= 3; ++frequency) {
+      ZEVSetIntegerForKey("TimerFrequency", frequency);
+      EXPECT_EQ(ZEVModule_Time::collectorShouldUpdateStateForSequence(sequence),
+                expected[frequency])
+          << sequence << " at " << frequency;
+    }
+  }
+}
+
+}  // namespace

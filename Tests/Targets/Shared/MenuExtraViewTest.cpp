@@ -1,0 +1,241 @@
+#include "Targets/Shared/Views/ZEVMenuExtraView.h"
+
+#include <gtest/gtest.h>
+
+#include "Platform/AppKit/NSScreen.h"
+#include "Platform/AppKit/RecordingGraphicsContext.h"
+#include "Platform/Foundation/CFPreferences.h"
+#include "Targets/Shared/ZEVPreferences.h"
+#include "Tests/Targets/Shared/FakeExtra.h"
+#include "Tests/Targets/SimulatedTime.h"
+
+namespace {
+
+using Lengths = std::vector<double>;
+
+/// What a host draws into for the bars of other screens.
+class SnapshotContext : public RecordingGraphicsContext {
+ public:
+  std::string_view className() const override { return "NSBitmapGraphicsContext"; }
+};
+
+class MenuExtraView : public testing::Test {
+ protected:
+  /// Starts the extra with one module for each width, numbered from 1.
+  void start(std::initializer_list<int64_t> widths) {
+    for (const int64_t width : widths) {
+      const auto module = std::make_shared<FakeModule>("module", journal);
+      module->content->width = width;
+      module->setMenubar(true);
+      extra->prepared.push_back(module);
+      module->setKey(static_cast<int64_t>(extra->prepared.size()));
+    }
+    slot.setExtra(extra);
+    extra->init(slot, NSBundle());
+    time.loop.runPending();
+    slot.lengths.clear();
+  }
+
+  FakeContent& content(size_t index) { return *extra->prepared[index]->content; }
+
+  std::vector<DrawingRecord> draw() {
+    RecordingGraphicsContext context;
+    slot.draw(context);
+    return context.records();
+  }
+
+  SimulatedTime time;
+  Journal journal;
+  FakeSlot slot;
+  std::shared_ptr<FakeExtra> extra = std::make_shared<FakeExtra>();
+};
+
+TEST_F(MenuExtraView, FitsTheSlotThroughZeroAndOnlyWhenTheWidthChanges) {
+  start({0});
+  draw();
+  EXPECT_EQ(slot.lengths, (Lengths{0, 4})) << "nothing drawn keeps 4 points";
+  draw();
+  EXPECT_EQ(slot.lengths, (Lengths{0, 4})) << "an unchanged width makes no call";
+  content(0).width = 50;
+  draw();
+  EXPECT_EQ(slot.lengths, (Lengths{0, 4, 0, 50}));
+  EXPECT_EQ(extra->view()->frame().size, (NSSize{50, 22}));
+  const int redraws = slot.redraws;
+  extra->disableZero();
+  EXPECT_EQ(slot.redraws, redraws + 1);
+  content(0).width = 60;
+  draw();
+  EXPECT_EQ(slot.lengths, (Lengths{0, 4, 0, 50, 60}));
+}
+
+TEST_F(MenuExtraView, ModulesFollowEachOtherWithoutAGap) {
+  start({30, 0, 12});
+  draw();
+  EXPECT_EQ(content(0).drawnAt, 0);
+  EXPECT_EQ(content(1).drawnAt, 30);
+  EXPECT_EQ(content(2).drawnAt, 30);
+  EXPECT_EQ(slot.lengths.back(), 42);
+}
+
+TEST_F(MenuExtraView, AnOpenMenuPaintsTheSelectionFirst) {
+  start({30});
+  draw();
+  EXPECT_FALSE(content(0).wasMenuDown);
+  slot.setMenuDown(true);
+  const auto records = draw();
+  ASSERT_EQ(records.size(), 1);
+  EXPECT_EQ(records[0].kind, DrawingRecord::Kind::Path);
+  EXPECT_EQ(records[0].rect, NSMakeRect(0, 0, 30, 22));
+  EXPECT_EQ(records[0].color, NSColor::selectedMenuItemColor());
+  EXPECT_TRUE(content(0).wasMenuDown);
+}
+
+TEST_F(MenuExtraView, ASnapshotForOtherScreensIsHalfAsStrong) {
+  start({30});
+  draw();
+  slot.lengths.clear();
+  slot.setMenuDown(true);
+  content(0).width = 40;
+  NSScreen::setScreens({{}, {}});
+  SnapshotContext snapshot;
+  slot.draw(snapshot);
+  ASSERT_EQ(snapshot.records().size(), 1) << "no background, whatever the menu";
+  EXPECT_EQ(snapshot.records()[0].kind, DrawingRecord::Kind::Image);
+  EXPECT_EQ(snapshot.records()[0].rect, NSMakeRect(0, 0, 30, 22));
+  EXPECT_EQ(snapshot.records()[0].fraction, 0.5);
+  EXPECT_FALSE(content(0).wasMenuDown);
+  EXPECT_TRUE(slot.lengths.empty());
+
+  // Not a snapshot: the same context with one screen, and a screen's own with two.
+  draw();
+  EXPECT_EQ(slot.lengths, (Lengths{0, 40})) << "the width of the snapshot was not remembered";
+  content(0).width = 41;
+  NSScreen::setScreens({{}});
+  SnapshotContext ordinary;
+  slot.draw(ordinary);
+  EXPECT_EQ(slot.lengths.back(), 41);
+  EXPECT_TRUE(content(0).wasMenuDown);
+}
+
+TEST_F(MenuExtraView, ACombinedExtraDrawsTheListedModules) {
+  extra->isCombined = true;
+  start({30, 12, 7});
+  EXPECT_TRUE(journal.empty()) << "the modules of a combined extra are not set up";
+  ZEVSetObjectForKey("CombinedMenubarDisplayMode", "3,9,1");
+  draw();
+  EXPECT_EQ(content(2).drawnAt, 0);
+  EXPECT_EQ(content(0).drawnAt, 11) << "4 points between modules";
+  EXPECT_EQ(content(1).drawnAt, -1) << "not listed";
+  EXPECT_EQ(slot.lengths.back(), 41);
+
+  extra->prepared[0]->setMenubar(false);
+  draw();
+  EXPECT_EQ(slot.lengths.back(), 7);
+  ZEVSetObjectForKey("CombinedMenubarDisplayMode", "9");
+  draw();
+  EXPECT_EQ(slot.lengths.back(), 20) << "the icon's place";
+  ZEVRemoveObjectForKey("CombinedMenubarDisplayMode");
+  content(0).drawnAt = -1;
+  draw();
+  EXPECT_EQ(slot.lengths.back(), 20);
+  EXPECT_EQ(content(0).drawnAt, -1);
+}
+
+TEST_F(MenuExtraView, ADrawingFaultEndsThePassOnly) {
+  class Faulty : public ZEVMenuExtraContentView_Time {
+    int64_t drawAtOffset(int64_t) override { throw std::invalid_argument("no such element"); }
+  };
+  class FaultyModule : public FakeModule {
+   public:
+    using FakeModule::FakeModule;
+    void loadViewWithExtra(ZEVMenuExtra_Time&) override { setView(std::make_shared<Faulty>()); }
+  };
+  extra->prepared.push_back(std::make_shared<FaultyModule>("faulty", journal));
+  start({});
+  draw();
+  EXPECT_TRUE(slot.lengths.empty());
+}
+
+class StyledContent : public FakeContent {
+ public:
+  StyledContent() {
+    addTextConfig("text", {"Time_TextSize", "Time_TextColor", "Time_TextShadowColor"});
+    addTextConfig("plain", {"Time_TextSize", "Time_TextColor", ""});
+  }
+};
+
+TEST(TextAttributes, SizesOutsideTheRangeGiveThirteenPoints) {
+  StyledContent content;
+  for (const auto& [size, points] :
+       {std::pair{7, 13.0}, {8, 8.0}, {13, 13.0}, {16, 16.0}, {17, 13.0}, {0, 13.0}}) {
+    ZEVSetIntegerForKey("Time_TextSize", size);
+    content.resetTextConfig();
+    const auto& font = content.percentageAttributes("text").font;
+    EXPECT_EQ(font.pointSize(), points);
+    EXPECT_TRUE(font.hasMonospacedNumbers()) << "digits of unequal width make the clock jitter";
+  }
+}
+
+TEST(TextAttributes, AreBuiltOnceForEachState) {
+  StyledContent content;
+  ZEVSetIntegerForKey("Time_TextSize", 9);
+  EXPECT_EQ(content.percentageAttributes("text").font.pointSize(), 9);
+  EXPECT_EQ(content.percentageAttributes("text").alignment, NSTextAlignment::Center);
+  ZEVSetIntegerForKey("Time_TextSize", 10);
+  EXPECT_EQ(content.percentageAttributes("text").font.pointSize(), 9);
+  content.setIsMenuDown(true);
+  EXPECT_EQ(content.percentageAttributes("text").font.pointSize(), 10);
+  content.setIsMenuDown(false);
+  content.resetTextConfig();
+  EXPECT_EQ(content.percentageAttributes("text").font.pointSize(), 10);
+  EXPECT_THROW(content.percentageAttributes("no such style"), std::invalid_argument);
+}
+
+TEST(TextAttributes, AShadowWithoutStrengthIsNone) {
+  StyledContent content;
+  EXPECT_EQ(content.percentageAttributes("text").shadow,
+            (NSShadow{{0, -1}, NSColor::colorWithDeviceRed(1, 1, 1, 0.5)}));
+  EXPECT_EQ(content.percentageAttributes("plain").shadow, std::nullopt);
+  ZEVSetObjectForKey("Time_TextShadowColor", "1 0 0 0");
+  content.resetTextConfig();
+  EXPECT_EQ(content.percentageAttributes("text").shadow, std::nullopt);
+}
+
+struct Bar {
+  bool isDark, hasContrast, isSelected;
+  NSColor color;
+  bool hasShadow;
+  friend std::ostream& operator<<(std::ostream& out, const Bar& bar) {
+    return out << (bar.isDark ? "dark" : "light") << (bar.hasContrast ? ", contrast" : "")
+               << (bar.isSelected ? ", selected" : "");
+  }
+};
+
+class TextColour : public testing::TestWithParam<Bar> {};
+
+TEST_P(TextColour, FollowsTheBar) {
+  const Bar& bar = GetParam();
+  if (bar.isDark) setPreferenceOverride("AppleInterfaceStyle", "Dark", ".GlobalPreferences");
+  setPreferenceOverride("increaseContrast", bar.hasContrast, "com.apple.universalaccess");
+  ZEVSetObjectForKey("Time_TextColor", "0 0 1 1");
+  ZEVSetObjectForKey("Time_TextColor-Dark", "0 1 0 1");
+  StyledContent content;
+  content.setIsMenuDown(bar.isSelected);
+  const auto& attributes = content.percentageAttributes("text");
+  EXPECT_EQ(attributes.foregroundColor, bar.color);
+  EXPECT_EQ(attributes.shadow.has_value(), bar.hasShadow);
+}
+
+constexpr NSColor Blue = NSColor::colorWithDeviceRed(0, 0, 1, 1);
+constexpr NSColor Green = NSColor::colorWithDeviceRed(0, 1, 0, 1);
+
+INSTANTIATE_TEST_SUITE_P(Bars, TextColour,
+                         testing::Values(Bar{false, false, false, Blue, true},
+                                         Bar{false, true, false, Blue, true},
+                                         Bar{false, false, true, NSColor::whiteColor(), false},
+                                         Bar{false, true, true, NSColor::whiteColor(), false},
+                                         Bar{true, false, false, Green, false},
+                                         Bar{true, false, true, NSColor::whiteColor(), false},
+                                         Bar{true, true, true, NSColor::blackColor(), false}));
+
+}  // namespace

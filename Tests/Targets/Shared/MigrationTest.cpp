@@ -1,0 +1,128 @@
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "Platform/Foundation/CFPreferences.h"
+#include "Targets/Shared/ZEVColorText.h"
+#include "Targets/Shared/ZEVPreferences.h"
+#include "Tests/Support/ChildProcess.h"
+#include "Tests/Support/TestEnvironment.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using Array = PropertyList::Array;
+
+std::string bytesOf(const fs::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+class Migration : public testing::Test {
+ protected:
+  Migration() {
+    const auto script = fs::path(VELMORA_SOURCE_DIR) / "Tests/Targets/make-old-settings";
+    const FinishedProcess made = runToEnd({script.string(), fixtures_.string()});
+    EXPECT_EQ(made.status, 0) << made.errors;
+    fs::create_directories(settings_);
+    fs::create_directories(support_ / "Velmora.bundle");
+    fs::copy_file(fixtures_ / "citymap.plist", support_ / "Velmora.bundle" / "citymap.plist");
+    setenv("VELMORA_SUPPORT_DIR", support_.c_str(), 1);
+  }
+
+  void install(const char* fixture) const {
+    fs::copy_file(fixtures_ / fixture, settings_ / "com.wenmark.velmora.extras.plist",
+                  fs::copy_options::overwrite_existing);
+  }
+
+  fs::path fixtures_ = testFolder() / "old";
+  fs::path support_ = testFolder() / "share";
+  fs::path settings_ = testFolder() / "config" / "velmora5";
+  fs::path domain_ = settings_ / "com.wenmark.velmora5.extras.plist";
+};
+
+struct Carried {
+  const char* key;
+  PropertyList value;
+};
+
+class MigrationOfForm : public Migration, public testing::WithParamInterface<const char*> {};
+
+TEST_P(MigrationOfForm, CarriesEveryKindOver) {
+  CFPreferencesSetAppValue("Time_TextSize", 9, ZEVPreferences_Time::Domain);
+  CFPreferencesAppSynchronize(ZEVPreferences_Time::Domain);
+  const std::string before = bytesOf(domain_);
+  install(GetParam());
+  ZEVPreferences_Time store;
+  EXPECT_TRUE(store.didMigratePreferences());
+  const Carried carried[] = {
+      {"Time_TextColor", "0.50 0.25 1.00 1.00"},
+      {"Time_TextShadowColor", "0.10 0.20 0.30 0.40"},
+      {"CPU_MenubarGraphUser", "0.60 0.60 0.60 1.00"},
+      {"CPU_MenubarGraphSystem", "0.70 0.70 0.70 0.50"},
+      {"Time_MenubarFormat", Array{"EEEE", "' '", "HH", "':'", "mm"}},
+      // The old value hides the stored one until the key is invalidated.
+      {"Time_TextSize", 15},
+      {"Time_MenubarFlashSeperators", true},
+      // 33 is not in the map, the truth value counts as the number 1, a dictionary is no
+      // identifier.
+      {"Time_Cities", Array{"2643743", "2988507", "5128581"}},
+      {"SomethingOfItsOwn", PropertyList::Dictionary{{"kept", Array{1, 2.5, "three"}}}},
+      {"updateCheckerEnabled", {}},
+      {"SensorsFanControlEnabled", {}},
+      {"migratedExtras4.0", {}},
+  };
+  for (const auto& [key, value] : carried)
+    EXPECT_EQ(store.objectForKey(key), value) << key;
+  // What is no colour is dropped, and the default answers.
+  EXPECT_EQ(store.objectForKey("CPU_MenubarGraphOverall"),
+            store.defaults().at("CPU_MenubarGraphOverall"));
+  EXPECT_EQ(store.objectForKey("Network_TextUploadColor"),
+            store.defaults().at("Network_TextUploadColor"));
+  EXPECT_EQ(store.colorForKey("Time_TextColor"), NSColor::colorWithDeviceRed(0.5, 0.25, 1, 1));
+  EXPECT_EQ(bytesOf(domain_), before) << "the domain stays untouched";
+
+  store.resetValueForKey("Time_TextSize");
+  EXPECT_EQ(store.objectForKey("Time_TextSize").integerValue(), 9);
+}
+
+INSTANTIATE_TEST_SUITE_P(BothForms, MigrationOfForm, testing::Values("old.plist", "old-xml.plist"));
+
+TEST_F(Migration, HappensAgainUntilTheMarkIsSet) {
+  install("old.plist");
+  EXPECT_TRUE(ZEVPreferences_Time().didMigratePreferences());
+  EXPECT_FALSE(fs::exists(domain_));
+  CFPreferencesSetAppValue("Migrated_5.0", true, ZEVPreferences_Time::Domain);
+  ZEVPreferences_Time marked;
+  EXPECT_FALSE(marked.didMigratePreferences());
+  EXPECT_EQ(marked.objectForKey("Time_TextSize").integerValue(), 13);
+}
+
+TEST_F(Migration, WithoutAnOldFileDoesNothing) {
+  EXPECT_FALSE(ZEVPreferences_Time().didMigratePreferences());
+}
+
+// A file that cannot be read counts as taken over, with nothing in it.
+TEST_F(Migration, OfADamagedFileStartsClean) {
+  install("truncated.plist");
+  ZEVPreferences_Time store;
+  EXPECT_TRUE(store.didMigratePreferences());
+  EXPECT_EQ(store.objectForKey("Time_TextSize").integerValue(), 13);
+  EXPECT_EQ(store.objectForKey("Time_Cities").array()->size(), 4U);
+}
+
+// Without the map no city is known: the empty list hides the four default cities.
+TEST_F(Migration, WithoutACityMapDropsTheCities) {
+  install("old.plist");
+  fs::remove(support_ / "Velmora.bundle" / "citymap.plist");
+  ZEVPreferences_Time store;
+  EXPECT_EQ(store.objectForKey("Time_Cities"), PropertyList(Array{}));
+  store.resetValueForKey("Time_Cities");
+  EXPECT_EQ(store.objectForKey("Time_Cities").array()->size(), 4U);
+}
+
+}  // namespace

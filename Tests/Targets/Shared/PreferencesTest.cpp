@@ -1,0 +1,245 @@
+#include "Targets/Shared/ZEVPreferences.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "Platform/Foundation/CFPreferences.h"
+#include "Platform/Foundation/NSDistributedNotificationCenter.h"
+#include "Targets/Shared/ZEVColorText.h"
+#include "Targets/Shared/ZEVImageCache.h"
+#include "Tests/Targets/SimulatedTime.h"
+
+namespace {
+
+constexpr std::string_view Domain = ZEVPreferences_Time::Domain;
+constexpr std::string_view Unknown = "KeyWithoutAnyValue";
+
+/// Writes to the domain past the store and its caches, as another process does.
+void writeElsewhere(std::string_view key, const PropertyList& value) {
+  CFPreferencesSetAppValue(key, value, Domain);
+  CFPreferencesAppSynchronize(Domain);
+}
+
+void setDesktop(bool isDark, const PropertyList& contrast) {
+  setPreferenceOverride("AppleInterfaceStyle", isDark ? "Dark" : "Light", ".GlobalPreferences");
+  setPreferenceOverride("increaseContrast", contrast, "com.apple.universalaccess");
+}
+
+TEST(Preferences, StoredBeatsDefaultBeatsNothing) {
+  EXPECT_EQ(ZEVObjectForKey("Time_TextSize"), PropertyList(13));
+  for (const auto reader :
+       {ZEVStoredObjectForKey, ZEVPreferenceForKey, ZEVObjectForKeyWithoutCache}) {
+    EXPECT_TRUE(reader("Time_TextSize").isNull()) << "a default is not stored";
+  }
+  ZEVSetIntegerForKey("Time_TextSize", 9);
+  EXPECT_EQ(ZEVIntegerForKey("Time_TextSize"), 9);
+  for (const auto reader :
+       {ZEVStoredObjectForKey, ZEVPreferenceForKey, ZEVObjectForKeyWithoutCache}) {
+    EXPECT_EQ(reader("Time_TextSize"), PropertyList(9));
+  }
+  ZEVRemoveObjectForKey("Time_TextSize");
+  EXPECT_EQ(ZEVIntegerForKey("Time_TextSize"), 13);
+  EXPECT_TRUE(ZEVObjectForKey(Unknown).isNull());
+  EXPECT_FALSE(ZEVBoolForKey(Unknown));
+  EXPECT_EQ(ZEVIntegerForKey(Unknown), 0);
+  EXPECT_EQ(ZEVDoubleForKey(Unknown), 0);
+}
+
+TEST(Preferences, WhatAnotherProcessWritesShowsAfterRefresh) {
+  struct Case {
+    std::string_view key;
+    PropertyList first;
+  };
+  // A stored value, a default and the null marker: each is settled by the first read.
+  writeElsewhere("Stored", "first");
+  for (const auto& [key, first] : {Case{"Stored", "first"}, {"Time_TextSize", 13}, {Unknown, {}}}) {
+    SCOPED_TRACE(key);
+    EXPECT_EQ(ZEVObjectForKey(key), first);
+    writeElsewhere(key, "second");
+    EXPECT_EQ(ZEVObjectForKey(key), first) << "the second read went to the store";
+    EXPECT_EQ(ZEVObjectForKeyWithoutCache(key), PropertyList("second"));
+    EXPECT_EQ(ZEVObjectForKey(key), first) << "reading without the cache must not fill it";
+    ZEVRefreshKey("SomeOtherKey");
+    EXPECT_EQ(ZEVObjectForKey(key), first);
+    ZEVRefreshKey(key);
+    EXPECT_EQ(ZEVObjectForKey(key), PropertyList("second"));
+  }
+}
+
+TEST(Preferences, EveryWriteIsOnTheDiskAtOnce) {
+  ZEVSetBoolForKey("Bool", true);
+  ZEVSetIntegerForKey("Integer", int64_t{1} << 53);
+  ZEVSetFloatForKey("Float", 0.1F);
+  ZEVSetDoubleForKey("Double", 0.1);
+  ZEVSetObjectForKey("List", PropertyList::Array{"'", 2, false});
+  resetPreferences();
+  EXPECT_EQ(CFPreferencesCopyAppValue("Bool", Domain), PropertyList(true));
+  EXPECT_EQ(CFPreferencesCopyAppValue("Integer", Domain), PropertyList(int64_t{1} << 53));
+  EXPECT_EQ(CFPreferencesCopyAppValue("Float", Domain), PropertyList(static_cast<double>(0.1F)));
+  EXPECT_EQ(CFPreferencesCopyAppValue("Double", Domain), PropertyList(0.1));
+  EXPECT_EQ(CFPreferencesCopyAppValue("List", Domain),
+            PropertyList(PropertyList::Array{"'", 2, false}));
+  ZEVSetObjectForKey("List", {});
+  resetPreferences();
+  EXPECT_TRUE(CFPreferencesCopyAppValue("List", Domain).isNull()) << "null removes";
+}
+
+TEST(Preferences, ValuesConvertToNumbers) {
+  struct Case {
+    PropertyList value;
+    bool truth;
+    int64_t integer;
+    double real;
+  };
+  const Case cases[] = {{true, true, 1, 1},
+                        {2.9, true, 2, 2.9},
+                        {-2.9, true, -2, -2.9},
+                        {0, false, 0, 0},
+                        {"14", true, 14, 14},
+                        {" 7 points", true, 7, 7},
+                        {"3.75", true, 3, 3.75},
+                        {"", false, 0, 0},
+                        {"points", false, 0, 0},
+                        {PropertyList::Array{5}, false, 0, 0},
+                        {PropertyList::Dictionary{{"a", 5}}, false, 0, 0}};
+  for (const auto& [value, truth, integer, real] : cases) {
+    SCOPED_TRACE(real);
+    ZEVSetObjectForKey("Value", value);
+    EXPECT_EQ(ZEVBoolForKey("Value"), truth);
+    EXPECT_EQ(ZEVIntegerForKey("Value"), integer);
+    EXPECT_EQ(ZEVDoubleForKey("Value"), real);
+    EXPECT_EQ(ZEVFloatForKey("Value"), static_cast<float>(real));
+  }
+}
+
+TEST(Preferences, ColourTextsHaveFourPieces) {
+  const auto rgba = [](float red, float green, float blue, float alpha) {
+    return NSColor::colorWithDeviceRed(red, green, blue, alpha);
+  };
+  EXPECT_EQ(colorFromString("0.11 0.11 0.11 1.0"), rgba(0.11F, 0.11F, 0.11F, 1));
+  EXPECT_EQ(colorFromString("1 0 .25 0.5"), rgba(1, 0, 0.25F, 0.5F));
+  EXPECT_EQ(colorFromString("red 0.5x - 1"), rgba(0, 0.5F, 0, 1))
+      << "a piece is read like a number";
+  for (const PropertyList& value :
+       {PropertyList("1 0 0"), PropertyList("1 0 0 1 1"), PropertyList("1  0 0 1"),
+        PropertyList(""), PropertyList(5), PropertyList(),
+        PropertyList(PropertyList::Array{1, 0, 0, 1})}) {
+    EXPECT_FALSE(colorFromString(value).has_value());
+  }
+  // Two decimals: 0.254 and 0.098 are rounded.
+  EXPECT_EQ(stringFromColor(NSColor::colorWithDeviceRed(1, 0.254, 0.098, 0)),
+            "1.00 0.25 0.10 0.00");
+}
+
+TEST(Preferences, ColoursStayUntilTheirKeyIsInvalidated) {
+  const NSColor blue = NSColor::colorWithDeviceRed(0, 0, 1, 1);
+  ZEVSetObjectForKey("Color", "0 0 1");
+  EXPECT_EQ(ZEVColorForKey("Color"), NSColor::blackColor());
+  writeElsewhere("Color", "0 0 1 1");
+  ZEVPreferences_Time::sharedPreferences()->clearCache();
+  EXPECT_EQ(ZEVColorForKey("Color"), NSColor::blackColor()) << "the fallback is cached too";
+  EXPECT_EQ(ZEVObjectForKey("Color"), PropertyList("0 0 1 1")) << "the value is not";
+  ZEVRefreshKey("Color");
+  EXPECT_EQ(ZEVColorForKey("Color"), blue);
+  ZEVSetObjectForKey("Color", 7);
+  EXPECT_EQ(ZEVColorForKey("Color"), NSColor::blackColor()) << "a write drops the colour";
+}
+
+TEST(Preferences, ThemeAndContrastChangesDropBothCaches) {
+  struct Case {
+    const char* notification;
+    bool isDark;
+    PropertyList contrast;
+    bool wantsDark;
+    bool wantsContrast;
+  };
+  // Each notification takes over its own setting only. A contrast that is a text is none.
+  const Case cases[] = {
+      {"AppleInterfaceThemeChangedNotification", true, true, true, false},
+      {"AXInterfaceIncreaseContrastStatusDidChange", false, true, true, true},
+      {"AppleInterfaceThemeChangedNotification", false, false, false, true},
+      {"AXInterfaceIncreaseContrastStatusDidChange", false, "1", false, false},
+  };
+  SimulatedTime time;
+  auto& store = *ZEVPreferences_Time::sharedPreferences();
+  writeElsewhere("Color", "none");
+  int step = 0;
+  for (const auto& [notification, isDark, contrast, wantsDark, wantsContrast] : cases) {
+    SCOPED_TRACE(++step);
+    ZEVIntegerForKey("Value");
+    const NSColor fallback = store.isMenubarDark() ? NSColor::whiteColor() : NSColor::blackColor();
+    EXPECT_EQ(ZEVColorForKey("Color"), fallback);
+    writeElsewhere("Value", step);
+    setDesktop(isDark, contrast);
+    int posts = 0;
+    const auto observation = NSNotificationCenter::defaultCenter().addObserver(
+        "VelmoraMenubarThemeChanged", [&](const NSNotification& posted) {
+          ++posts;
+          EXPECT_TRUE(posted.userInfo.empty());
+          EXPECT_EQ(store.isMenubarDark(), wantsDark);
+          EXPECT_EQ(store.increaseContrast(), wantsContrast);
+          EXPECT_EQ(ZEVIntegerForKey("Value"), step);
+          EXPECT_EQ(ZEVColorForKey("Color"),
+                    wantsDark ? NSColor::whiteColor() : NSColor::blackColor());
+        });
+    NSDistributedNotificationCenter::defaultCenter().postNotification(notification);
+    time.loop.runPending();
+    EXPECT_EQ(posts, 1);
+  }
+}
+
+TEST(Preferences, FontOffsets) {
+  constexpr std::pair<int64_t, int64_t> Offsets[] = {{7, 0},   {8, 3},   {9, 2},  {10, 1},
+                                                     {11, 1},  {12, 0},  {13, 0}, {14, 0},
+                                                     {15, -1}, {16, -2}, {17, 0}, {-8, 0}};
+  for (const auto& [size, offset] : Offsets) {
+    EXPECT_EQ(ZEVPreferences_Time::verticalOffsetForFontSize(size), offset) << size;
+    ZEVSetIntegerForKey("Size", size);
+    EXPECT_EQ(ZEVPreferences_Time::sharedPreferences()->offsetForFont("Size"), offset) << size;
+  }
+}
+
+TEST(Preferences, DropdownThemeFollowsTheBarOnlyWithSeparateStyles) {
+  struct Case {
+    bool isDark;
+    bool areSeparate;
+    int64_t theme;
+  };
+  SimulatedTime time;
+  ZEVSetIntegerForKey("DropdownTheme", 7);
+  ZEVSetIntegerForKey("DropdownTheme-Light", 8);
+  ZEVSetIntegerForKey("DropdownTheme-Dark", 9);
+  for (const auto& [isDark, areSeparate, theme] :
+       {Case{false, false, 7}, {false, true, 8}, {true, false, 7}, {true, true, 9}}) {
+    setDesktop(isDark, {});
+    NSDistributedNotificationCenter::defaultCenter().postNotification(
+        "AppleInterfaceThemeChangedNotification");
+    time.loop.runPending();
+    ZEVSetBoolForKey("Theme-SeperateStyles", areSeparate);
+    EXPECT_EQ(dropdownTheme(), theme) << isDark << areSeparate;
+  }
+}
+
+TEST(Preferences, ImagesByName) {
+  const auto image = ZEVImageNamed("menubar-date-31.png");
+  ASSERT_NE(image, nullptr);
+  EXPECT_EQ(image->name(), "menubar-date-31");
+  EXPECT_GT(image->size().width, 0);
+  EXPECT_EQ(ZEVImageNamed("menubar-date-31.png"), image) << "read once and kept";
+  for (const char* name : {"", "menubar-date-32", "../Velmora.bundle/menubar-date-31"}) {
+    EXPECT_EQ(ZEVImageNamed(name), nullptr) << name;
+  }
+
+  auto& store = *ZEVPreferences_Time::sharedPreferences();
+  const auto kept = store.imageNamed("menubar-date");
+  ASSERT_NE(kept, nullptr);
+  kept->setName("renamed");
+  EXPECT_EQ(store.imageNamed("menubar-date"), kept);
+  EXPECT_EQ(kept->name(), "menubar-date") << "a hit gets its name again";
+  store.clearCache();
+  EXPECT_NE(store.imageNamed("menubar-date"), kept) << "images live in the cache of values";
+  EXPECT_EQ(store.imageNamed("no-such-picture"), nullptr);
+}
+
+}  // namespace

@@ -1,0 +1,145 @@
+#include "Targets/VelmoraTime/Classes/CalendarLeaf.h"
+
+#include <gtest/gtest.h>
+
+#include "Platform/AppKit/CairoGraphicsContext.h"
+#include "Platform/AppKit/RecordingGraphicsContext.h"
+#include "Platform/Foundation/CFPreferences.h"
+#include "Platform/Foundation/NSDistributedNotificationCenter.h"
+#include "Targets/Shared/ZEVPreferences.h"
+#include "Targets/VelmoraTime/Classes/VelmoraTimeMenuExtraView.h"
+#include "Tests/Targets/SimulatedTime.h"
+
+namespace {
+
+constexpr double November1 = utc(2026, 11, 1, 12);
+constexpr double October31 = utc(2026, 10, 31, 12);
+
+std::vector<DrawingRecord> draw(NSPoint point, std::string_view type, double time, bool white) {
+  RecordingGraphicsContext context;
+  const NSCurrentGraphicsContext current(context);
+  ZEVMenuExtraClockView_Time::drawCalendarAtPoint(
+      point, type, NSDate::dateWithTimeIntervalSince1970(time), white);
+  return context.records();
+}
+
+struct Leaf {
+  const char* type;
+  std::optional<NSColor> head;
+  friend std::ostream& operator<<(std::ostream& out, const Leaf& leaf) { return out << leaf.type; }
+};
+
+class CalendarLeaf : public testing::TestWithParam<Leaf> {};
+
+TEST_P(CalendarLeaf, HasPaperHeadAndNumber) {
+  for (const bool white : {false, true}) {
+    const auto parts = draw({7, 1}, GetParam().type, October31, white);
+    ASSERT_EQ(parts.size(), GetParam().head ? 3 : 2);
+    EXPECT_EQ(parts.front().name, "menubar-date");
+    EXPECT_EQ(parts.front().rect.origin, (NSPoint{7, 3}));
+    EXPECT_EQ(parts.back().name, "menubar-date-31") << "also on a dark bar";
+    EXPECT_EQ(parts.back().rect.origin, (NSPoint{7, 3}));
+    if (!GetParam().head) continue;
+    EXPECT_EQ(parts[1].kind, DrawingRecord::Kind::Path);
+    EXPECT_EQ(parts[1].rect, NSMakeRect(8, 16, 15, 4));
+    EXPECT_EQ(parts[1].color, *GetParam().head);
+  }
+}
+
+// No picture may spill over the 19 points that the clock leaves for it, or over the bar.
+TEST_P(CalendarLeaf, StaysInsideItsBoxAtEveryScale) {
+  for (const double scale : {1.0, 2.0}) {
+    BitmapSurface surface({40, 22}, scale);
+    {
+      const NSCurrentGraphicsContext current(surface.context());
+      drawCalendarLeaf({10, 0}, GetParam().type, 31, false);
+    }
+    int inked = 0;
+    for (int row = 0; row < surface.pixelHeight(); ++row) {
+      for (int column = 0; column < surface.pixelWidth(); ++column) {
+        if (surface.pixelAt(column, row).alphaComponent() == 0) continue;
+        ++inked;
+        const double x = column / scale;
+        const double y = row / scale;
+        EXPECT_TRUE(x >= 10 && x < 29 && y >= 1) << x << ", " << y << " at scale " << scale;
+      }
+    }
+    EXPECT_GT(inked, 150 * scale * scale) << "at scale " << scale;
+    if (!GetParam().head) continue;
+    // The head's middle, 17 points above the bar's lower edge.
+    const NSColor head = surface.pixelAt(static_cast<int>(18 * scale), static_cast<int>(5 * scale));
+    EXPECT_NEAR(head.redComponent(), GetParam().head->redComponent(), 0.01);
+    EXPECT_NEAR(head.greenComponent(), GetParam().head->greenComponent(), 0.01);
+    EXPECT_NEAR(head.blueComponent(), GetParam().head->blueComponent(), 0.01);
+  }
+}
+
+constexpr Leaf Leaves[] = {
+    {"___ICON__RED___", NSColor::colorWithDeviceRed(1.0, 0.254, 0.254, 1)},
+    {"___ICON__BLUE___", NSColor::colorWithDeviceRed(0.098, 0.58, 0.941, 1)},
+    {"___ICON__GEAPHITE___", NSColor::colorWithDeviceRed(0.568, 0.639, 0.768, 1)},
+    {"___ICON__GREEN___", NSColor::colorWithDeviceRed(0.513, 0.8, 0.113, 1)},
+    {"___ICON__ORANGE___", NSColor::colorWithDeviceRed(1.0, 0.462, 0.168, 1)},
+    {"___ICON__PINK___", NSColor::colorWithDeviceRed(1.0, 0.305, 1.0, 1)},
+    {"___ICON__BLACK___", NSColor::colorWithDeviceWhite(0.2, 1)},
+    {"___ICON__PLAIN___", std::nullopt},
+};
+
+INSTANTIATE_TEST_SUITE_P(Types, CalendarLeaf, testing::ValuesIn(Leaves));
+
+TEST(TransparentLeaf, HasWhitePartsOnADarkBar) {
+  for (const bool white : {false, true}) {
+    const auto parts = draw({7, 1}, "___ICON__TRANSPARENT___", November1, white);
+    ASSERT_EQ(parts.size(), 2) << "no head";
+    EXPECT_EQ(parts[0].name, white ? "menubar-date-transparent-white" : "menubar-date-transparent");
+    EXPECT_EQ(parts[0].rect.origin, (NSPoint{7, 3}));
+    EXPECT_EQ(parts[1].name, white ? "menubar-date-1-white" : "menubar-date-1") << "never padded";
+    EXPECT_EQ(parts[1].rect.origin, (NSPoint{7, 4}));
+  }
+}
+
+TEST(CalendarLeafPlace, RoundsThePicturesButNotTheHead) {
+  const auto parts = draw({7.25, 0.25}, "___ICON__RED___", October31, false);
+  ASSERT_EQ(parts.size(), 3);
+  EXPECT_EQ(parts[0].rect.origin, (NSPoint{7, 2.25}));
+  EXPECT_EQ(parts[1].rect, NSMakeRect(8.25, 15.25, 15, 4));
+  EXPECT_EQ(parts[2].rect.origin, (NSPoint{7, 2.25}));
+  EXPECT_EQ(draw({7.5, 0}, "___ICON__RED___", October31, false)[0].rect.origin.x, 8);
+}
+
+TEST(CalendarLeafDay, EveryDayHasItsPicture) {
+  for (int day = 1; day <= 31; ++day) {
+    for (const bool white : {false, true}) {
+      const auto parts =
+          draw({0, 0}, "___ICON__TRANSPARENT___", utc(2026, 10, static_cast<unsigned>(day)), white);
+      EXPECT_EQ(parts.size(), 2) << "a picture is missing for day " << day;
+    }
+  }
+}
+
+TEST(CalendarLeafDay, IsWhiteOnADarkBarAndUnderAnOpenMenu) {
+  struct Case {
+    bool isDark, isMenuDown, isWhite;
+  };
+  for (const auto& [isDark, isMenuDown, isWhite] :
+       {Case{false, false, false}, {false, true, true}, {true, false, true}}) {
+    VelmoraTimeMenuExtraView view;
+    view.loadConfig();
+    view.setIsMenuDown(isMenuDown);
+    if (isDark) {
+      ZEVPreferences_Time::sharedPreferences();
+      SimulatedTime time;
+      setPreferenceOverride("AppleInterfaceStyle", "Dark", ".GlobalPreferences");
+      NSDistributedNotificationCenter::defaultCenter().postNotification(
+          "AppleInterfaceThemeChangedNotification");
+      time.loop.runPending();
+    }
+    int64_t offset = 0;
+    const auto pieces = view.clockPieces(offset, October31, 1, {"___ICON__RED___"});
+    EXPECT_EQ(pieces[0].isWhite, isWhite);
+    EXPECT_EQ(pieces[0].text, "___ICON__RED___");
+    EXPECT_EQ(pieces[0].day, 31);
+  }
+}
+
+}  // namespace

@@ -1,0 +1,245 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "Platform/AppKit/RecordingGraphicsContext.h"
+#include "Platform/Foundation/CFPreferences.h"
+#include "Platform/SystemUIPlugin/NSMenuBarSlot.h"
+#include "Targets/Shared/ZEVPreferences.h"
+#include "Targets/VelmoraTime/Classes/VelmoraTime.h"
+#include "Targets/VelmoraTime/Classes/VelmoraTimeMenuExtraView.h"
+#include "Tests/Targets/SimulatedTime.h"
+
+namespace {
+
+constexpr const char* Red = "___ICON__RED___";
+constexpr const char* Moon = "___ICON__MOON__";
+
+class ClockDrawing : public testing::Test {
+ protected:
+  std::vector<ClockPiece> pieces(const ClockElements& list, double time = Saturday,
+                                 int64_t flash = 1) {
+    end = start;
+    return view->clockPieces(end, time, flash, list);
+  }
+
+  /// The pieces as text: runs in brackets, a shown separator as it is, a hidden one as "_", the
+  /// icons as "moon" and "leaf".
+  std::string layout(const ClockElements& list, int64_t flash = 1) {
+    std::string text;
+    for (const ClockPiece& piece : pieces(list, Saturday, flash)) {
+      switch (piece.kind) {
+        case ClockPiece::Kind::Text:
+          text += "[" + piece.text + "]";
+          break;
+        case ClockPiece::Kind::Separator:
+          text += piece.isVisible ? piece.text : "_";
+          break;
+        case ClockPiece::Kind::Moon:
+          text += "moon";
+          break;
+        case ClockPiece::Kind::Calendar:
+          text += "leaf";
+          break;
+      }
+    }
+    return text;
+  }
+
+  /// Whole points, as every width in the bar.
+  double width(const std::string& text) {
+    return std::ceil(sizeWithAttributes(text, view->percentageAttributes("text")).width);
+  }
+
+  void setFlashing() { ZEVSetBoolForKey("Time_MenubarFlashSeperators", true); }
+
+  std::shared_ptr<VelmoraTime> extra = std::make_shared<VelmoraTime>();
+  std::shared_ptr<VelmoraTimeMenuExtraView> view =
+      make<VelmoraTimeMenuExtraView>(NSMakeRect(0, 0, 20, 22), *extra);
+  int64_t start = 0;
+  int64_t end = 0;
+};
+
+TEST_F(ClockDrawing, AnEmptyListTakesNoPlace) {
+  for (start = 0; start < 10; start += 7) {
+    for (const ClockElements& list : {ClockElements{}, {"''"}, {"", "''"}}) {
+      EXPECT_TRUE(pieces(list).empty()) << "an empty text is no piece";
+      EXPECT_EQ(end, start);
+    }
+  }
+}
+
+TEST_F(ClockDrawing, IconsKeepTheirGaps) {
+  // A piece at the very start has no gap before it, and text behind an icon none of its own.
+  auto drawn = pieces({Moon, "HH"});
+  ASSERT_EQ(drawn.size(), 2);
+  EXPECT_EQ(drawn[0].point, (NSPoint{0, 3}));
+  EXPECT_EQ(drawn[1].point, (NSPoint{20, 3}));
+  EXPECT_EQ(end, 20 + width("15"));
+
+  drawn = pieces({"HH", Moon, Red, "HH"});
+  ASSERT_EQ(drawn.size(), 4);
+  const double moon = width("15") + 4;
+  EXPECT_EQ(drawn[1].point, (NSPoint{moon, 3}));
+  EXPECT_EQ(drawn[2].point, (NSPoint{moon + 24, 0}));
+  EXPECT_EQ(drawn[3].point, (NSPoint{moon + 24 + 19, 3}));
+
+  start = 5;
+  drawn = pieces({Red});
+  EXPECT_EQ(drawn[0].point, (NSPoint{9, 0}));
+  EXPECT_EQ(end, 28);
+  start = 0;
+  EXPECT_EQ(layout({"___ICON__MOON__BIG", "___ICON", "___HH"}), "moonleaf[___15]")
+      << "icons are known by their beginning; the rest goes to the formatter";
+}
+
+TEST_F(ClockDrawing, AHiddenSeparatorKeepsItsPlace) {
+  setFlashing();
+  const ClockElements list = {"h", "':'", "mm"};
+  EXPECT_EQ(layout(list, 1), "[3]:[04]");
+  const auto shown = pieces(list);
+  const int64_t shownEnd = end;
+  EXPECT_EQ(shown[1].point.x, width("3"));
+  EXPECT_EQ(shown[2].point.x, width("3") + width(":"));
+  for (const int64_t flash : {0, 2, -1}) {
+    EXPECT_EQ(layout(list, flash), "[3]_[04]");
+    EXPECT_EQ(pieces(list, Saturday, flash)[2].point, shown[2].point);
+    EXPECT_EQ(end, shownEnd);
+  }
+}
+
+TEST_F(ClockDrawing, OnlySeparatorsBehindTheTimeFlash) {
+  struct Case {
+    ClockElements list;
+    const char* flashing;
+    const char* steady;
+  };
+  const Case cases[] = {
+      {{"mm", "':'", "ss", "':'", "d"}, "[04]_[05:21]", "[04:05:21]"},
+      {{"d", "':'", "h"}, "[21:3]", "[21:3]"},
+      {{"h", "' '", "':'"}, "[3 ]_", "[3 :]"},
+      {{"HH", "'.'", "m", "'.'"}, "[15]_[4]_", "[15.4.]"},
+      {{"a", "':'"}, "[PM]_", "[PM:]"},
+      {{"aa", "':'"}, "[P:]", "[P:]"},
+      {{"h", "aaa", "':'"}, "[3p]_", "[3p:]"},
+      {{"d", "aa", "':'"}, "[21P:]", "[21P:]"},
+      {{"h", ":", "':'"}, "[3::]", "[3::]"},
+      {{"h", "w", "':'"}, "[347]_", "[347:]"},
+      {{"h", "__DAY_SUFFIX__", "':'"}, "[3st]_", "[3st:]"},
+      {{"h", Moon, "':'"}, "[3]moon_", "[3]moon[:]"},
+      {{"h", "':'", "h", "':'"}, "[3]_[04]_", "[3:04:]"},
+      {{"h", "' : '", "mm"}, "[3 : 04]", "[3 : 04]"},
+      {{"yyyy", "':'", "MMM", "':'"}, "[2026:Nov:]", "[2026:Nov:]"},
+  };
+  for (const auto& [list, flashing, steady] : cases)
+    EXPECT_EQ(layout(list, 0), steady);
+  setFlashing();
+  for (const auto& [list, flashing, steady] : cases)
+    EXPECT_EQ(layout(list, 0), flashing);
+}
+
+TEST_F(ClockDrawing, ElementsReadAsInOtherClocks) {
+  EXPECT_EQ(layout({"__RELATIVE_DAY__", "' '", "__DAY_SUFFIX_UPPER__", "' '", "FUZZY"}),
+            "[Today ST five past three]");
+  EXPECT_EQ(layout({"EEEE", "' '", "EEE", "hh", "'o'", "hh", "a"}), "[Saturday Sat03o04PM]");
+  const SimulatedTime sunday(utc(2026, 11, 22));
+  EXPECT_EQ(layout({"__DAY_MTWRFSU__"}), "[U]") << "the present day's, whatever is drawn";
+  EXPECT_THROW(pieces({"'"}), std::out_of_range);
+}
+
+// Here the week turns at midnight UTC, wherever the clock stands.
+TEST_F(ClockDrawing, WeekTurnsAtUtcMidnight) {
+  ZEVSetIntegerForKey("Time_WeekNumberFormat", 1);
+  const SimulatedTime now(utc(2027, 1, 4));
+  for (const char* zone : {"Pacific/Kiritimati", "Pacific/Pago_Pago", "Asia/Kolkata"}) {
+    NSTimeZone::setSystemTimeZone(NSTimeZone::timeZoneWithName(zone));
+    EXPECT_EQ(pieces({"w"}, utc(2027, 1, 3, 23, 59, 59))[0].text, "53") << zone;
+    EXPECT_EQ(pieces({"w"}, utc(2027, 1, 4))[0].text, "1") << zone;
+  }
+  NSTimeZone::setSystemTimeZone(std::nullopt);
+}
+
+TEST_F(ClockDrawing, TextAndLeafFollowTheSystemsZone) {
+  NSTimeZone::setSystemTimeZone(NSTimeZone::timeZoneWithName("Asia/Tokyo"));
+  const auto drawn = pieces({"d", "' '", "HH", Red}, utc(2026, 11, 30, 15));
+  EXPECT_EQ(drawn[0].text, "1 00");
+  EXPECT_EQ(drawn[1].day, 1);
+  EXPECT_EQ(pieces({Red}, utc(2026, 11, 30, 14, 59, 59))[0].day, 30);
+  NSTimeZone::setSystemTimeZone(std::nullopt);
+}
+
+TEST_F(ClockDrawing, TextStandsByItsSize) {
+  for (const auto& [size, y] :
+       {std::pair{7, 3.0}, {8, 6.0}, {10, 4.0}, {13, 3.0}, {15, 2.0}, {16, 1.0}, {17, 3.0}}) {
+    ZEVSetIntegerForKey("Time_TextSize", size);
+    setFlashing();
+    for (const ClockPiece& piece : pieces({"h", "':'", "mm"}))
+      EXPECT_EQ(piece.point.y, y) << size;
+  }
+}
+
+TEST_F(ClockDrawing, ARunIsDrawnInOneCall) {
+  ZEVSetObjectForKey("Time_TextColor", "0 0 1 1");
+  RecordingGraphicsContext context;
+  {
+    const NSCurrentGraphicsContext current(context);
+    EXPECT_EQ(view->drawTimeAtOffset(2, Saturday, 0, {"EE", "' '", "HH", ":", "mm"}),
+              2 + width("Sat 15:04"));
+    setFlashing();
+    view->drawTimeAtOffset(0, Saturday, 0, {"h", "':'", "mm"});
+  }
+  ASSERT_EQ(context.records().size(), 3) << "a hidden separator is not drawn";
+  const DrawingRecord& run = context.records()[0];
+  EXPECT_EQ(run.name, "Sat 15:04");
+  EXPECT_EQ(run.rect.origin, (NSPoint{2, 3}));
+  EXPECT_EQ(run.color, NSColor::colorWithDeviceRed(0, 0, 1, 1));
+  EXPECT_TRUE(run.hasShadow);
+  EXPECT_EQ(context.joinedText(), "Sat 15:04304");
+}
+
+TEST_F(ClockDrawing, TheTickStampsTheTimeAndTurnsThePhase) {
+  ZEVSetObjectForKey("Time_MenubarFormat", PropertyList::Array{"HH", "':'", "mm", "':'", "ss"});
+  setFlashing();
+  SimulatedTime time(Saturday + 0.25);
+  EXPECT_EQ(view->flashState(), 0);
+  for (const auto* text : {"15:04:05", "150406", "15:04:07"}) {
+    view->update();
+    EXPECT_EQ(view->time(), time.now()) << "not cut to the second";
+    RecordingGraphicsContext context;
+    const NSCurrentGraphicsContext current(context);
+    view->drawAtOffset(0);
+    EXPECT_EQ(context.joinedText(), text);
+    time.clock.advanceMicroseconds(1'000'000);
+  }
+}
+
+TEST_F(ClockDrawing, ASettingOfAWrongKindDrawsNothingAndSaysWhy) {
+  for (const PropertyList& wrong :
+       {PropertyList("HH:mm"), PropertyList(PropertyList::Array{"HH", 5}),
+        PropertyList(PropertyList::Array{PropertyList::Array{}})}) {
+    ZEVSetObjectForKey("Time_MenubarFormat", wrong);
+    try {
+      view->drawAtOffset(0);
+      ADD_FAILURE() << wrong.kindName();
+    } catch (const std::invalid_argument& error) {
+      EXPECT_NE(std::string(error.what()).find("Time_MenubarFormat"), std::string::npos);
+    }
+  }
+  // The bar goes on, and a mended setting shows at the next draw.
+  SimulatedTime time;
+  NSMenuBarSlot slot;
+  slot.setExtra(extra);
+  extra->init(slot, NSBundle());
+  time.loop.runPending();
+  RecordingGraphicsContext faulty;
+  slot.draw(faulty);
+  EXPECT_EQ(slot.length(), 20) << "the width from before the start";
+  ZEVSetObjectForKey("Time_MenubarFormat", PropertyList::Array{"HH"});
+  RecordingGraphicsContext mended;
+  slot.draw(mended);
+  EXPECT_EQ(mended.joinedText(), "15");
+  EXPECT_EQ(slot.length(), width("15"));
+  extra->willUnload();
+}
+
+}  // namespace

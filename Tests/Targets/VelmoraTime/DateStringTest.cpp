@@ -1,0 +1,270 @@
+#include <gtest/gtest.h>
+
+#include <array>
+
+#include "Platform/Foundation/CFPreferences.h"
+#include "Targets/Shared/ZEVPreferences.h"
+#include "Targets/VelmoraTime/Classes/NSDateOrdinalDays.h"
+#include "Targets/VelmoraTime/Classes/ZEVDateAndTimeUtilities.h"
+#include "Tests/Targets/SimulatedTime.h"
+
+namespace {
+
+struct Place {
+  const char* locale = "en_US";
+  const char* zone = "UTC";
+};
+
+std::string shown(const ClockElements& elements, double time, Place place = {}) {
+  NSDateFormatter formatter;
+  formatter.setLocale(NSLocale::localeWithLocaleIdentifier(place.locale));
+  formatter.setTimeZone(*NSTimeZone::timeZoneWithName(place.zone));
+  return dateString(elements, formatter, time);
+}
+
+TEST(DateString, EachElementAlone) {
+  struct Case {
+    const char* element;
+    const char* text;
+  };
+  // Of Saturday, 2026-11-21 15:04:05 UTC; its ISO week is 47, its Sunday week too (January 1 was a
+  // Thursday).
+  const Case cases[] = {{"__RELATIVE_DAY__", "Today"},
+                        {"__DAY_SUFFIX__", "st"},
+                        {"__DAY_SUFFIX_UPPER__", "ST"},
+                        {"FUZZY", "five past three"},
+                        {"FUZZY_CLOCK", "five past three"},
+                        {"aaa", "p"},
+                        {"aa", "P"},
+                        {"a", "PM"},
+                        {"w", "47"},
+                        {"ww", "47"},
+                        {"' '", " "},
+                        {"''", ""},
+                        {"'at'", "at"},
+                        {"'o''clock'", "o''clock"},
+                        {"h", "3"},
+                        {"hh", "03"},
+                        {"H", "15"},
+                        {"HH", "15"},
+                        {"m", "4"},
+                        {"mm", "04"},
+                        {"ss", "05"},
+                        {"d", "21"},
+                        {"MMM", "Nov"},
+                        {":", ":"},
+                        {" ", " "},
+                        {"", ""},
+                        {"h:mm a", "3:04 PM"},
+                        {"h 'o''clock' aa", "3 o'clock P"},
+                        {"haa", "3P"},
+                        {"E", "Sat"},
+                        {"EE", "Sat"},
+                        {"EEE", "Sat"},
+                        {"EEEE", "Saturday"},
+                        {"EEEEE", "S"},
+                        {"EEE EE EEEE d", "Sat Sat Saturday 21"}};
+  for (const auto& [element, text] : cases)
+    EXPECT_EQ(shown({element}, Saturday), text) << element;
+  EXPECT_EQ(shown({}, Saturday), "");
+}
+
+// CLDR 42: Finnish weekdays have a form of their own inside dates ("lauantaina", on Saturday),
+// which a clock must not show.
+TEST(DateString, WeekdaysStandAlone) {
+  EXPECT_EQ(shown({"EEEE"}, Saturday, {"fi_FI"}), "lauantai");
+  EXPECT_EQ(shown({"EEEE d"}, Saturday, {"fi_FI"}), "lauantai 21");
+}
+
+TEST(DateString, WeekdayLetterIsTodaysNotTheTimes) {
+  constexpr std::string_view Letters = "UMTWRFS";
+  SimulatedTime time(utc(2026, 11, 15, 23, 59, 59));  // A Sunday.
+  for (size_t day = 0; day < 7; ++day) {
+    EXPECT_EQ(shown({"__DAY_MTWRFSU__"}, 0), Letters.substr(day, 1));
+    time.clock.advanceMicroseconds(86'400'000'000);
+  }
+}
+
+// AM/PM markers of CLDR 42.
+TEST(DateString, MarkersInSeveralLanguages) {
+  struct Case {
+    const char* locale;
+    std::array<const char*, 3> morning, evening;  // aaa, aa, a.
+  };
+  const Case cases[] = {{"en_US", {"a", "A", "AM"}, {"p", "P", "PM"}},
+                        {"de_DE", {"a", "A", "AM"}, {"p", "P", "PM"}},
+                        {"ja_JP", {"午", "午", "午前"}, {"午", "午", "午後"}},
+                        {"ar_EG", {"ص", "ص", "ص"}, {"م", "م", "م"}}};
+  const std::array<const char*, 3> elements = {"aaa", "aa", "a"};
+  for (const auto& [locale, morning, evening] : cases) {
+    SCOPED_TRACE(locale);
+    for (size_t index = 0; index < 3; ++index) {
+      EXPECT_EQ(shown({elements[index]}, Saturday - 6 * 3600, {locale}), morning[index]);
+      EXPECT_EQ(shown({elements[index]}, Saturday, {locale}), evening[index]);
+    }
+  }
+}
+
+// Digits and words of CLDR 42. Hours of a 12-hour clock are counted anew, in ASCII digits.
+TEST(DateString, ListsInSeveralLanguages) {
+  const ClockElements list = {"EEEE", "' '", "d", ". ", "MMMM", "' '", "HH", ":", "mm"};
+  EXPECT_EQ(shown(list, Saturday, {"en_US"}), "Saturday 21. November 15:04");
+  EXPECT_EQ(shown(list, Saturday, {"de_DE"}), "Samstag 21. November 15:04");
+  EXPECT_EQ(shown(list, Saturday, {"ja_JP"}), "土曜日 21. 11月 15:04");
+  EXPECT_EQ(shown(list, Saturday, {"ar_EG"}), "السبت ٢١. نوفمبر ١٥:٠٤");
+  EXPECT_EQ(shown({"hh", ":", "mm"}, Saturday, {"ar_EG"}), "03:٠٤");
+}
+
+TEST(DateString, TwelveHourDial) {
+  struct Case {
+    int hour;
+    const char* h;
+    const char* hh;
+  };
+  for (const auto& [hour, h, hh] : {Case{0, "12", "12"},
+                                    {1, "1", "01"},
+                                    {9, "9", "09"},
+                                    {10, "10", "10"},
+                                    {12, "12", "12"},
+                                    {13, "1", "01"},
+                                    {22, "10", "10"},
+                                    {23, "11", "11"}}) {
+    EXPECT_EQ(shown({"h"}, hour * 3600.0), h);
+    EXPECT_EQ(shown({"hh"}, hour * 3600.0), hh);
+  }
+  struct Text {
+    const char* text;
+    const char* element;
+    const char* hour;
+  };
+  for (const auto& [text, element, hour] : {Text{"0", "hh", "12"},
+                                            {"13", "h", "1"},
+                                            {"9", "hh", "09"},
+                                            {"9", "h", "9"},
+                                            {"12", "h", "12"},
+                                            {"24", "hh", "12"},
+                                            {"", "hh", "12"},
+                                            {"noon", "h", "12"},
+                                            {"٠٩", "hh", "09"}}) {
+    EXPECT_EQ(validateHourString(text, element), hour) << text;
+  }
+}
+
+// In a list without minutes the second hour shows them; "H" is none of the hours that count.
+TEST(DateString, SecondHourShowsTheMinutes) {
+  struct Case {
+    ClockElements list;
+    const char* text;
+  };
+  const double time = utc(2026, 11, 21, 9, 41);
+  for (const auto& [list, text] : {Case{{"h", "':'", "h"}, "9:41"},
+                                   {{"H", "':'", "H"}, "9:9"},
+                                   {{"HH", "':'", "HH"}, "09:41"},
+                                   {{"hh", "h", "HH"}, "094141"},
+                                   {{"H", "h", "h"}, "9941"},
+                                   {{"h", "h", "m"}, "9941"},
+                                   {{"h", "h", "mm"}, "9941"},
+                                   {{"h", "h", "mm:"}, "94141:"}}) {
+    EXPECT_EQ(shown(list, time), text);
+  }
+}
+
+TEST(DateString, ALoneApostropheRaises) {
+  EXPECT_THROW(shown({"HH", "'"}, Saturday), std::out_of_range);
+  EXPECT_EQ(shown({"'ö'"}, Saturday), "ö");
+  EXPECT_EQ(shown({"'a"}, Saturday), "") << "the last character goes unseen";
+}
+
+// Worked out with Python's zoneinfo (tzdata 2026f): half-hour zones, days on which clocks change, a
+// skipped day, and rules that go on to the end of the century.
+TEST(DateString, ZonesFrom1970To2100) {
+  struct Case {
+    double time;
+    const char* zone;
+    const char* text;
+  };
+  const Case cases[] = {
+      {utc(1970, 1, 1), "Asia/Kolkata", "1970-01-01 05:30:00"},
+      {utc(1970, 6, 1, 12), "Europe/London", "1970-06-01 13:00:00"},
+      {utc(1999, 12, 31, 23, 59, 59), "UTC", "1999-12-31 23:59:59"},
+      {utc(2000, 2, 29, 12), "Asia/Tokyo", "2000-02-29 21:00:00"},
+      {utc(2011, 12, 30, 9, 59, 59), "Pacific/Apia", "2011-12-29 23:59:59"},
+      {utc(2011, 12, 30, 10), "Pacific/Apia", "2011-12-31 00:00:00"},
+      {utc(2026, 1, 1, 10, 15), "Pacific/Chatham", "2026-01-02 00:00:00"},
+      {utc(2026, 3, 8, 6, 59, 59), "America/New_York", "2026-03-08 01:59:59"},
+      {utc(2026, 3, 8, 7), "America/New_York", "2026-03-08 03:00:00"},
+      {utc(2026, 4, 4, 14, 59, 59), "Australia/Lord_Howe", "2026-04-05 01:59:59"},
+      {utc(2026, 4, 4, 15), "Australia/Lord_Howe", "2026-04-05 01:30:00"},
+      {utc(2026, 7, 1, 10, 15), "Pacific/Chatham", "2026-07-01 23:00:00"},
+      {utc(2026, 7, 1, 12), "Asia/Kathmandu", "2026-07-01 17:45:00"},
+      {utc(2026, 11, 1, 5, 30), "America/New_York", "2026-11-01 01:30:00"},
+      {utc(2026, 11, 1, 6, 30), "America/New_York", "2026-11-01 01:30:00"},
+      {utc(2026, 11, 21, 23, 30), "Pacific/Kiritimati", "2026-11-22 13:30:00"},
+      {utc(2100, 7, 1, 12), "Europe/London", "2100-07-01 13:00:00"},
+      {utc(2100, 12, 31, 23, 59, 59), "America/St_Johns", "2100-12-31 20:29:59"},
+  };
+  for (const auto& [time, zone, text] : cases) {
+    EXPECT_EQ(shown({"yyyy", "-", "MM", "-", "dd", "' '", "HH", ":", "mm", ":", "ss"}, time,
+                    {"en_US", zone}),
+              text)
+        << zone;
+  }
+}
+
+// The week of the local date, where UTC is already, or still, in another year's week. ISO weeks:
+// Python's isocalendar. Sunday weeks counted by hand: the one of January 1 is the first.
+TEST(DateString, WeekOfTheLocalDate) {
+  struct Case {
+    double time;
+    const char* zone;
+    const char* isoWeek;
+    const char* sundayWeek;
+  };
+  const Case cases[] = {
+      {utc(2026, 12, 27, 12), "UTC", "52", "1"},                 // Sunday, December 27.
+      {utc(2026, 12, 26, 12), "UTC", "52", "52"},                // Saturday, December 26.
+      {utc(2026, 12, 26, 11), "Pacific/Kiritimati", "52", "1"},  // Sunday, December 27, 01:00.
+      {utc(2027, 1, 3, 12), "UTC", "53", "2"},                   // Sunday, January 3.
+      {utc(2027, 1, 3, 12), "Pacific/Kiritimati", "1", "2"},     // Monday, January 4, 02:00.
+      {utc(2027, 1, 4, 5), "UTC", "1", "2"},                     // Monday, January 4.
+      {utc(2027, 1, 4, 5), "Pacific/Pago_Pago", "53", "2"},      // Sunday, January 3, 18:00.
+      {utc(2027, 1, 3, 5), "Pacific/Pago_Pago", "53", "1"},      // Saturday, January 2, 18:00.
+  };
+  const SimulatedTime now(utc(2027, 1, 1));
+  // Back and forth: the calendar is adjusted in place at each call.
+  for (const int format : {1, 0, 1, 7}) {
+    ZEVSetIntegerForKey("Time_WeekNumberFormat", format);
+    for (const auto& [time, zone, isoWeek, sundayWeek] : cases) {
+      EXPECT_EQ(shown({"w"}, time, {"en_US", zone}), format == 1 ? isoWeek : sundayWeek)
+          << zone << " " << NSDate::dateWithTimeIntervalSince1970(time).description();
+    }
+  }
+}
+
+// The offset is that of the present instant: in July New York is an hour nearer to UTC.
+TEST(DateString, WeekUsesThePresentOffset) {
+  const double time = utc(2027, 1, 4, 4, 30);
+  ZEVSetIntegerForKey("Time_WeekNumberFormat", 1);
+  {
+    const SimulatedTime winter(utc(2027, 1, 10));
+    EXPECT_EQ(shown({"w"}, time, {"en_US", "America/New_York"}), "53") << "Sunday, 23:30";
+  }
+  const SimulatedTime summer(utc(2027, 7, 10));
+  EXPECT_EQ(shown({"w"}, time, {"en_US", "America/New_York"}), "1") << "as if Monday, 00:30";
+}
+
+TEST(DateString, OrdinalSuffixes) {
+  for (int day = -1; day <= 101; ++day) {
+    const char* suffix = day == 1 || day == 21 || day == 31 ? "st"
+                         : day == 2 || day == 22            ? "nd"
+                         : day == 3 || day == 23            ? "rd"
+                                                            : "th";
+    EXPECT_EQ(ordinalSuffixFromDay(day), suffix) << day;
+  }
+  // The day is that of the system's zone.
+  NSTimeZone::setSystemTimeZone(NSTimeZone::timeZoneWithName("Asia/Tokyo"));
+  EXPECT_EQ(shown({"d", "__DAY_SUFFIX__"}, utc(2026, 11, 21, 23), {"en_US", "Asia/Tokyo"}), "22nd");
+  NSTimeZone::setSystemTimeZone(std::nullopt);
+}
+
+}  // namespace

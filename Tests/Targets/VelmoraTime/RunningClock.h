@@ -1,0 +1,48 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "Platform/Foundation/NSDistributedNotificationCenter.h"
+#include "Targets/VelmoraTime/Classes/VelmoraTime.h"
+#include "Targets/VelmoraTime/Classes/VelmoraTimeMenuExtraView.h"
+#include "Targets/VelmoraTime/Classes/ZEVTimeModule.h"
+#include "Tests/Targets/Shared/FakeExtra.h"
+#include "Tests/Targets/SimulatedTime.h"
+
+/// The Time extra in a slot, started at a moment of simulated time and followed by a delegate.
+class RunningClock : public ZEVModuleDelegate {
+ public:
+  explicit RunningClock(double now) : time(now) {
+    slot.setExtra(extra);
+    extra->init(slot, NSBundle());
+    // The extra starts with the first pass of its clock.
+    time.loop.runPending();
+    module().addDelegate(*this);
+  }
+
+  void update() override {
+    if (onTick) onTick();
+  }
+  void updateSize() override {
+    if (onSize) onSize();
+  }
+
+  ZEVTimeModule_Time& module() {
+    return static_cast<ZEVTimeModule_Time&>(*extra->modules()->front());
+  }
+  VelmoraTimeMenuExtraView& view() {
+    return static_cast<VelmoraTimeMenuExtraView&>(*module().view());
+  }
+
+  void post(const char* name, const PropertyList::Dictionary& userInfo = {}) {
+    NSDistributedNotificationCenter::defaultCenter().postNotification(name, userInfo);
+    time.loop.runPending();
+  }
+
+  std::function<void()> onTick;
+  std::function<void()> onSize;
+  SimulatedTime time;
+  FakeSlot slot;
+  std::shared_ptr<VelmoraTime> extra = std::make_shared<VelmoraTime>();
+};

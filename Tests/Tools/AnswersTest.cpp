@@ -1,0 +1,256 @@
+// What the program answers to good calls, to the letter.
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "Tests/Support/TestEnvironment.h"
+#include "Tests/Tools/Timectl.h"
+
+namespace {
+
+using Json = nlohmann::json;
+
+/// 2026-11-21, a Saturday.
+const std::string Now = "2026-11-21T15:04:05.25Z";
+
+struct Call {
+  std::vector<std::string> arguments;
+  std::string answer;
+};
+
+void expectAnswers(const std::vector<Call>& calls) {
+  for (const auto& [arguments, answer] : calls) {
+    const auto result = timectl(arguments);
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.output, answer + "\n");
+    EXPECT_EQ(result.errors, "");
+    if (testing::Test::HasFailure()) FAIL() << testing::PrintToString(arguments);
+  }
+}
+
+// All are 2027-01-01 00:00 UTC, a Friday: of week 53 of 2026 by the ISO rule (Python's
+// isocalendar), of the first week where weeks start on Sunday and the first holds January 1.
+TEST(Answers, InstantsAreReadInEveryForm) {
+  std::vector<Call> calls;
+  for (const char* instant :
+       {"2027-01-01T00:00:00Z", "2027-01-01T00:00Z", "2027-01-01 00:00:00.000Z",
+        "2026-12-31T19:00:00-05:00", "2027-01-01T05:45+0545", "2027-01-01T14:00:00+14",
+        "1798761600", "1798761600.0", "+1.7987616e9"}) {
+    calls.push_back({{"week", "--time", instant}, R"({"week":"1"})"});
+    calls.push_back({{"--locale", "de_DE", "week", "--time", instant}, R"({"week":"53"})"});
+  }
+  expectAnswers(calls);
+  expectAnswers({
+      {{"week", "--time", "2026-12-26T23:59:59.999Z"}, R"({"week":"52"})"},
+      {{"week", "--time=2026-12-27T00:00:00Z"}, R"({"week":"1"})"},
+      {{"week", "--time", "-0.001"}, R"({"week":"1"})"},
+      {{"--set", "Time_WeekNumberFormat=1", "week", "--time", "-86400.5"}, R"({"week":"1"})"},
+      {{"week", "--time", "0", "--time", "2026-12-26T00:00:00Z"}, R"({"week":"52"})"},
+  });
+}
+
+// Zones: Python's zoneinfo. Words and markers: CLDR 42.
+TEST(Answers, Format) {
+  const auto call = [](const char* locale, const char* time, const char* zone, const char* elements,
+                       const char* text) {
+    return Call{{"--locale", locale, "--now", Now, "format", "--time", time, "--zone", zone,
+                 "--elements", elements},
+                std::string(R"({"text":")") + text + "\"}"};
+  };
+  const char* time = "2026-07-01T12:34:56Z";
+  expectAnswers({
+      call("en_US", time, "America/New_York", R"(["EE","' '","h","':'","mm","aaa"])", "Wed 8:34a"),
+      call("en_US", time, "Asia/Kathmandu", R"(["HH",":","mm",":","ss"])", "18:19:56"),
+      call("en_US", time, "UTC", R"(["__RELATIVE_DAY__","' '","__DAY_MTWRFSU__"])", "Today S"),
+      call("en_US", time, "UTC", R"(["MMMM"," ","d","__DAY_SUFFIX__"])", "July 1st"),
+      call("en_US", time, "UTC", R"(["FUZZY"])", "twentyfive to one"),
+      call("en_US", time, "UTC", R"(["'say \"hi\"'"])", R"(say \"hi\")"),
+      call("en_US", time, "UTC", "[]", ""),
+      call("de_DE", time, "Europe/Berlin", R"(["EEEE","', '","d",". ","MMMM"])",
+           "Mittwoch, 1. Juli"),
+      call("de_DE.UTF-8@euro", time, "Europe/Berlin", R"(["MMMM"])", "Juli"),
+      call("ja_JP", time, "Asia/Tokyo", R"(["EEEE","aa","h"])", "水曜日午9"),
+      call("ar_EG", time, "Africa/Cairo", R"(["HH",":","mm"])", "١٥:٣٤"),
+      call("en_US", "-1", "UTC", R"(["yyyy","'/'","ss"])", "1969/59"),
+  });
+  expectAnswers({{{"--set", "language=\"fr\"", "format", "--time", time, "--zone", "UTC",
+                   "--elements", R"(["MMMM"])"},
+                  R"({"text":"juillet"})"}});
+}
+
+TEST(Answers, DropdownTimeFormat) {
+  expectAnswers({
+      {{"dropdown-time-format"}, R"(["h","':'","mm ","a"])"},
+      {{"--locale", "de_DE", "dropdown-time-format"}, R"(["H","':'","mm"])"},
+      {{"--set", R"(Time_DropdownFormat=["EE","HH","'.'","mm","' '"])", "dropdown-time-format"},
+       R"(["HH","'.'","mm"])"},
+  });
+}
+
+TEST(Answers, Menubar) {
+  const auto call = [](std::vector<std::string> globals, const char* elements, const char* answer) {
+    globals.insert(globals.end(),
+                   {"--now", Now, "menubar", "--flash", "1", "--elements", elements});
+    return Call{globals, answer};
+  };
+  expectAnswers({
+      call({}, "[]", R"({"pieces":[],"texts":"","width":4})"),
+      call({}, R"(["''"])", R"({"pieces":[],"texts":"","width":4})"),
+      call({}, R"(["___ICON__RED___"])",
+           R"({"pieces":[{"kind":"calendar","type":"___ICON__RED___","day":21,"white":false,)"
+           R"("x":0,"y":0}],"texts":"","width":19})"),
+      call({"--dark", "--system-zone", "Pacific/Kiritimati"}, R"(["___ICON__MOON__","___ICON"])",
+           R"({"pieces":[{"kind":"moon","x":0,"y":3},{"kind":"calendar","type":"___ICON","day":22,)"
+           R"("white":true,"x":24,"y":0}],"texts":"","width":43})"),
+  });
+}
+
+// Widths of text depend on the machine's fonts; what holds on all of them does not.
+TEST(Answers, MenubarTextAndItsHiddenSeparator) {
+  Json drawn[2];
+  for (const int flash : {0, 1}) {
+    const auto result =
+        timectl({"--now", Now, "--system-zone", "Asia/Tokyo", "--set", "Time_TextSize=8", "--set",
+                 "Time_MenubarFlashSeperators=1", "menubar", "--flash", std::to_string(flash),
+                 "--elements", R"(["HH","':'","mm"])"});
+    ASSERT_EQ(result.status, 0) << result.errors;
+    drawn[flash] = Json::parse(result.output);
+  }
+  EXPECT_EQ(drawn[0]["texts"], "00:04");
+  EXPECT_EQ(drawn[0]["pieces"][0], Json::parse(R"({"kind":"text","text":"00","x":0,"y":6})"));
+  EXPECT_EQ(drawn[0]["pieces"][1]["visible"], false);
+  EXPECT_GT(drawn[0]["pieces"][2]["x"], drawn[0]["pieces"][1]["x"]);
+  EXPECT_GT(drawn[0]["width"], drawn[0]["pieces"][2]["x"]);
+  drawn[0]["pieces"][1]["visible"] = true;
+  EXPECT_EQ(drawn[0], drawn[1]) << "nothing else changes with the phase";
+}
+
+TEST(Answers, NumbersAreInTheShortestForm) {
+  const std::pair<const char*, const char*> numbers[] = {
+      {"0.1", "0.1"},
+      {"1.0", "1"},
+      {"0.30000000000000004", "0.30000000000000004"},
+      {"1e21", "1e21"},
+      {"1.5E-7", "1.5e-7"},
+      {"5e-324", "5e-324"},
+      {"-2.50", "-2.5"},
+      {"9007199254740993", "9007199254740993"},
+      {"-0.0", "-0"},
+      {"true", "true"},
+      {"[1,2.0,\"x\"]", "[1,2,\"x\"]"},
+      {"{\"b\":{},\"a\":[]}", "{\"a\":[],\"b\":{}}"},
+      {"\"caf\\u00e9\\n\"", "\"café\\n\""}};
+  for (const auto& [given, shown] : numbers) {
+    expectAnswers({{{"--set", std::string("Key=") + given, "defaults", "read", "Key"},
+                    std::string(R"({"key":"Key","value":)") + shown + R"(,"source":"stored"})"}});
+  }
+}
+
+TEST(Answers, Fuzzy) {
+  // 03:23 in New York. The spellings are two on purpose.
+  const std::vector<std::string> call = {"--system-zone", "America/New_York",     "fuzzy",
+                                         "--time",        "2026-11-21T08:23:00Z", "--copy"};
+  for (const auto& [copy, text] :
+       {std::pair{"utilities", "twentyfive past three"}, {"menubar", "twenty five past three"}}) {
+    auto arguments = call;
+    arguments.emplace_back(copy);
+    expectAnswers({{arguments, std::string(R"({"text":")") + text + "\"}"}});
+  }
+}
+
+double answeredNumber(const std::vector<std::string>& arguments, const char* key) {
+  const auto result = timectl(arguments);
+  EXPECT_EQ(result.status, 0) << result.errors;
+  return Json::parse(result.output).at(key).get<double>();
+}
+
+// The commands pass their arguments on in the right places; the values have tests of their own.
+TEST(Answers, Astronomy) {
+  // NOAA Solar Calculator: at the June solstice of 2026 the Sun rises over Sydney at 07:00 and sets
+  // over Denver at 20:31 local time.
+  const auto at = [](const char* command, const char* date, const char* zone, const char* latitude,
+                     const char* longitude) {
+    return std::vector<std::string>{command, "--date", date,    "--zone", zone,
+                                    "--lat", latitude, "--lon", longitude};
+  };
+  constexpr double Minutes = 60;
+  EXPECT_NEAR(
+      answeredNumber(at("sun", "2026-06-21T02:00:00Z", "Australia/Sydney", "-33.87", "151.21"),
+                     "rise-sun"),
+      1781989200, 2 * Minutes);
+  EXPECT_NEAR(
+      answeredNumber(at("sun", "2026-06-21T18:00:00Z", "America/Denver", "39.74", "-104.99"),
+                     "set-sun"),
+      1782095460, 2 * Minutes);
+  // USNO, Phases of the Moon 2026: full on November 24 at 14:53 UTC, last quarter on December 1.
+  const auto phases =
+      Json::parse(timectl({"phases", "--date", "2026-11-21T00:00:00Z", "--count", "2"}).output);
+  ASSERT_EQ(phases.size(), 2);
+  EXPECT_NEAR(phases[0]["time"].get<double>(), 1795532003, 10 * Minutes);
+  EXPECT_EQ(Json::parse(timectl({"phase", "--date", "2026-11-21T00:00:00Z"}).output)["name"],
+            "Waxing Gibbous");
+  EXPECT_EQ(answeredNumber({"night-path", "--row", "364"}, "row"), 364);
+  // The almanac stands on a fixed date: only the time of day moves it.
+  EXPECT_NEAR(
+      answeredNumber({"ephemeris", "--date", "2026-11-21T12:00:00Z", "--repeat", "3"}, "JD"),
+      1721028, 1e-6);
+}
+
+TEST(Answers, HelpAndVersion) {
+  const auto help = timectl({"--help"});
+  EXPECT_EQ(help.status, 0);
+  std::istringstream lines(help.output.substr(help.output.find("\nCommands")));
+  std::string line;
+  std::getline(lines, line);
+  int commands = -1;
+  for (std::getline(lines, line); std::getline(lines, line); ++commands) {
+    const std::string command = line.substr(2, line.find(' ', 2) - 2);
+    const auto own = timectl({command, "--help"});
+    EXPECT_EQ(own.status, 0) << command;
+    EXPECT_TRUE(own.output.starts_with("Usage: velmora-timectl [GLOBAL OPTIONS] " + command))
+        << own.output;
+    EXPECT_EQ(own.errors, "");
+  }
+  EXPECT_GE(commands, 6);
+  EXPECT_EQ(timectl({"--version"}).output, "velmora-timectl " VELMORA_VERSION "\n");
+}
+
+void writeTranslation(const std::filesystem::path& prefix, const std::string& language,
+                      const std::string& today) {
+  const auto folder = prefix / "lib/velmora5/VelmoraTime.bundle" / (language + ".lproj");
+  std::filesystem::create_directories(folder);
+  std::ofstream(folder / "time.strings") << "\"Today\" = \"" << today << "\";\n";
+}
+
+// A copy of the program and its library under another prefix finds the translations there.
+TEST(Answers, TextsAreInTheLocalesLanguage) {
+  const auto prefix = testFolder() / "prefix";
+  for (const char* file : {"bin/velmora-timectl", "lib/libVelmoraPlatform.so"}) {
+    std::filesystem::create_directories((prefix / file).parent_path());
+    std::filesystem::copy_file(std::filesystem::path(VELMORA_BINARY_DIR) / file, prefix / file);
+  }
+  writeTranslation(prefix, "en", "This day");
+  writeTranslation(prefix, "de", "Heute");
+  writeTranslation(prefix, "fr", "Aujourd’hui");
+  const std::vector<Call> calls = {
+      {{}, "This day"},
+      {{"--locale", "de_DE"}, "Heute"},
+      {{"--locale", "de_AT"}, "Heute"},
+      {{"--locale", "ja_JP"}, "This day"},
+      {{"--locale", "de_DE", "--set", "language=\"fr\""}, "Aujourd’hui"},
+  };
+  for (const auto& [globals, today] : calls) {
+    std::vector<std::string> command = {prefix / "bin/velmora-timectl"};
+    command.insert(command.end(), globals.begin(), globals.end());
+    for (const char* argument :
+         {"format", "--time", "0", "--zone", "UTC", "--elements", R"(["__RELATIVE_DAY__"])"}) {
+      command.emplace_back(argument);
+    }
+    EXPECT_EQ(runToEnd(command).output, R"({"text":")" + today + "\"}\n");
+  }
+}
+
+}  // namespace

@@ -1,0 +1,169 @@
+// The settings that the program stores, and what it tells a running clock about them.
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include <fstream>
+
+#include "Platform/Foundation/CFPreferences.h"
+#include "Platform/Foundation/NSDistributedNotificationCenter.h"
+#include "Platform/Foundation/NSRunLoop.h"
+#include "Targets/Shared/ZEVPreferences.h"
+#include "Tests/Support/TestEnvironment.h"
+#include "Tests/Tools/Timectl.h"
+
+namespace {
+
+std::string answer(const std::vector<std::string>& arguments) {
+  const auto result = timectl(arguments);
+  EXPECT_EQ(result.status, 0) << result.errors;
+  return result.output;
+}
+
+TEST(Settings, AreWrittenReadListedAndDeleted) {
+  const std::string stored = R"({"key":"Time_TextSize","value":15,"source":"stored"})"
+                             "\n";
+  const std::string standard = R"({"key":"Time_TextSize","value":13,"source":"default"})"
+                               "\n";
+  EXPECT_EQ(answer({"defaults", "list"}), "{}\n");
+  EXPECT_EQ(answer({"defaults", "read", "Time_TextSize"}), standard);
+  EXPECT_EQ(answer({"defaults", "write", "Time_TextSize", "15"}), stored);
+  EXPECT_EQ(answer({"defaults", "read", "Time_TextSize"}), stored);
+  EXPECT_EQ(answer({"defaults", "write", "Time_Cities", R"(["1","2"])"}),
+            R"({"key":"Time_Cities","value":["1","2"],"source":"stored"})"
+            "\n");
+  EXPECT_EQ(answer({"defaults", "list"}), R"({"Time_Cities":["1","2"],"Time_TextSize":15})"
+                                          "\n");
+  EXPECT_EQ(CFPreferencesCopyAppValue("Time_TextSize", ZEVPreferences_Time::Domain),
+            PropertyList(15))
+      << "the clock itself reads the same file";
+  EXPECT_EQ(answer({"defaults", "delete", "Time_TextSize"}), standard);
+  EXPECT_EQ(answer({"defaults", "read", "NoSuchKey"}),
+            R"({"key":"NoSuchKey","value":null,"source":"none"})"
+            "\n");
+  EXPECT_EQ(answer({"defaults", "delete", "NoSuchKey"}),
+            R"({"key":"NoSuchKey","value":null,"source":"none"})"
+            "\n");
+  EXPECT_EQ(answer({"defaults", "list"}), R"({"Time_Cities":["1","2"]})"
+                                          "\n");
+}
+
+TEST(Settings, OfOneRunWinAndAreNotStored) {
+  answer({"defaults", "write", "Time_DropdownFormat", R"(["HH","'.'","mm"])"});
+  EXPECT_EQ(answer({"dropdown-time-format"}), R"(["HH","'.'","mm"])"
+                                              "\n");
+  EXPECT_EQ(answer({"--set", R"(Time_DropdownFormat=["H","':'","mm"])", "dropdown-time-format"}),
+            R"(["H","':'","mm"])"
+            "\n");
+  EXPECT_EQ(
+      answer({"--set", "Time_DropdownFormat=null", "defaults", "read", "Time_DropdownFormat"}),
+      R"({"key":"Time_DropdownFormat","value":["hh",":","mm"," ","a"],"source":"default"})"
+      "\n");
+  EXPECT_EQ(answer({"--set", "Key=1", "--set", "Key=2", "defaults", "read", "Key"}),
+            R"({"key":"Key","value":2,"source":"stored"})"
+            "\n");
+  EXPECT_EQ(answer({"--no-user-settings", "dropdown-time-format"}), R"(["h","':'","mm ","a"])"
+                                                                    "\n");
+  EXPECT_EQ(answer({"--no-user-settings", "--set", "Key=1", "defaults", "list"}), R"({"Key":1})"
+                                                                                  "\n");
+  answer({"--set", "Key=1", "defaults", "write", "Other", "2"});
+  EXPECT_EQ(answer({"defaults", "list"}), R"({"Other":2,"Time_DropdownFormat":["HH","'.'","mm"]})"
+                                          "\n");
+}
+
+TEST(Settings, OfAWrongKindNeedForce) {
+  const auto refused = timectl({"defaults", "write", "Time_MenubarFormat", "\"HH\""});
+  EXPECT_EQ(refused.status, 2);
+  EXPECT_NE(refused.errors.find("Time_MenubarFormat must be a list of texts"), std::string::npos);
+  EXPECT_EQ(answer({"defaults", "list"}), "{}\n");
+  EXPECT_EQ(answer({"defaults", "write", "Time_MenubarFormat", "\"HH\"", "--force"}),
+            R"({"key":"Time_MenubarFormat","value":"HH","source":"stored"})"
+            "\n");
+}
+
+TEST(Settings, ThatCannotBeStoredAreAFailure) {
+  const auto file = testFolder() / "a-file";
+  std::ofstream(file) << "no folder";
+  const auto result =
+      timectl({"defaults", "write", "Key", "1"}, {{"XDG_CONFIG_HOME", file / "config"}});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.output, "");
+  EXPECT_NE(result.errors.find("velmora-timectl: the setting Key could not be stored\n"),
+            std::string::npos)
+      << result.errors;
+}
+
+/// A session bus of this test's own, which this process and the program both join.
+class SettingsOnABus : public testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_TRUE(waitUntil([this] { return bus_.output().ends_with('\n'); })) << bus_.errors();
+    const std::string address = bus_.output();
+    setenv("DBUS_SESSION_BUS_ADDRESS", address.substr(0, address.find('\n')).c_str(), 1);
+    observation_ = NSDistributedNotificationCenter::defaultCenter().addObserver(
+        "VelmoraTimePreferencesChanged",
+        [this](const NSNotification& notification) { seen.push_back(notification.userInfo); });
+  }
+
+  bool waitForNotifications(size_t count) {
+    return waitUntil([&] {
+      NSRunLoop::mainRunLoop().runPending();
+      return seen.size() >= count;
+    });
+  }
+
+  std::vector<PropertyList::Dictionary> seen;
+
+ private:
+  ChildProcess bus_{{"dbus-daemon", "--session", "--nofork", "--print-address"}};
+  NSObservation observation_;
+};
+
+TEST_F(SettingsOnABus, TellARunningClockWhatToRebuild) {
+  struct Case {
+    const char* key;
+    const char* resetKey;  ///< Empty: a redraw is enough.
+  };
+  const Case cases[] = {{"Time_TextSize", "text"},
+                        {"Time_TextColor", "text"},
+                        {"Time_TextColor-Dark", "text"},
+                        {"Time_TextShadowColor", "text"},
+                        {"Time_TextShadowColor-Dark", "text"},
+                        {"Time_CalendarEnabled", "calendar"},
+                        {"Time_CalendarShowEvents", "calendar"},
+                        {"Time_CalendarShowWeeks", "calendar"},
+                        {"Time_WeekNumberFormat", "calendar"},
+                        {"Time_Cities", "cities"},
+                        {"Time_CityNames", "citynames"},
+                        {"Time_DropdownCityLayout", "citymode"},
+                        {"Time_DropdownShowMoon", "moon"},
+                        {"Time_MenubarFormat", ""},
+                        {"Time_MenubarFlashSeperators", ""},
+                        {"Time_DropdownFormat", ""},
+                        {"language", ""}};
+  size_t count = 0;
+  for (const auto& [key, resetKey] : cases) {
+    SCOPED_TRACE(key);
+    answer(count % 2 == 0 ? std::vector<std::string>{"defaults", "write", key, "1", "--force"}
+                          : std::vector<std::string>{"defaults", "delete", key});
+    ASSERT_TRUE(waitForNotifications(++count));
+    PropertyList::Dictionary expected = {{"key", key}};
+    if (*resetKey != '\0') expected.emplace("resetKey", resetKey);
+    EXPECT_EQ(seen.back(), expected);
+  }
+  answer({"defaults", "write", "Time_TextSize", "9", "--reset", "moon"});
+  ASSERT_TRUE(waitForNotifications(++count));
+  EXPECT_EQ(seen.back(),
+            (PropertyList::Dictionary{{"key", "Time_TextSize"}, {"resetKey", "moon"}}));
+
+  // Calls that change nothing tell nothing; the last write shows that all before it has arrived.
+  answer({"defaults", "read", "Time_TextSize"});
+  answer({"--set", "Time_TextSize=7", "defaults", "list"});
+  timectl({"defaults", "write", "Time_TextSize", "not JSON"});
+  answer({"defaults", "write", "Last", "true"});
+  ASSERT_TRUE(waitForNotifications(++count));
+  EXPECT_EQ(seen.size(), count);
+  EXPECT_EQ(seen.back(), (PropertyList::Dictionary{{"key", "Last"}}));
+}
+
+}  // namespace

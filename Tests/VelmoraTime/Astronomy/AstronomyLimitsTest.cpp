@@ -1,0 +1,144 @@
+#include <cmath>
+#include <limits>
+#include <thread>
+
+#include "Targets/VelmoraTime/Classes/JulianDate.h"
+#include "Targets/VelmoraTime/Classes/MoonData.h"
+#include "Targets/VelmoraTime/Classes/MoonMath.h"
+#include "Targets/VelmoraTime/Classes/MoonPhases.h"
+#include "Targets/VelmoraTime/Classes/SunData.h"
+#include "Tests/VelmoraTime/Astronomy/AstronomyTesting.h"
+
+namespace {
+
+constexpr double Infinity = std::numeric_limits<double>::infinity();
+constexpr double NotANumber = std::numeric_limits<double>::quiet_NaN();
+
+class AstronomyLimits : public AstronomyTest {};
+
+// Nothing may hang, trap or leave the range of a marker or a time: whole numbers within 32 bits.
+// The sanitizers watch the conversions.
+TEST_F(AstronomyLimits, ImpossiblePlacesAndDates) {
+  const NSTimeZone zone = zoneNamed("Asia/Kolkata");
+  const double dates[] = {secondsAt("2024-06-21 12:00"),
+                          secondsAt("-5000-03-01"),
+                          secondsAt("9999-12-31 23:59"),
+                          1e18,
+                          -1e18,
+                          1e300,
+                          Infinity,
+                          NotANumber};
+  const double angles[] = {91, -91, 400, -1000, 1e300, Infinity, NotANumber};
+  for (const double seconds : dates) {
+    const NSDate date = NSDate::dateWithTimeIntervalSince1970(seconds);
+    for (const double angle : angles) {
+      for (const auto& [longitude, latitude] : {std::pair(angle, 45.0), std::pair(10.0, angle)}) {
+        const SunData sun = calculateSunRiseAndSet(date, zone, longitude, latitude);
+        for (const char* key : {"rise-sun", "set-astronomical", "noon", "daylength"}) {
+          EXPECT_EQ(sun.at(key), static_cast<int32_t>(sun.at(key))) << key;
+        }
+        EXPECT_EQ(calculateMoonRiseAndSet(date, zone, longitude, latitude).size(), 2U);
+      }
+    }
+  }
+  // Where nothing can be computed, nothing happens.
+  const SunData nowhere = calculateSunRiseAndSet(dateAt("2024-06-21"), zone, NotANumber, 0);
+  EXPECT_EQ(nowhere.at("rise-sun"), RiseSetAlwaysDown);
+  EXPECT_EQ(nowhere.at("daylength"), 0);
+}
+
+// A longitude means the same place a turn further on.
+TEST_F(AstronomyLimits, LongitudeBeyondATurn) {
+  const NSTimeZone zone = zoneNamed("UTC");
+  const SunData near = calculateSunRiseAndSet(dateAt("2024-06-21 12:00"), zone, 40, 50);
+  const SunData far = calculateSunRiseAndSet(dateAt("2024-06-21 12:00"), zone, 400, 50);
+  EXPECT_NEAR(near.at("rise-sun"), far.at("rise-sun"), 1);
+  EXPECT_NEAR(near.at("azimuth-noon"), far.at("azimuth-noon"), 0.01);
+}
+
+TEST_F(AstronomyLimits, PhasesOfAnyDate) {
+  double age = 0, illumination = 0, altitude = 0, azimuth = 0, distance = 0;
+  for (const double seconds : {secondsAt("-5000-03-01"), secondsAt("9999-12-31"), 1e15, -1e15,
+                               1e300, Infinity, -Infinity, NotANumber}) {
+    const NSDate date = NSDate::dateWithTimeIntervalSince1970(seconds);
+    const int32_t index = currentPhase(age, illumination, date);
+    EXPECT_GE(index, 0);
+    EXPECT_LE(index, 7);
+    EXPECT_LE(nextPhases(8, date).size(), 8U);
+    calculateMoonInfo(date, altitude, azimuth, distance);
+  }
+  // In the years that a calendar shows, the list is full and in order.
+  for (const char* text : {"0001-01-01", "1000-06-01", "3000-06-01", "9999-01-01"}) {
+    SCOPED_TRACE(text);
+    const auto phases = nextPhases(8, dateAt(text));
+    ASSERT_EQ(phases.size(), 8U);
+    for (size_t i = 1; i < phases.size(); ++i)
+      EXPECT_GT(phases[i].time, phases[i - 1].time);
+  }
+}
+
+// A hostile count is cut, not counted out.
+TEST_F(AstronomyLimits, CountIsBounded) {
+  const auto phases = nextPhases(std::numeric_limits<int32_t>::max(), dateAt("2024-01-01"));
+  EXPECT_EQ(phases.size(), 100000U);
+}
+
+TEST_F(AstronomyLimits, JulianDates) {
+  int32_t year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;
+  for (const double julianDate : {1e300, -1e300, Infinity, NotANumber, 1e8}) {
+    jyear(year, month, day, julianDate);
+    jhms(hour, minute, second, julianDate);
+    EXPECT_EQ(year, -4712);
+    EXPECT_EQ(hour, 12);
+    const double months = lunationstart(julianDate);
+    if (std::isfinite(julianDate)) {
+      EXPECT_NEAR(months * 29.53058868 / julianDate, 1, 0.03);
+    }
+    double unused = 0;
+    phase(unused, unused, unused, unused, unused, unused, julianDate);
+  }
+  constexpr int32_t Most = std::numeric_limits<int32_t>::max();
+  constexpr int32_t Least = std::numeric_limits<int32_t>::min();
+  EXPECT_TRUE(std::isfinite(ucttoj(Most, Most, Most, Most, Most, Most)));
+  EXPECT_TRUE(std::isfinite(ucttoj(Least, Least, Least, Least, Least, Least)));
+  EXPECT_TRUE(std::isfinite(mjd(Most, Most, Most, 0)));
+  EXPECT_TRUE(std::isfinite(mjd(Least, Least, Least, 0)));
+  EXPECT_TRUE(std::isfinite(sunAzimuth2(Most, Most, Most, 0, 0, 0)));
+}
+
+// Four threads at once get what one gets alone; the thread sanitizer watches.
+TEST_F(AstronomyLimits, FunctionsShareNothing) {
+  const NSTimeZone zone = zoneNamed("Europe/Oslo");
+  const auto recordsOf = [&zone](int seed) {
+    std::vector<double> numbers;
+    for (int i = 0; i < 40; ++i) {
+      const NSDate date = NSDate::dateWithTimeIntervalSince1970(1.7e9 + (seed * 40 + i) * 1e5);
+      const double longitude = -180 + 8.9 * i;
+      const double latitude = -78 + 3.9 * i;
+      for (const auto& [key, value] : calculateSunRiseAndSet(date, zone, longitude, latitude)) {
+        numbers.push_back(value);
+      }
+      for (const auto& [key, value] : calculateMoonRiseAndSet(date, zone, longitude, latitude)) {
+        numbers.push_back(value);
+      }
+      for (const MoonPhaseRecord& record : nextPhases(8, date))
+        numbers.push_back(record.time);
+      double age = 0, illumination = 0;
+      numbers.push_back(currentPhase(age, illumination, date));
+      numbers.push_back(age + illumination);
+    }
+    return numbers;
+  };
+  constexpr int Threads = 4;
+  std::vector<std::vector<double>> found(Threads);
+  std::vector<std::thread> threads;
+  for (int seed = 0; seed < Threads; ++seed) {
+    threads.emplace_back([&, seed] { found[seed] = recordsOf(seed); });
+  }
+  for (std::thread& thread : threads)
+    thread.join();
+  for (int seed = 0; seed < Threads; ++seed)
+    EXPECT_EQ(found[seed], recordsOf(seed)) << seed;
+}
+
+}  // namespace

@@ -1,0 +1,216 @@
+#include "Targets/VelmoraTime/SunlightMapPaths.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <string>
+
+namespace {
+
+constexpr double Width = 1024;
+constexpr double Height = 512;
+constexpr double Degree = M_PI / 180;
+constexpr int Rows = 365;
+constexpr int FirstBottomRow = 80;
+constexpr int LastBottomRow = 266;
+
+bool runsAlongBottom(int row) { return row >= FirstBottomRow && row <= LastBottomRow; }
+
+// On these two dates the Sun is already over the other hemisphere: by 0.06 and 0.29 degree.
+bool isPastEquinox(int row) { return row == FirstBottomRow - 1 || row == LastBottomRow; }
+
+struct Point {
+  double x, y;
+};
+
+struct Segment {
+  Point start, first, second, end;
+
+  Point at(double t) const {
+    const double s = 1 - t;
+    const double weights[] = {s * s * s, 3 * s * s * t, 3 * s * t * t, t * t * t};
+    return {
+        weights[0] * start.x + weights[1] * first.x + weights[2] * second.x + weights[3] * end.x,
+        weights[0] * start.y + weights[1] * first.y + weights[2] * second.y + weights[3] * end.y};
+  }
+};
+
+std::vector<std::string> piecesOf(std::string_view row) {
+  std::vector<std::string> pieces(1);
+  for (const char character : row) {
+    if (character == ',') {
+      pieces.emplace_back();
+    } else {
+      pieces.back() += character;
+    }
+  }
+  return pieces;
+}
+
+std::vector<Segment> segmentsOf(std::string_view row) {
+  std::vector<double> numbers;
+  for (const std::string& piece : piecesOf(row)) {
+    numbers.push_back(std::strtod(piece.c_str(), nullptr));
+  }
+  std::vector<Segment> segments;
+  Point start{numbers[0], numbers[1]};
+  for (size_t i = 2; i + 6 <= numbers.size(); i += 6) {
+    const double* n = &numbers[i];
+    segments.push_back({start, {n[2], n[3]}, {n[4], n[5]}, {n[0], n[1]}});
+    start = segments.back().end;
+  }
+  return segments;
+}
+
+/// The Sun's declination in radians at 00:00 UTC of a day of 2027, by the Astronomical Almanac's
+/// low-precision formula (page C5), good to 0.01 degree.
+double declinationOf(int row) {
+  const double n = 61406 + row - 51544.5;
+  const double anomaly = (357.528 + 0.9856003 * n) * Degree;
+  const double longitude =
+      280.460 + 0.9856474 * n + 1.915 * std::sin(anomaly) + 0.020 * std::sin(2 * anomaly);
+  return std::asin(std::sin((23.439 - 0.0000004 * n) * Degree) * std::sin(longitude * Degree));
+}
+
+/// Sine of the Sun's altitude where a point of the plane lies, with the Sun over the map's edges.
+double sinAltitude(Point point, double declination) {
+  const double latitude = (90 - point.y * 180 / Height) * Degree;
+  const double hourAngle = point.x * 360 / Width * Degree;
+  return std::sin(latitude) * std::sin(declination) +
+         std::cos(latitude) * std::cos(declination) * std::cos(hourAngle);
+}
+
+std::vector<std::string_view> table() { return SunlightMapPaths_Time().paths(); }
+
+// What the map view relies on: 366 places, six numbers a segment, a closed outline that starts at
+// the polar edge of its kind, straight stretches with control points at thirds.
+TEST(SunlightMapPaths, FormOfTheRows) {
+  const auto rows = table();
+  ASSERT_EQ(rows.size(), 366U);
+  EXPECT_TRUE(rows.back().empty());
+  for (int row = 0; row < Rows; ++row) {
+    SCOPED_TRACE(row);
+    const auto pieces = piecesOf(rows[row]);
+    ASSERT_EQ(pieces.size() % 6, 2U);
+    EXPECT_GE(pieces.size(), 110U);
+    EXPECT_LE(pieces.size(), 308U);
+    for (const std::string& piece : pieces) {
+      EXPECT_EQ(piece.find_first_not_of("0123456789.-"), std::string::npos) << piece;
+      const size_t point = piece.find('.');
+      EXPECT_TRUE(point == std::string::npos || piece.size() - point <= 3) << piece;
+    }
+
+    const auto segments = segmentsOf(rows[row]);
+    const std::string side = pieces[runsAlongBottom(row) ? 1 : 9];
+    const std::string_view start = rows[row];
+    EXPECT_TRUE(start.starts_with(runsAlongBottom(row)
+                                      ? "1024," + side + ",1024,512,"
+                                      : "0,0,1024,0,341.3,0,682.7,0,1024," + side + ","));
+    EXPECT_NEAR(segments.back().end.x, segments.front().start.x, 1e-9);
+    EXPECT_NEAR(segments.back().end.y, segments.front().start.y, 1e-9);
+
+    const size_t straight[] = {0, 1, runsAlongBottom(row) ? 2 : segments.size() - 1};
+    for (const size_t index : straight) {
+      const auto& [from, first, second, to] = segments[index];
+      EXPECT_NEAR(first.x, from.x + (to.x - from.x) / 3, 0.04);
+      EXPECT_NEAR(first.y, from.y + (to.y - from.y) / 3, 0.01);
+      EXPECT_NEAR(second.x, to.x - (to.x - from.x) / 3, 0.04);
+      EXPECT_NEAR(second.y, to.y - (to.y - from.y) / 3, 0.01);
+    }
+  }
+}
+
+/// The straight segments of a row, by index.
+bool isStraight(int row, size_t index, size_t count) {
+  return index < 2 || index == (runsAlongBottom(row) ? 2 : count - 1);
+}
+
+// The curve follows the true terminator. The distance of a point is the sine of the Sun's altitude
+// over its slope on the plane.
+TEST(SunlightMapPaths, CurveIsTheTerminator) {
+  const auto rows = table();
+  double worst = 0;
+  for (int row = 0; row < Rows; ++row) {
+    if (isPastEquinox(row)) continue;
+    const double declination = declinationOf(row);
+    const auto segments = segmentsOf(rows[row]);
+    for (size_t index = 0; index < segments.size(); ++index) {
+      if (isStraight(row, index, segments.size())) continue;
+      for (int step = 0; step <= 10; ++step) {
+        const Point point = segments[index].at(step / 10.0);
+        constexpr double Step = 1e-3;
+        const double sine = sinAltitude(point, declination);
+        const double slope =
+            std::hypot(sinAltitude({point.x + Step, point.y}, declination) - sine,
+                       sinAltitude({point.x, point.y + Step}, declination) - sine) /
+            Step;
+        const double distance = std::abs(sine) / slope;
+        worst = std::max(worst, distance);
+        EXPECT_LT(distance, 0.5) << "row " << row << " at " << point.x << "," << point.y;
+      }
+    }
+  }
+  // Rounding to two decimals, the fit and the formula's 0.01 degree.
+  EXPECT_LT(worst, 0.2);
+}
+
+// The region inside is the night: every place that is clearly dark, and none that is clearly light.
+// This catches a wrong polar edge, a turned kind and a hole, and holds for every row.
+TEST(SunlightMapPaths, RegionIsTheNight) {
+  const auto rows = table();
+  for (int row = 0; row < Rows; ++row) {
+    const double declination = declinationOf(row);
+    std::vector<Point> outline;
+    for (const Segment& segment : segmentsOf(rows[row])) {
+      for (int step = 0; step < 8; ++step)
+        outline.push_back(segment.at(step / 8.0));
+    }
+    const auto contains = [&](Point point) {
+      bool inside = false;
+      for (size_t i = 0, j = outline.size() - 1; i < outline.size(); j = i++) {
+        const Point &a = outline[i], &b = outline[j];
+        if ((a.y > point.y) == (b.y > point.y)) continue;
+        if (point.x < a.x + (b.x - a.x) * (point.y - a.y) / (b.y - a.y)) inside = !inside;
+      }
+      return inside;
+    };
+    for (double x = 4; x < Width; x += 24) {
+      for (double y = 0.5; y < Height; y += 11.1) {
+        const double sine = sinAltitude({x, y}, declination);
+        if (std::abs(sine) < std::sin(0.35 * Degree)) continue;
+        EXPECT_EQ(contains({x, y}), sine < 0) << "row " << row << " at " << x << "," << y;
+      }
+    }
+  }
+}
+
+// The shapes belong to the days: the terminator's highest latitude is 90 degrees less the Sun's
+// declination. PyEphem 4.1.4, 00:00 UTC of the 1st and 15th of the months of 2027.
+TEST(SunlightMapPaths, DeclinationOfTheDays) {
+  struct {
+    int row;
+    double declination;
+  } const cases[] = {{0, -23.04},   {14, -21.20},  {31, -17.23},  {45, -12.83}, {59, -7.76},
+                     {73, -2.31},   {90, 4.37},    {104, 9.61},   {120, 14.94}, {134, 18.76},
+                     {151, 21.99},  {165, 23.29},  {181, 23.13},  {195, 21.59}, {212, 18.12},
+                     {226, 14.18},  {243, 8.43},   {257, 3.19},   {273, -3.02}, {287, -8.35},
+                     {304, -14.28}, {318, -18.36}, {334, -21.73}, {348, -23.24}};
+  const auto rows = table();
+  for (const auto& c : cases) {
+    const double side =
+        std::strtod(piecesOf(rows[c.row])[c.declination > 0 ? 1 : 9].c_str(), nullptr);
+    const double edge = c.declination > 0 ? Height - side : side;
+    EXPECT_NEAR(edge * 180 / Height, std::abs(c.declination), 0.02) << c.row;
+  }
+}
+
+TEST(SunlightMapPaths, TableCanBeReplaced) {
+  SunlightMapPaths_Time paths;
+  paths.setPaths({"0,0"});
+  ASSERT_EQ(paths.paths().size(), 1U);
+  EXPECT_EQ(paths.paths()[0], "0,0");
+  EXPECT_EQ(SunlightMapPaths_Time().paths().size(), 366U) << "each map has its own";
+}
+
+}  // namespace
