@@ -1,6 +1,7 @@
 #include "Platform/AppKit/NSImageRep.h"
 
 #include <cairo.h>
+#include <dlfcn.h>
 #include <librsvg/rsvg.h>
 
 #include <array>
@@ -8,6 +9,9 @@
 #include <fstream>
 #include <map>
 #include <string>
+#include <type_traits>
+
+#include "Platform/Foundation/NSLog.h"
 
 namespace fs = std::filesystem;
 
@@ -37,9 +41,38 @@ NSSize pixelsPerPoint(cairo_t* cairo) {
   return {std::hypot(matrix.xx, matrix.yx) * deviceX, std::hypot(matrix.xy, matrix.yy) * deviceY};
 }
 
+/// librsvg, loaded with the first picture: a clock of text alone does without its megabytes.
+struct RsvgLibrary {
+  decltype(&rsvg_handle_new_from_file) newFromFile = nullptr;
+  decltype(&rsvg_handle_get_intrinsic_size_in_pixels) intrinsicSize = nullptr;
+  decltype(&rsvg_handle_render_document) render = nullptr;
+
+  /// Null, with the reason logged once, if it is not there.
+  static const RsvgLibrary* shared() {
+    static const RsvgLibrary library;
+    return library.render != nullptr ? &library : nullptr;
+  }
+
+ private:
+  RsvgLibrary() {
+    void* object = dlopen("librsvg-2.so.2", RTLD_LAZY | RTLD_LOCAL);
+    if (object == nullptr) {
+      NSLog(std::string("error: no pictures: ") + dlerror());
+      return;
+    }
+    const auto load = [object](auto& function, const char* name) {
+      function = reinterpret_cast<std::remove_reference_t<decltype(function)>>(dlsym(object, name));
+    };
+    load(newFromFile, "rsvg_handle_new_from_file");
+    load(intrinsicSize, "rsvg_handle_get_intrinsic_size_in_pixels");
+    load(render, "rsvg_handle_render_document");
+  }
+};
+
 class SvgImageRep : public NSImageRep {
  public:
-  SvgImageRep(RsvgHandle* handle, NSSize size) : handle_(handle, g_object_unref), size_(size) {}
+  SvgImageRep(const RsvgLibrary& library, RsvgHandle* handle, NSSize size)
+      : library_(library), handle_(handle, g_object_unref), size_(size) {}
 
   NSSize size() const override { return size_; }
 
@@ -74,9 +107,10 @@ class SvgImageRep : public NSImageRep {
 
   void render(cairo_t* target, NSSize size) const {
     const RsvgRectangle viewport{0, 0, size.width, size.height};
-    rsvg_handle_render_document(handle_.get(), target, &viewport, nullptr);
+    library_.render(handle_.get(), target, &viewport, nullptr);
   }
 
+  const RsvgLibrary& library_;
   std::unique_ptr<RsvgHandle, decltype(&g_object_unref)> handle_;
   NSSize size_;
   mutable std::map<std::pair<long, long>, Surface> bitmaps_;
@@ -104,15 +138,17 @@ bool isSensible(double width, double height) {
 }
 
 std::unique_ptr<NSImageRep> svgRep(const fs::path& file) {
-  RsvgHandle* handle = rsvg_handle_new_from_file(file.c_str(), nullptr);
+  const RsvgLibrary* library = RsvgLibrary::shared();
+  if (library == nullptr) return nullptr;
+  RsvgHandle* handle = library->newFromFile(file.c_str(), nullptr);
   if (handle == nullptr) return nullptr;
   NSSize size;
-  if (!rsvg_handle_get_intrinsic_size_in_pixels(handle, &size.width, &size.height) ||
+  if (!library->intrinsicSize(handle, &size.width, &size.height) ||
       !isSensible(size.width, size.height)) {
     g_object_unref(handle);
     return nullptr;
   }
-  return std::make_unique<SvgImageRep>(handle, size);
+  return std::make_unique<SvgImageRep>(*library, handle, size);
 }
 
 /// The size that a PNG file claims. Asked before it is read: a small file can hold a picture that

@@ -138,9 +138,8 @@ TEST_P(DesktopBar, UnloadsTheItemWhenAskedToEnd) {
     EXPECT_EQ(bar().waitForExit(), 0);
     EXPECT_EQ(bar().errors(), "");
     // The next round must not take this one's last picture for its own.
-    EXPECT_TRUE(waitUntil([&] {
-      return !itemFault(screen_->screenshot(), {.scale = GetParam().scale}).empty();
-    }));
+    EXPECT_TRUE(waitUntil(
+        [&] { return !itemFault(screen_->screenshot(), {.scale = GetParam().scale}).empty(); }));
   }
   EXPECT_THAT(itemLog(), ElementsAre("willUnload", "willUnload"));
 }

@@ -91,6 +91,33 @@ TEST_F(WaylandBar, MovesWhenItsOutputGoes) {
   EXPECT_EQ(bar().exitStatus(), std::nullopt);
 }
 
+size_t countOf(const std::string& part, const std::string& text) {
+  size_t count = 0;
+  for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1))
+    ++count;
+  return count;
+}
+
+// Would catch: a compositor that composes its screen each second for a clock that shows minutes.
+TEST_F(WaylandBar, SendsNoPictureThatIsTheSame) {
+  constexpr size_t Drawings = 10;
+  const WaylandServer screen({{.width = 640, .height = 120}});
+  start(screen, {}, {{"WAYLAND_DEBUG", "client"}});
+  expectOn(screen, "HEADLESS-1");
+  const auto pictures = [this] { return countOf(".attach(wl_buffer", bar().errors()); };
+  const size_t before = pictures();
+  ASSERT_GT(before, 0U);
+  for (size_t count = 1; count <= Drawings; ++count) {
+    command({{"mark", "drawn"}});
+    ASSERT_TRUE(waitUntil([&] { return itemLog().size() == count; }));
+  }
+  command({{"length", "61"}});
+  expectOn(screen, "HEADLESS-1", {.width = 61});
+  EXPECT_GT(pictures(), before);
+  // The compositor may have asked for one more at the start.
+  EXPECT_LE(pictures(), before + 2);
+}
+
 // Would catch: a window in the middle of the screen, as a toplevel there would be, and a program
 // that starts itself for ever.
 TEST_F(WaylandBar, FallsBackToX11WithoutLayerShell) {

@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <stdexcept>
+#include <utility>
 
 #include "Platform/AppKit/NSBezierPath.h"
 #include "Platform/AppKit/NSColor.h"
@@ -17,7 +18,7 @@ class TestExtraView : public NSMenuExtraView {
   void drawRect(NSRect) override { static_cast<TestExtra&>(menuExtra()).drawItem(); }
 };
 
-void log(const char* line) {
+void log(const std::string& line) {
   if (const char* path = std::getenv("TEST_EXTRA_LOG")) {
     std::ofstream(path, std::ios::app) << line << std::endl;
   }
@@ -52,6 +53,9 @@ void TestExtra::obey(const PropertyList::Dictionary& command) {
   if (const auto failure = command.find("failure"); failure != command.end()) {
     failure_ = *failure->second.string();
   }
+  if (const auto mark = command.find("mark"); mark != command.end()) {
+    mark_ = *mark->second.string();
+  }
   view()->setNeedsDisplay(true);
 }
 
@@ -70,6 +74,7 @@ void TestExtra::drawItem() {
   for (int line = 0; line < 16; ++line) {
     fill(NSColor::colorWithDeviceWhite(line % 2, 1), 4 + line * 0.5, 6, 0.5, 10);
   }
+  if (!mark_.empty()) log(std::exchange(mark_, ""));
   if (!failure_.empty()) {
     log("failure");
     throw std::runtime_error(failure_);

@@ -14,7 +14,7 @@
 /// It writes "menu", "failure" and "willUnload" as lines into the file `$TEST_EXTRA_LOG`. The
 /// distributed notification "TestExtraCommand" changes it: "length" (its width, which it sets at
 /// the end of the next drawing, as items do) and "failure" (the text of an exception that ends each
-/// drawing; empty for none).
+/// drawing; empty for none), "mark" (a line for its file, written by the next drawing).
 class TestExtra : public NSMenuExtra {
  public:
   void initWithBundle(const NSBundle& bundle) override;
@@ -30,5 +30,6 @@ class TestExtra : public NSMenuExtra {
 
   double wantedLength_ = 60;
   std::string failure_;
+  std::string mark_;
   NSObservation commands_;
 };

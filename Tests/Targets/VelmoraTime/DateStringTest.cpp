@@ -92,6 +92,7 @@ TEST(DateString, MarkersInSeveralLanguages) {
     std::array<const char*, 3> morning, evening;  // aaa, aa, a.
   };
   const Case cases[] = {{"en_US", {"a", "A", "AM"}, {"p", "P", "PM"}},
+                        {"en_GB", {"a", "A", "am"}, {"p", "P", "pm"}},
                         {"de_DE", {"a", "A", "AM"}, {"p", "P", "PM"}},
                         {"ja_JP", {"午", "午", "午前"}, {"午", "午", "午後"}},
                         {"ar_EG", {"ص", "ص", "ص"}, {"م", "م", "م"}}};
