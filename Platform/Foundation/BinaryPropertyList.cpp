@@ -10,7 +10,7 @@ namespace {
 
 constexpr size_t TrailerSize = 32;
 constexpr int MaximumDepth = 64;
-constexpr size_t MaximumVisits = 1'000'000;
+constexpr size_t MaximumVisits = 100'000;
 
 /// Dates count seconds from 2001-01-01 00:00 UTC.
 constexpr double ReferenceDate = 978307200;

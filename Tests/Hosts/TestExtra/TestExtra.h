@@ -12,9 +12,9 @@
 /// - a grey body, which gives way to the selected background while its menu is down.
 ///
 /// It writes "menu", "failure" and "willUnload" as lines into the file `$TEST_EXTRA_LOG`. The
-/// distributed notification "TestExtraCommand" changes it: "length" (its width, which it sets at
-/// the end of the next drawing, as items do) and "failure" (the text of an exception that ends each
-/// drawing; empty for none), "mark" (a line for its file, written by the next drawing).
+/// distributed notification "TestExtraCommand" changes it by its entries: "length" is its width,
+/// which it sets at the end of the next drawing, as items do; "failure" the text of an exception
+/// that ends each drawing, empty for none; "mark" a line for its file from the next drawing.
 class TestExtra : public NSMenuExtra {
  public:
   void initWithBundle(const NSBundle& bundle) override;
