@@ -27,7 +27,8 @@ void dateStringOfFiveElements(benchmark::State& state) {
   NSDateFormatter& formatter = ZEVDateAndTimeUtilities::sharedUtilities().dateFormatter();
   formatter.setTimeZone(*NSTimeZone::timeZoneWithName("Europe/Berlin"));
   double time = Start;
-  for (auto _ : state) benchmark::DoNotOptimize(dateString(Elements, formatter, time += 1));
+  for (auto _ : state)
+    benchmark::DoNotOptimize(dateString(Elements, formatter, time += 1));
 }
 BENCHMARK(dateStringOfFiveElements);
 
@@ -49,10 +50,10 @@ BENCHMARK(rawIcuFormatOfJoinedPattern);
 /// One second in the bar: the tick's work and the redraw of the item at a scale.
 void tickWithRedraw(benchmark::State& state) {
   const auto scale = static_cast<double>(state.range(0));
-  setPreferenceOverride("Time_MenubarFormat",
-                        PropertyList::Array{"EE", "' '", "d", "' '", "MMM", "'  '", "HH", "':'",
-                                            "mm", "':'", "ss"},
-                        ZEVPreferences_Time::Domain);
+  setPreferenceOverride(
+      "Time_MenubarFormat",
+      PropertyList::Array{"EE", "' '", "d", "' '", "MMM", "'  '", "HH", "':'", "mm", "':'", "ss"},
+      ZEVPreferences_Time::Domain);
   ManualClock clock(Start);
   SystemClock::install(&clock);
   const auto extra = std::make_shared<VelmoraTime>();

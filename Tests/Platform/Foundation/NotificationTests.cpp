@@ -8,8 +8,8 @@
 
 #include "Platform/Foundation/NSDistributedNotificationCenter.h"
 #include "Platform/Foundation/VirtualRunLoop.h"
-#include "Tests/Platform/Support/ChildProcess.h"
 #include "Tests/Platform/Support/Files.h"
+#include "Tests/Support/ChildProcess.h"
 
 namespace {
 
@@ -121,7 +121,11 @@ class PrivateBus {
  public:
   PrivateBus() : daemon_({"dbus-daemon", "--session", "--nofork", "--print-address"}) {}
 
-  std::string address() { return daemon_.readLine().value_or(""); }
+  std::string address() {
+    waitUntil([&] { return daemon_.output().ends_with('\n'); });
+    const std::string line = daemon_.output();
+    return line.substr(0, line.find('\n'));
+  }
 
  private:
   ChildProcess daemon_;
@@ -133,7 +137,7 @@ TEST(DistributedNotifications, GoFromProcessToProcess) {
   ASSERT_NE(address, "");
   const EnvironmentVariable variable("DBUS_SESSION_BUS_ADDRESS", address);
   ChildProcess listener({PLATFORM_TEST_HELPER, "listen", "org.example.n"});
-  ASSERT_EQ(listener.readLine(), "ready");
+  ASSERT_TRUE(waitUntil([&] { return listener.output() == "ready\n"; })) << listener.errors();
   // Other names, and signals of other forms from whoever has the bus, are not ours.
   const std::vector<std::string> signal = {"dbus-send", "--session", "--type=signal",
                                            "/com/wenmark/velmora5/Notifications",
@@ -147,11 +151,12 @@ TEST(DistributedNotifications, GoFromProcessToProcess) {
         {"string:org.example.n", "dict:string:string:a,b", "int32:7"}}) {
     std::vector<std::string> command = signal;
     command.insert(command.end(), arguments.begin(), arguments.end());
-    EXPECT_EQ(ChildProcess(command).wait(), 0);
+    EXPECT_EQ(runToEnd(command).status, 0);
   }
-  EXPECT_EQ(ChildProcess({PLATFORM_TEST_HELPER, "post", "org.example.other", "k", "v"}).wait(), 0);
-  EXPECT_EQ(ChildProcess({PLATFORM_TEST_HELPER, "post", "org.example.n", "k", "é; v"}).wait(), 0);
-  EXPECT_EQ(listener.readLine(), "k=é; v;");
+  EXPECT_EQ(runToEnd({PLATFORM_TEST_HELPER, "post", "org.example.other", "k", "v"}).status, 0);
+  EXPECT_EQ(runToEnd({PLATFORM_TEST_HELPER, "post", "org.example.n", "k", "é; v"}).status, 0);
+  EXPECT_TRUE(waitUntil([&] { return listener.output() == "ready\nk=é; v;\n"; }))
+      << listener.output();
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // Two writers on one file, killed at any moment: the file is whole after each kill.
 
 #include <gtest/gtest.h>
+#include <signal.h>
 
 #include <algorithm>
 #include <chrono>
@@ -10,8 +11,8 @@
 
 #include "Platform/Foundation/NSPropertyListSerialization.h"
 #include "Platform/Foundation/PreferenceFile.h"
-#include "Tests/Platform/Support/ChildProcess.h"
 #include "Tests/Platform/Support/Files.h"
+#include "Tests/Support/ChildProcess.h"
 
 namespace {
 
@@ -47,11 +48,12 @@ TEST(KilledWriters, LeaveAWholeFile) {
   for (int round = 0; round < Rounds; ++round) {
     const auto first = startWriter(file, "first");
     const auto second = startWriter(file, "second");
-    ASSERT_EQ(first->readLine(), "written");
-    ASSERT_EQ(second->readLine(), "written");
+    ASSERT_TRUE(waitUntil([&] {
+      return first->output().starts_with("written\n") && second->output().starts_with("written\n");
+    }));
     spin(std::chrono::microseconds(random() % LongestWrite));
-    first->kill();
-    first->wait();
+    first->sendSignal(SIGKILL);
+    first->waitForExit();
 
     // One writer is dead, perhaps with the lock in its hands; the other goes on.
     const auto list = propertyListWithContentsOfFile(file);
@@ -61,8 +63,8 @@ TEST(KilledWriters, LeaveAWholeFile) {
       expectWholeValue(list->dictionary()->at(writer), writer);
     }
     spin(std::chrono::microseconds(random() % LongestWrite));
-    second->kill();
-    second->wait();
+    second->sendSignal(SIGKILL);
+    second->waitForExit();
 
     PreferenceFile preferences(file);
     ASSERT_TRUE(preferences.apply({{"round", round}})) << round;
