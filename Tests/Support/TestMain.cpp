@@ -11,9 +11,17 @@
 
 namespace {
 
+/// The libraries are not built for the thread sanitizer, which takes their own locks for none.
+constexpr const char* ThreadSanitizerOptions = "ignore_noninstrumented_modules=1";
+
 std::filesystem::path temporaryFolder;
 
 }  // namespace
+
+#if defined(__SANITIZE_THREAD__)
+// The sanitizer asks for this by its own name before main.
+extern "C" const char* __tsan_default_options() { return ThreadSanitizerOptions; }
+#endif
 
 const std::filesystem::path& testFolder() { return temporaryFolder; }
 
@@ -38,6 +46,7 @@ int main(int argc, char** argv) {
         "LC_MESSAGES", "LANGUAGE", "TZDIR", "VELMORA_SUPPORT_DIR"}) {
     unsetenv(variable);
   }
+  setenv("TSAN_OPTIONS", ThreadSanitizerOptions, 1);  // For the programs that a test starts.
   setenv("LANG", "en_US.UTF-8", 1);
   setenv("TZ", "UTC", 1);
   const int status = RUN_ALL_TESTS();
