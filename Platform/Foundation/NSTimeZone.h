@@ -49,8 +49,6 @@ class NSTimeZone {
 
   std::shared_ptr<const std::string> name_;
   std::shared_ptr<const TimeZoneRules> rules_;
-
-  friend class IcuTimeZone;
 };
 
 /// The file whose target names the machine's zone: `/etc/localtime`, or what
