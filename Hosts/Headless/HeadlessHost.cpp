@@ -48,9 +48,10 @@ HeadlessPicture drawHeadless(const HeadlessOptions& options) {
         NSMakeRect(0, 0, slot.length() + 2 * Margin, NSMenuExtra::Height))
         .fill();
   }
-  surface.context().translateOrigin({Margin, 0});
+  surface.context().saveGraphicsState();
+  surface.context().translateBy({Margin, 0});
   slot.draw(surface.context());
-  surface.context().restoreOrigin();
+  surface.context().restoreGraphicsState();
 
   HeadlessPicture picture{words.joinedText(), options.output / fileName(options)};
   surface.writePng(picture.file.string());

@@ -23,7 +23,7 @@ std::string_view CairoGraphicsContext::className() const {
   return purpose_ == Purpose::Snapshot ? "NSBitmapGraphicsContext" : "NSCairoGraphicsContext";
 }
 
-void CairoGraphicsContext::fillPath(const NSBezierPath& path) {
+void CairoGraphicsContext::tracePath(const NSBezierPath& path) {
   cairo_new_path(cairo_);
   for (const auto& element : path.elements()) {
     using Kind = NSBezierPath::Element::Kind;
@@ -44,28 +44,41 @@ void CairoGraphicsContext::fillPath(const NSBezierPath& path) {
         break;
     }
   }
+}
+
+void CairoGraphicsContext::fillPath(const NSBezierPath& path) {
+  tracePath(path);
   const NSColor& color = fillColor();
   cairo_set_source_rgba(cairo_, color.redComponent(), color.greenComponent(), color.blueComponent(),
                         color.alphaComponent());
   cairo_fill(cairo_);
 }
 
+void CairoGraphicsContext::clipToPath(const NSBezierPath& path) {
+  tracePath(path);
+  cairo_set_fill_rule(cairo_, CAIRO_FILL_RULE_EVEN_ODD);
+  cairo_clip(cairo_);
+  cairo_set_fill_rule(cairo_, CAIRO_FILL_RULE_WINDING);
+}
+
 void CairoGraphicsContext::drawText(std::string_view text, NSPoint point,
                                     const NSTextAttributes& attributes) {
   // The line box stands on `point`; fonts of other scripts in the line must not move its baseline.
-  const NSPoint baseline{point.x, point.y + attributes.font.descender()};
+  const NSFont& font = attributes.font;
+  const NSPoint baseline{point.x, point.y + (isFlipped() ? font.ascender() : font.descender())};
   const auto draw = [&](NSPoint at, const NSColor& color) {
     cairo_save(cairo_);
     cairo_translate(cairo_, at.x, at.y);
-    cairo_scale(cairo_, 1, -1);
+    if (!isFlipped()) cairo_scale(cairo_, 1, -1);
     cairo_set_source_rgba(cairo_, color.redComponent(), color.greenComponent(),
                           color.blueComponent(), color.alphaComponent());
-    showTextLine(cairo_, text, attributes.font);
+    showTextLine(cairo_, text, font);
     cairo_restore(cairo_);
   };
   if (const auto& shadow = attributes.shadow) {
-    draw({baseline.x + shadow->shadowOffset.width, baseline.y + shadow->shadowOffset.height},
-         shadow->shadowColor);
+    // A shadow falls by its offset on the screen, whichever way the coordinates go.
+    const double rise = isFlipped() ? -shadow->shadowOffset.height : shadow->shadowOffset.height;
+    draw({baseline.x + shadow->shadowOffset.width, baseline.y + rise}, shadow->shadowColor);
   }
   draw(baseline, attributes.foregroundColor);
 }
@@ -73,26 +86,56 @@ void CairoGraphicsContext::drawText(std::string_view text, NSPoint point,
 void CairoGraphicsContext::drawImage(const NSImage& image, NSRect target, NSRect source,
                                      double fraction) {
   const NSSize size = image.size();
-  if (source == NSZeroRect) source = {{0, 0}, size};
+  const bool isWhole = source == NSZeroRect;
+  if (isWhole) source = {{0, 0}, size};
   if (source.size.width <= 0 || source.size.height <= 0) return;
   cairo_save(cairo_);
-  cairo_rectangle(cairo_, target.origin.x, target.origin.y, target.size.width, target.size.height);
-  cairo_clip(cairo_);
+  if (!isWhole) {
+    cairo_rectangle(cairo_, target.origin.x, target.origin.y, target.size.width,
+                    target.size.height);
+    cairo_clip(cairo_);
+  }
   cairo_translate(cairo_, target.origin.x, target.origin.y);
+  if (!isFlipped()) {
+    cairo_translate(cairo_, 0, target.size.height);
+    cairo_scale(cairo_, 1, -1);
+  }
   cairo_scale(cairo_, target.size.width / source.size.width,
               target.size.height / source.size.height);
-  cairo_translate(cairo_, -source.origin.x, size.height - source.origin.y);
-  cairo_scale(cairo_, 1, -1);
+  // The picture hangs from its upper left corner.
+  cairo_translate(cairo_, -source.origin.x, source.origin.y + source.size.height - size.height);
   image.representation().paint(cairo_, fraction);
   cairo_restore(cairo_);
 }
 
-void CairoGraphicsContext::translateOrigin(NSPoint by) {
+void CairoGraphicsContext::saveGraphicsState() {
+  NSGraphicsContext::saveGraphicsState();
   cairo_save(cairo_);
-  cairo_translate(cairo_, by.x, by.y);
 }
 
-void CairoGraphicsContext::restoreOrigin() { cairo_restore(cairo_); }
+void CairoGraphicsContext::restoreGraphicsState() {
+  cairo_restore(cairo_);
+  NSGraphicsContext::restoreGraphicsState();
+}
+
+void CairoGraphicsContext::concat(const NSAffineTransform& transform) {
+  cairo_matrix_t matrix;
+  cairo_matrix_init(&matrix, transform.m11, transform.m12, transform.m21, transform.m22,
+                    transform.tX, transform.tY);
+  cairo_transform(cairo_, &matrix);
+}
+
+NSPoint CairoGraphicsContext::alignedToPixels(NSPoint point) const {
+  cairo_surface_t* surface = cairo_get_target(cairo_);
+  if (cairo_surface_get_type(surface) == CAIRO_SURFACE_TYPE_RECORDING) return point;
+  double scaleX = 1;
+  double scaleY = 1;
+  cairo_surface_get_device_scale(surface, &scaleX, &scaleY);
+  cairo_user_to_device(cairo_, &point.x, &point.y);
+  point = {std::round(point.x * scaleX) / scaleX, std::round(point.y * scaleY) / scaleY};
+  cairo_device_to_user(cairo_, &point.x, &point.y);
+  return point;
+}
 
 struct BitmapSurface::Implementation {
   cairo_surface_t* surface;

@@ -23,10 +23,15 @@ class CairoGraphicsContext : public NSGraphicsContext {
   void fillPath(const NSBezierPath& path) override;
   void drawText(std::string_view text, NSPoint point, const NSTextAttributes& attributes) override;
   void drawImage(const NSImage& image, NSRect target, NSRect source, double fraction) override;
-  void translateOrigin(NSPoint by) override;
-  void restoreOrigin() override;
+  void saveGraphicsState() override;
+  void restoreGraphicsState() override;
+  void clipToPath(const NSBezierPath& path) override;
+  NSPoint alignedToPixels(NSPoint point) const override;
+  void concat(const NSAffineTransform& transform) override;
 
  private:
+  void tracePath(const NSBezierPath& path);
+
   _cairo* cairo_;
   Purpose purpose_;
 };

@@ -9,8 +9,8 @@
 
 /// Drawing into an image, from `lockFocus` on. The members go in the reverse of their order.
 struct NSImage::Focus {
-  explicit Focus(const RecordedImageRep& recorded)
-      : cairo(cairo_create(recorded.surface()), cairo_destroy),
+  explicit Focus(RecordedImageRep& recorded)
+      : cairo(cairo_create(recorded.beginRecording()), cairo_destroy),
         context(cairo.get(), recorded.size().height),
         current(context) {}
 
@@ -22,6 +22,8 @@ struct NSImage::Focus {
 NSImage::NSImage(std::unique_ptr<NSImageRep> representation)
     : representation_(std::move(representation)) {}
 
+NSImage::NSImage(NSSize size) : NSImage(std::make_unique<RecordedImageRep>(size)) {}
+
 NSImage::~NSImage() = default;
 
 std::shared_ptr<NSImage> NSImage::imageWithContentsOfFile(const std::filesystem::path& file) {
@@ -30,13 +32,13 @@ std::shared_ptr<NSImage> NSImage::imageWithContentsOfFile(const std::filesystem:
 }
 
 std::shared_ptr<NSImage> NSImage::imageWithSize(NSSize size) {
-  return std::make_shared<NSImage>(std::make_unique<RecordedImageRep>(size));
+  return std::make_shared<NSImage>(size);
 }
 
 NSSize NSImage::size() const { return representation_->size(); }
 
 void NSImage::lockFocus() {
-  const auto* recorded = dynamic_cast<const RecordedImageRep*>(representation_.get());
+  auto* recorded = dynamic_cast<RecordedImageRep*>(representation_.get());
   if (recorded == nullptr) throw std::logic_error("NSImage: a picture from a file is read-only");
   focus_ = std::make_unique<Focus>(*recorded);
 }

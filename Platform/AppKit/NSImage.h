@@ -20,9 +20,10 @@ class NSImage {
   static std::shared_ptr<NSImage> imageWithSize(NSSize size);
 
   explicit NSImage(std::unique_ptr<NSImageRep> representation);
+  explicit NSImage(NSSize size);
   NSImage(const NSImage&) = delete;
   NSImage& operator=(const NSImage&) = delete;
-  ~NSImage();
+  virtual ~NSImage();
 
   NSSize size() const;
   const std::string& name() const { return name_; }
@@ -38,7 +39,7 @@ class NSImage {
   void drawAtPoint(NSPoint point) const { drawAtPoint(point, 1); }
   void drawAtPoint(NSPoint point, double alpha) const;
   void drawInRect(NSRect rect) const { drawInRect(rect, 1); }
-  void drawInRect(NSRect rect, double alpha) const;
+  virtual void drawInRect(NSRect rect, double alpha) const;
 
   /// The part `source` of the picture, or all of it for a zero rectangle.
   void drawInRect(NSRect target, NSRect source, double fraction) const;

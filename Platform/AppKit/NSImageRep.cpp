@@ -5,9 +5,7 @@
 #include <librsvg/rsvg.h>
 
 #include <array>
-#include <cmath>
 #include <fstream>
-#include <map>
 #include <string>
 #include <type_traits>
 
@@ -29,16 +27,6 @@ constexpr uintmax_t MaximumFileSize = 4 << 20;
 void paintSurface(cairo_t* cairo, cairo_surface_t* surface, double fraction) {
   cairo_set_source_surface(cairo, surface, 0, 0);
   cairo_paint_with_alpha(cairo, fraction);
-}
-
-/// Pixels of a point along each axis in the present user space.
-NSSize pixelsPerPoint(cairo_t* cairo) {
-  cairo_matrix_t matrix;
-  cairo_get_matrix(cairo, &matrix);
-  double deviceX = 1;
-  double deviceY = 1;
-  cairo_surface_get_device_scale(cairo_get_target(cairo), &deviceX, &deviceY);
-  return {std::hypot(matrix.xx, matrix.yx) * deviceX, std::hypot(matrix.xy, matrix.yy) * deviceY};
 }
 
 /// librsvg, loaded with the first picture: a clock of text alone does without its megabytes.
@@ -77,43 +65,27 @@ class SvgImageRep : public NSImageRep {
   NSSize size() const override { return size_; }
 
   void paint(cairo_t* cairo, double fraction) const override {
-    // What is recorded keeps the drawing itself, so that it stays crisp at any later scale.
-    if (cairo_surface_get_type(cairo_get_target(cairo)) == CAIRO_SURFACE_TYPE_RECORDING) {
+    const auto render = [this](cairo_t* target) {
+      const RsvgRectangle viewport{0, 0, size_.width, size_.height};
+      library_.render(handle_.get(), target, &viewport, nullptr);
+    };
+    if (!recordsVectors(cairo)) {
+      bitmaps_.paint(cairo, size_, fraction, render);
+    } else if (fraction >= 1) {
+      render(cairo);
+    } else {
       cairo_push_group(cairo);
-      render(cairo, size_);
+      render(cairo);
       cairo_pop_group_to_source(cairo);
       cairo_paint_with_alpha(cairo, fraction);
-      return;
     }
-    paintSurface(cairo, bitmap(pixelsPerPoint(cairo)), fraction);
   }
 
  private:
-  cairo_surface_t* bitmap(NSSize scale) const {
-    auto& kept = bitmaps_[{std::lround(scale.width * 1000), std::lround(scale.height * 1000)}];
-    if (!kept) {
-      const auto pixels = [](double points, double factor) {
-        return std::max(1, static_cast<int>(std::ceil(points * factor - 1e-6)));
-      };
-      kept.reset(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, pixels(size_.width, scale.width),
-                                            pixels(size_.height, scale.height)));
-      cairo_surface_set_device_scale(kept.get(), scale.width, scale.height);
-      cairo_t* target = cairo_create(kept.get());
-      render(target, size_);
-      cairo_destroy(target);
-    }
-    return kept.get();
-  }
-
-  void render(cairo_t* target, NSSize size) const {
-    const RsvgRectangle viewport{0, 0, size.width, size.height};
-    library_.render(handle_.get(), target, &viewport, nullptr);
-  }
-
   const RsvgLibrary& library_;
   std::unique_ptr<RsvgHandle, decltype(&g_object_unref)> handle_;
   NSSize size_;
-  mutable std::map<std::pair<long, long>, Surface> bitmaps_;
+  mutable ScaledBitmaps bitmaps_;
 };
 
 class PngImageRep : public NSImageRep {
@@ -194,6 +166,16 @@ RecordedImageRep::RecordedImageRep(NSSize size) : size_(size), surface_(nullptr)
 
 RecordedImageRep::~RecordedImageRep() { cairo_surface_destroy(surface_); }
 
+_cairo_surface* RecordedImageRep::beginRecording() {
+  bitmaps_.clear();
+  return surface_;
+}
+
 void RecordedImageRep::paint(_cairo* cairo, double fraction) const {
-  paintSurface(cairo, surface_, fraction);
+  if (recordsVectors(cairo)) {
+    paintSurface(cairo, surface_, fraction);
+  } else {
+    bitmaps_.paint(cairo, size_, fraction,
+                   [this](cairo_t* target) { paintSurface(target, surface_, 1); });
+  }
 }

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <memory>
 
+#include "Platform/AppKit/ScaledBitmaps.h"
 #include "Platform/Foundation/NSGeometry.h"
 
 struct _cairo;
@@ -25,7 +26,7 @@ class NSImageRep {
 /// Reads an SVG or PNG file. Null if it is missing, damaged or beyond any sensible size.
 std::unique_ptr<NSImageRep> imageRepFromFile(const std::filesystem::path& file);
 
-/// Holds drawing commands, and replays them at any scale.
+/// Holds drawing commands, replayed at each scale in use and kept as bitmaps.
 class RecordedImageRep : public NSImageRep {
  public:
   explicit RecordedImageRep(NSSize size);
@@ -34,9 +35,11 @@ class RecordedImageRep : public NSImageRep {
   NSSize size() const override { return size_; }
   void paint(_cairo* cairo, double fraction) const override;
 
-  _cairo_surface* surface() const { return surface_; }
+  /// The surface to record further drawing on.
+  _cairo_surface* beginRecording();
 
  private:
   NSSize size_;
   _cairo_surface* surface_;
+  mutable ScaledBitmaps bitmaps_;
 };

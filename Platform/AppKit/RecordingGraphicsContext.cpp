@@ -1,11 +1,14 @@
 #include "Platform/AppKit/RecordingGraphicsContext.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "Platform/AppKit/NSImage.h"
 
-NSPoint RecordingGraphicsContext::moved(NSPoint point) const {
-  return {point.x + origins_.back().x, point.y + origins_.back().y};
+NSRect RecordingGraphicsContext::boxAround(NSPoint corner, NSPoint opposite) const {
+  const NSPoint a = transform_.transformPoint(corner);
+  const NSPoint b = transform_.transformPoint(opposite);
+  return {{std::min(a.x, b.x), std::min(a.y, b.y)}, {std::abs(a.x - b.x), std::abs(a.y - b.y)}};
 }
 
 void RecordingGraphicsContext::fillPath(const NSBezierPath& path) {
@@ -14,20 +17,19 @@ void RecordingGraphicsContext::fillPath(const NSBezierPath& path) {
   NSPoint high;
   for (const auto& element : path.elements()) {
     if (element.kind == NSBezierPath::Element::Kind::Close) continue;
-    const NSPoint point = moved(element.point);
+    const NSPoint point = element.point;
     low = isFirst ? point : NSPoint{std::min(low.x, point.x), std::min(low.y, point.y)};
     high = isFirst ? point : NSPoint{std::max(high.x, point.x), std::max(high.y, point.y)};
     isFirst = false;
   }
-  records_.push_back({DrawingRecord::Kind::Path, "",
-                      NSMakeRect(low.x, low.y, high.x - low.x, high.y - low.y), fillColor()});
+  records_.push_back({DrawingRecord::Kind::Path, "", boxAround(low, high), fillColor()});
 }
 
 void RecordingGraphicsContext::drawText(std::string_view text, NSPoint point,
                                         const NSTextAttributes& attributes) {
   records_.push_back({DrawingRecord::Kind::Text,
                       std::string(text),
-                      {moved(point), {}},
+                      {transform_.transformPoint(point), {}},
                       attributes.foregroundColor,
                       1,
                       attributes.shadow.has_value()});
@@ -35,16 +37,25 @@ void RecordingGraphicsContext::drawText(std::string_view text, NSPoint point,
 
 void RecordingGraphicsContext::drawImage(const NSImage& image, NSRect target, NSRect,
                                          double fraction) {
-  records_.push_back({DrawingRecord::Kind::Image,
-                      image.name(),
-                      {moved(target.origin), target.size},
-                      NSColor::blackColor(),
-                      fraction});
+  const NSPoint end{target.origin.x + target.size.width, target.origin.y + target.size.height};
+  records_.push_back({DrawingRecord::Kind::Image, image.name(), boxAround(target.origin, end),
+                      NSColor::blackColor(), fraction});
 }
 
-void RecordingGraphicsContext::translateOrigin(NSPoint by) { origins_.push_back(moved(by)); }
+void RecordingGraphicsContext::saveGraphicsState() {
+  NSGraphicsContext::saveGraphicsState();
+  savedTransforms_.push_back(transform_);
+}
 
-void RecordingGraphicsContext::restoreOrigin() { origins_.pop_back(); }
+void RecordingGraphicsContext::restoreGraphicsState() {
+  NSGraphicsContext::restoreGraphicsState();
+  transform_ = savedTransforms_.back();
+  savedTransforms_.pop_back();
+}
+
+void RecordingGraphicsContext::concat(const NSAffineTransform& transform) {
+  transform_ = transform_.after(transform);
+}
 
 std::string RecordingGraphicsContext::joinedText() const {
   std::string text;

@@ -3,10 +3,11 @@
 #include <string>
 #include <vector>
 
+#include "Platform/AppKit/NSAffineTransform.h"
 #include "Platform/AppKit/NSBezierPath.h"
 #include "Platform/AppKit/NSGraphicsContext.h"
 
-/// One drawing call, with what it was given. Coordinates include the moves of the origin.
+/// One drawing call, with what it was given. Coordinates are those of the context's first state.
 struct DrawingRecord {
   enum class Kind { Text, Image, Path };
   Kind kind;
@@ -25,8 +26,10 @@ class RecordingGraphicsContext : public NSGraphicsContext {
   void fillPath(const NSBezierPath& path) override;
   void drawText(std::string_view text, NSPoint point, const NSTextAttributes& attributes) override;
   void drawImage(const NSImage& image, NSRect target, NSRect source, double fraction) override;
-  void translateOrigin(NSPoint by) override;
-  void restoreOrigin() override;
+  void saveGraphicsState() override;
+  void restoreGraphicsState() override;
+  void clipToPath(const NSBezierPath&) override {}
+  void concat(const NSAffineTransform& transform) override;
 
   const std::vector<DrawingRecord>& records() const { return records_; }
 
@@ -34,8 +37,9 @@ class RecordingGraphicsContext : public NSGraphicsContext {
   std::string joinedText() const;
 
  private:
-  NSPoint moved(NSPoint point) const;
+  NSRect boxAround(NSPoint corner, NSPoint opposite) const;
 
   std::vector<DrawingRecord> records_;
-  std::vector<NSPoint> origins_ = {NSPoint{}};
+  NSAffineTransform transform_;
+  std::vector<NSAffineTransform> savedTransforms_;
 };

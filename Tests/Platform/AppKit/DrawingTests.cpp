@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <memory>
+#include <numbers>
 #include <string>
 
 #include "Platform/AppKit/NSBezierPath.h"
@@ -96,12 +97,14 @@ TEST(Contexts, TheOriginMovesAndReturns) {
   for (NSGraphicsContext* context : {static_cast<NSGraphicsContext*>(&surface.context()),
                                      static_cast<NSGraphicsContext*>(&recording)}) {
     const NSCurrentGraphicsContext current(*context);
-    context->translateOrigin({1, 2});
-    context->translateOrigin({3, 1});
+    context->saveGraphicsState();
+    context->translateBy({1, 2});
+    context->saveGraphicsState();
+    context->translateBy({3, 1});
     NSBezierPath::bezierPathWithRect(NSMakeRect(0, 0, 1, 1)).fill();
-    context->restoreOrigin();
+    context->restoreGraphicsState();
     NSBezierPath::bezierPathWithRect(NSMakeRect(0, 0, 1, 1)).fill();
-    context->restoreOrigin();
+    context->restoreGraphicsState();
     NSBezierPath::bezierPathWithRect(NSMakeRect(0, 0, 1, 1)).fill();
   }
   const NSRect places[] = {NSMakeRect(4, 3, 1, 1), NSMakeRect(1, 2, 1, 1), NSMakeRect(0, 0, 1, 1)};
@@ -113,6 +116,64 @@ TEST(Contexts, TheOriginMovesAndReturns) {
     EXPECT_EQ(surface.pixelAt(column, row).alphaComponent(), 1);
   }
   EXPECT_EQ(inkOf(surface).area, 3 * 4);
+}
+
+// A quarter turn takes (1, 2) to (-2, 1); the rectangle from there to (-4, 2), moved by (6, 0), is
+// at (2, 1). Flipped in 10 points, what is at 1 from the top ends at 8 from the bottom.
+TEST(Contexts, TurnAndFlip) {
+  RecordingGraphicsContext recording;
+  BitmapSurface surface({10, 10}, 1);
+  for (NSGraphicsContext* context : {static_cast<NSGraphicsContext*>(&surface.context()),
+                                     static_cast<NSGraphicsContext*>(&recording)}) {
+    const NSCurrentGraphicsContext current(*context);
+    {
+      const NSSavedGraphicsState saved(*context);
+      context->translateBy({6, 0});
+      context->rotateByRadians(std::numbers::pi / 2);
+      NSBezierPath::bezierPathWithRect(NSMakeRect(1, 2, 1, 2)).fill();
+    }
+    {
+      const NSSavedGraphicsState saved(*context);
+      context->flip(10);
+      EXPECT_TRUE(context->isFlipped());
+      NSBezierPath::bezierPathWithRect(NSMakeRect(7, 1, 2, 1)).fill();
+    }
+    EXPECT_FALSE(context->isFlipped());
+  }
+  const NSRect places[] = {NSMakeRect(2, 1, 2, 1), NSMakeRect(7, 8, 2, 1)};
+  for (size_t index = 0; index < std::size(places); ++index) {
+    const NSRect drawn = recording.records()[index].rect;
+    EXPECT_NEAR(drawn.origin.x, places[index].origin.x, 1e-9);
+    EXPECT_NEAR(drawn.origin.y, places[index].origin.y, 1e-9);
+    EXPECT_NEAR(drawn.size.width, places[index].size.width, 1e-9);
+  }
+  EXPECT_NEAR(surface.pixelAt(2, 8).alphaComponent(), 1, 0.01);
+  EXPECT_NEAR(surface.pixelAt(3, 8).alphaComponent(), 1, 0.01);
+  EXPECT_NEAR(surface.pixelAt(8, 1).alphaComponent(), 1, 0.01);
+  EXPECT_NEAR(inkOf(surface).area, 4, 0.1);
+}
+
+// The same line of text, 4 points below the top of a surface of 30, in both coordinates.
+TEST(Contexts, TextHangsFromItsPointWhereFlipped) {
+  NSTextAttributes attributes;
+  attributes.foregroundColor = Red;
+  const double height = attributes.font.ascender() + attributes.font.descender();
+  BitmapSurface upright({60, 30}, 2);
+  BitmapSurface flipped({60, 30}, 2);
+  {
+    const NSCurrentGraphicsContext current(upright.context());
+    drawAtPointWithAttributes("Ag1", {3, 26 - height}, attributes);
+  }
+  {
+    const NSCurrentGraphicsContext current(flipped.context());
+    flipped.context().flip(30);
+    drawAtPointWithAttributes("Ag1", {3, 4}, attributes);
+  }
+  const Ink ink = inkOf(upright);
+  EXPECT_GT(ink.area, 50);
+  EXPECT_EQ(inkOf(flipped).top, ink.top);
+  EXPECT_EQ(inkOf(flipped).left, ink.left);
+  EXPECT_NEAR(inkOf(flipped).area, ink.area, 1);
 }
 
 TEST(Contexts, ARecordingTellsWhatWasDrawn) {
