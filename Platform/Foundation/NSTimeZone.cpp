@@ -22,11 +22,6 @@ std::optional<NSTimeZone> installedZone;
 /// until the zone is reset.
 std::map<std::string, std::weak_ptr<const TimeZoneRules>, std::less<>> knownRules;
 
-fs::path zoneDirectory() {
-  const char* directory = std::getenv("TZDIR");
-  return directory != nullptr && *directory == '/' ? directory : "/usr/share/zoneinfo";
-}
-
 bool isZoneName(std::string_view name) {
   if (name.empty() || name.front() == '/' || name.find("..") != std::string_view::npos)
     return false;
@@ -41,7 +36,7 @@ std::shared_ptr<const TimeZoneRules> rulesNamed(std::string_view name) {
     if (auto rules = found->second.lock()) return rules;
   }
   std::error_code error;
-  const fs::path path = zoneDirectory() / name;
+  const fs::path path = timeZoneFolder() / name;
   if (!isZoneName(name) || !fs::is_regular_file(path, error)) return nullptr;
   auto rules = TimeZoneRules::fromFile(path);
   if (rules) knownRules.insert_or_assign(std::string(name), rules);
@@ -49,6 +44,11 @@ std::shared_ptr<const TimeZoneRules> rulesNamed(std::string_view name) {
 }
 
 }  // namespace
+
+fs::path timeZoneFolder() {
+  const char* directory = std::getenv("TZDIR");
+  return directory != nullptr && *directory == '/' ? directory : "/usr/share/zoneinfo";
+}
 
 fs::path localTimeFile() {
   const char* file = std::getenv("VELMORA_LOCALTIME_FILE");

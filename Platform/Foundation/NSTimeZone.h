@@ -54,3 +54,6 @@ class NSTimeZone {
 /// The file whose target names the machine's zone: `/etc/localtime`, or what
 /// `VELMORA_LOCALTIME_FILE` names in its place.
 std::filesystem::path localTimeFile();
+
+/// Where the system's zone files lie: `TZDIR`, else the usual folder.
+std::filesystem::path timeZoneFolder();

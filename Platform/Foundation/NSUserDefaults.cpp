@@ -5,6 +5,8 @@
 #include "Platform/Foundation/CFPreferences.h"
 #include "Platform/Foundation/NSLocale.h"
 #include "Platform/Foundation/NSString.h"
+#include "Platform/Foundation/NSTimeZone.h"
+#include "Platform/Foundation/TimeZonePlace.h"
 
 namespace {
 
@@ -30,6 +32,17 @@ const PropertyList::Dictionary& NSUserDefaults::dictionaryRepresentation() {
   if (!values_) {
     values_ = CFPreferencesCopyAllValues(".GlobalPreferences");
     values_->insert_or_assign("NSLanguages", preferredLanguages());
+    if (const auto place = placeOfTimeZone(NSTimeZone::systemTimeZone().name())) {
+      values_->emplace(
+          "com.apple.preferences.timezone.selected_city",
+          PropertyList::Dictionary{{"Latitude", place->latitude}, {"Longitude", place->longitude}});
+    }
   }
   return *values_;
+}
+
+PropertyList NSUserDefaults::objectForKey(std::string_view key) {
+  const auto& values = dictionaryRepresentation();
+  const auto found = values.find(key);
+  return found == values.end() ? PropertyList() : found->second;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <string_view>
 
 #include "Platform/Foundation/PropertyList.h"
 
@@ -11,8 +12,12 @@ class NSUserDefaults {
   static NSUserDefaults& standardUserDefaults();
 
   /// Every setting. "NSLanguages" lists the user's languages, most wanted first, from `LANGUAGE` or
-  /// the locale of messages.
+  /// the locale of messages. "com.apple.preferences.timezone.selected_city", where it is not set,
+  /// has the "Latitude" and "Longitude" of the system zone's principal city.
   const PropertyList::Dictionary& dictionaryRepresentation();
+
+  /// One of them; null if there is none.
+  PropertyList objectForKey(std::string_view key);
 
   /// Takes over what has changed outside: the next read asks anew.
   void synchronize() { values_.reset(); }

@@ -8,6 +8,7 @@
 #include "Platform/Dispatch/Dispatch.h"
 #include "Platform/Foundation/NSDate.h"
 #include "Platform/Foundation/NSObject.h"
+#include "Platform/Foundation/NSTimer.h"
 #include "Platform/Foundation/VirtualRunLoop.h"
 
 namespace {
@@ -134,6 +135,34 @@ TEST_F(DelayedCall, MayRenewAndCancelItselfDuringItsCall) {
   target->performSelectorAfterDelay("renew", 1, renew);
   loop.advance(10);
   EXPECT_EQ(notes, "xxx");
+}
+
+TEST_F(DelayedCall, ATimerCallsAgainAndAgain) {
+  auto timer = NSTimer::scheduledTimerWithTimeInterval(60, [this] { notes += "x"; });
+  loop.advance(59.999);
+  EXPECT_EQ(notes, "");
+  loop.advance(120.002);
+  EXPECT_EQ(notes, "xxx");
+  // A loop that was busy for three intervals owes one call, and then keeps the old beat.
+  clock.advanceMicroseconds(190'000'000);
+  loop.runPending();
+  EXPECT_EQ(notes, "xxxx");
+  loop.advance(49.998);
+  EXPECT_EQ(notes, "xxxx");
+  loop.advance(0.001);
+  EXPECT_EQ(notes, "xxxxx");
+  timer.reset();
+  loop.advance(600);
+  EXPECT_EQ(notes, "xxxxx");
+}
+
+TEST_F(DelayedCall, ATimerMayEndItselfDuringItsCall) {
+  std::unique_ptr<NSTimer> timer = NSTimer::scheduledTimerWithTimeInterval(1, [&] {
+    notes += "x";
+    timer.reset();
+  });
+  loop.advance(10);
+  EXPECT_EQ(notes, "x");
 }
 
 TEST_F(DelayedCall, TheMainQueueRunsWorkAfterATime) {

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "Platform/Foundation/NSTimeZone.h"
+#include "Platform/Foundation/TimeZonePlace.h"
 #include "Platform/Foundation/TimeZoneRules.h"
 #include "Tests/Platform/Support/Files.h"
 
@@ -240,6 +241,27 @@ TEST_F(SystemZone, AnInstalledZoneStands) {
   EXPECT_EQ(NSTimeZone::systemTimeZone().name(), "Pacific/Apia");
   NSTimeZone::setSystemTimeZone(std::nullopt);
   EXPECT_EQ(NSTimeZone::systemTimeZone().name(), "UTC");
+}
+
+// By hand from the coordinates of the tz database: Sydney -3352+15113, Troll -720041+0023206.
+TEST(TimeZonePlace, IsThatOfThePrincipalCity) {
+  struct Case {
+    const char* zone;
+    double latitude;
+    double longitude;
+  };
+  for (const Case& sample : {Case{"Australia/Sydney", -33.8667, 151.2167},
+                             {"Australia/NSW", -33.8667, 151.2167},
+                             {"Antarctica/Troll", -72.0114, 2.5350},
+                             {"America/Sao_Paulo", -23.5333, -46.6167},
+                             {"Asia/Kolkata", 22.5333, 88.3667}}) {
+    const auto place = placeOfTimeZone(sample.zone);
+    ASSERT_TRUE(place) << sample.zone;
+    EXPECT_NEAR(place->latitude, sample.latitude, 1e-4) << sample.zone;
+    EXPECT_NEAR(place->longitude, sample.longitude, 1e-4) << sample.zone;
+  }
+  for (const char* zone : {"UTC", "", "Etc/GMT+5", "No/Where"})
+    EXPECT_FALSE(placeOfTimeZone(zone)) << zone;
 }
 
 }  // namespace
