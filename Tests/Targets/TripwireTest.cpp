@@ -70,6 +70,8 @@ const std::multimap<std::string, std::string> Tested = {
     {"Theme-SeperateStyles", "MenuExtra, ThemeOfTheBarReachesTheDropdownOnlyWithSeparateStyles"},
     {"DropdownTheme", "Preferences, DropdownThemeFollowsTheBarOnlyWithSeparateStyles"},
     {"CombinedMenubarDisplayMode", "MenuExtraView, ACombinedExtraDrawsTheListedModules"},
+    {"com.apple.preferences.timezone.selected_city",
+     "MoonPicture, TheSystemsCityDecidesTheHemisphere"},
     {"language", "SharedFormatter, TakesTheLanguageOnceAtItsFirstUse"},
     // Notifications.
     {"VelmoraTimePreferencesChanged", "PreferenceChange, RefreshesTheKeyAndRedrawsAtOnce"},

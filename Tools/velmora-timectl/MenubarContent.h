@@ -2,6 +2,8 @@
 
 #include <memory>
 
+#include "Platform/Foundation/NSDate.h"
+#include "Targets/VelmoraTime/Classes/MoonData.h"
 #include "Targets/VelmoraTime/Classes/VelmoraTime.h"
 #include "Targets/VelmoraTime/Classes/VelmoraTimeMenuExtraView.h"
 
@@ -19,5 +21,9 @@ inline MenubarContent makeMenubarContent() {
   auto extra = std::make_shared<VelmoraTime>();
   auto view = make<VelmoraTimeMenuExtraView>(NSMakeRect(0, 0, 20, NSMenuExtra::Height), *extra);
   view->update();
+  double age = 0;
+  double illumination = 0;
+  currentPhase(age, illumination, NSDate::date());
+  view->moon().showPhase(age, illumination);
   return {std::move(extra), std::move(view)};
 }

@@ -5,6 +5,11 @@
 
 void VelmoraTimeMenuExtraView::init(NSRect frame, ZEVMenuExtra_Time& extra) {
   setFrame(frame);
+  moon_.setSize(16);
+  moon_.setRange(22);
+  moon_.setIllumination(0);
+  moon_.setLight("menubar-moon-light");
+  moon_.setDark("menubar-moon-dark");
   setExtra(&extra);
   loadConfig();
 }

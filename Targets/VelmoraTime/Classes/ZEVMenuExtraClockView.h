@@ -40,7 +40,7 @@ class ZEVMenuExtraClockView_Time : public ZEVMenuExtraContentView_Time {
                                   bool white);
 
   /// The picture of the moon; null while there is none.
-  virtual std::shared_ptr<NSImage> moonImage() const { return nullptr; }
+  virtual std::shared_ptr<NSImage> moonImage() { return nullptr; }
 
   std::string week(double time) const;
   std::string nameForHour(int64_t hour) const;

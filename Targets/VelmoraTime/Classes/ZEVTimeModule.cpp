@@ -31,10 +31,20 @@ std::string ZEVTimeModule_Time::moduleName() const {
 }
 
 void ZEVTimeModule_Time::loadViewWithExtra(ZEVMenuExtra_Time& extra) {
-  setView(make<VelmoraTimeMenuExtraView>(NSMakeRect(0, 0, 20, NSMenuExtra::Height), extra));
+  clockView_ = make<VelmoraTimeMenuExtraView>(NSMakeRect(0, 0, 20, NSMenuExtra::Height), extra);
+  setView(clockView_);
 }
 
-void ZEVTimeModule_Time::setup() { updateClocks(); }
+// Collectors outlive a module that is dropped without having been unloaded.
+ZEVTimeModule_Time::~ZEVTimeModule_Time() { leaveCollectors(); }
+
+void ZEVTimeModule_Time::setup() {
+  updateClocks();
+  // Last, so that the first phase lands on a finished view.
+  moonCollector_ = MoonStatCollector::sharedMoonCollector();
+  moonCollector_->addDelegate(*this);
+  moonCollector_->updateCurrentPhase();
+}
 
 void ZEVTimeModule_Time::updateClocks() {
   if (cancelled_) return;
@@ -60,6 +70,11 @@ void ZEVTimeModule_Time::loadNotifications() {
   observations_.push_back(center.addObserver(
       "VelmoraTimePreferencesChanged",
       [this](const NSNotification& notification) { preferencesChanged(notification); }));
+}
+
+void ZEVTimeModule_Time::collectorUpdatedForMode(const MoonStatCollector& collector, int32_t mode) {
+  if (mode != 0 || &collector != moonCollector_.get()) return;
+  clockView_->moon().showPhase(collector.age(), collector.illumination());
 }
 
 void ZEVTimeModule_Time::preferencesChanged(const NSNotification& notification) {
@@ -90,6 +105,14 @@ void ZEVTimeModule_Time::willUnload() { partialUnload(); }
 void ZEVTimeModule_Time::partialUnload() {
   cancelled_ = true;
   cancelPreviousPerformRequests("externalChange");
+  leaveCollectors();
   observations_.clear();
   delegates().clear();
+}
+
+void ZEVTimeModule_Time::leaveCollectors() {
+  if (!moonCollector_) return;
+  moonCollector_->removeDelegate(*this);
+  moonCollector_.reset();
+  MoonStatCollector::cleanup();
 }

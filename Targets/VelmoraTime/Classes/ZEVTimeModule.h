@@ -5,12 +5,17 @@
 
 #include "Platform/Foundation/NSNotificationCenter.h"
 #include "Targets/Shared/ZEVModule.h"
+#include "Targets/VelmoraTime/MoonStatCollector.h"
+
+class VelmoraTimeMenuExtraView;
 
 /// The one module of the Time extra. It runs the clock: a tick on the main thread that renews
 /// itself, falls on the whole second and drives the content view and then the delegates. And it
 /// hears of everything that can change the clock from outside. Main thread only.
-class ZEVTimeModule_Time : public ZEVModule_Time {
+class ZEVTimeModule_Time : public ZEVModule_Time, public MoonStatCollectorDelegate {
  public:
+  ~ZEVTimeModule_Time() override;
+
   std::string moduleName() const override;
   void loadViewWithExtra(ZEVMenuExtra_Time& extra) override;
   void setup() override;
@@ -19,6 +24,9 @@ class ZEVTimeModule_Time : public ZEVModule_Time {
 
   /// One pass of the tick; the next is already on its way when the work begins.
   void updateClocks();
+
+  /// Redraws the menu bar's Moon. Only the shared collector in mode 0 is listened to.
+  void collectorUpdatedForMode(const MoonStatCollector& collector, int32_t mode) override;
 
   /// Takes over a setting that another process has changed: "key" names it, "resetKey" what to
   /// rebuild.
@@ -30,7 +38,11 @@ class ZEVTimeModule_Time : public ZEVModule_Time {
  private:
   void externalChange();
   void partialUnload();
+  void leaveCollectors();
 
+  /// What `view` is in this module.
+  std::shared_ptr<VelmoraTimeMenuExtraView> clockView_;
+  std::shared_ptr<MoonStatCollector> moonCollector_;
   bool cancelled_ = false;
   std::vector<NSObservation> observations_;
 };

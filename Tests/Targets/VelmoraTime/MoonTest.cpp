@@ -1,0 +1,186 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "Platform/AppKit/CairoGraphicsContext.h"
+#include "Platform/Foundation/NSTimeZone.h"
+#include "Platform/Foundation/NSUserDefaults.h"
+#include "Targets/VelmoraTime/Classes/MoonPhaseView.h"
+#include "Targets/VelmoraTime/MoonStatCollector.h"
+#include "Tests/Platform/Support/Files.h"
+#include "Tests/Targets/VelmoraTime/RunningClock.h"
+
+namespace {
+
+constexpr double FullMoonAge = 14.765294075012207;
+
+/// A Moon of 16 points with a blue dark side and a red lit one, both square, so that the terminator
+/// is met on every row.
+class MoonPicture : public testing::Test {
+ protected:
+  MoonPicture() {
+    std::filesystem::create_directory(folder / "Velmora.bundle");
+    writeFile(folder / "Velmora.bundle" / "lit.svg", square("#f00"));
+    writeFile(folder / "Velmora.bundle" / "unlit.svg", square("#00f"));
+    moon.setSize(16);
+    moon.setRange(22);
+    moon.setLight("lit");
+    moon.setDark("unlit");
+  }
+
+  static std::string square(const std::string& color) {
+    return R"(<svg xmlns="http://www.w3.org/2000/svg" width="16" height="16"><path fill=")" +
+           color + R"(" d="M0 0h16v16H0z"/></svg>)";
+  }
+
+  struct Lit {
+    double points;  ///< How much of the middle row is lit.
+    bool onTheRight;
+  };
+
+  /// In the middle row, where the curve is farthest from the middle.
+  Lit drawn(double age, double darkFraction, double scale = 4) {
+    moon.setAge(age);
+    moon.setIllumination(darkFraction);
+    moon.setImage(nullptr);
+    BitmapSurface surface({16, 16}, scale);
+    const NSCurrentGraphicsContext current(surface.context());
+    moon.image()->drawAtPoint({0, 0});
+    const int row = surface.pixelHeight() / 2;
+    double sum = 0;
+    for (int column = 0; column < surface.pixelWidth(); ++column) {
+      const NSColor color = surface.pixelAt(column, row);
+      sum += color.redComponent() * color.alphaComponent();
+    }
+    return {sum / scale, surface.pixelAt(surface.pixelWidth() - 1, row).redComponent() == 1};
+  }
+
+  const std::filesystem::path folder = freshFolder();
+  const EnvironmentVariable support{"VELMORA_SUPPORT_DIR", folder.string()};
+  MoonPhaseView_Time moon{NSMakeRect(0, 2, 16, 16)};
+};
+
+// By hand: with the control points at x the curve's middle is at 8 + 3/4 (x - 8), and
+// x = 22 - 22.44 dark - 3 while the Moon waxes, 22.44 dark - 3 while it wanes.
+TEST_F(MoonPicture, TheTerminatorTravelsThroughTheLunation) {
+  struct Case {
+    double age;
+    double dark;
+    double lit;
+    bool isLitOnTheRight;
+  };
+  for (const Case& sample : {Case{1, 0.99, 0, false},          // x = -3: -0.25, off the disc
+                             {2, 0.981, 0, false},             // snapped
+                             {2, 0.98, 0, false},              // -2.99: -0.243
+                             {3, 0.9, 1.103, true},            // -1.196
+                             {7, 0.5, 7.835, true},            // 7.78
+                             {11, 0.1, 14.567, true},          // 16.756
+                             {14, 0.02, 15.913, true},         // 18.551: 15.913
+                             {14, 0.019, 16, true},            // 19: snapped
+                             {FullMoonAge - 1e-9, 0.5, 7.835, true},
+                             {FullMoonAge, 0.5, 7.835, false},
+                             {18, 0.1, 14.567, false},         // -0.756
+                             {15, 0.019, 16, false},           // snapped
+                             {22, 0.5, 7.835, false},
+                             {28, 0.99, 0, false}}) {
+    const Lit lit = drawn(sample.age, sample.dark);
+    EXPECT_NEAR(lit.points, sample.lit, 0.06) << sample.age << ", " << sample.dark;
+    if (sample.lit > 0 && sample.lit < 15.9) {
+      EXPECT_EQ(lit.onTheRight, sample.isLitOnTheRight) << sample.age << ", " << sample.dark;
+    }
+  }
+}
+
+TEST_F(MoonPicture, TheSouthSeesItMirrored) {
+  moon.setHemisphere(1);
+  EXPECT_FALSE(drawn(7, 0.5).onTheRight);
+  EXPECT_TRUE(drawn(22, 0.5).onTheRight);
+  EXPECT_NEAR(drawn(3, 0.9).points, 1.103, 0.06);
+}
+
+// "com.apple.preferences.timezone.selected_city" follows the system's zone.
+TEST_F(MoonPicture, TheSystemsCityDecidesTheHemisphere) {
+  NSTimeZone::setSystemTimeZone(NSTimeZone::timeZoneWithName("Australia/Sydney"));
+  NSUserDefaults::standardUserDefaults().synchronize();
+  EXPECT_FALSE(drawn(7, 0.5).onTheRight);
+  EXPECT_EQ(moon.hemisphere(), 1);
+  NSTimeZone::setSystemTimeZone(NSTimeZone::timeZoneWithName("Europe/Berlin"));
+  NSUserDefaults::standardUserDefaults().synchronize();
+  EXPECT_TRUE(drawn(7, 0.5).onTheRight);
+  NSTimeZone::setSystemTimeZone(NSTimeZone::timeZoneWithName("UTC"));
+  NSUserDefaults::standardUserDefaults().synchronize();
+  moon.setHemisphere(1);
+  EXPECT_FALSE(drawn(7, 0.5).onTheRight) << "a zone without a place leaves what was set";
+}
+
+TEST_F(MoonPicture, TheTerminatorIsSmoothAtEveryScale) {
+  for (const double scale : {1.0, 1.25, 1.5, 2.0}) {
+    drawn(7, 0.8, scale);
+    BitmapSurface surface({16, 16}, scale);
+    const NSCurrentGraphicsContext current(surface.context());
+    moon.image()->drawAtPoint({0, 0});
+    int mixed = 0;
+    for (int row = 0; row < surface.pixelHeight(); ++row) {
+      for (int column = 0; column < surface.pixelWidth(); ++column) {
+        const double red = surface.pixelAt(column, row).redComponent();
+        if (red > 0.05 && red < 0.95) ++mixed;
+      }
+    }
+    EXPECT_GE(mixed, surface.pixelHeight() * 2 / 3) << scale;
+  }
+}
+
+TEST_F(MoonPicture, AMissingPictureLeavesItsLayerOut) {
+  moon.setDark("");
+  EXPECT_NEAR(drawn(7, 0.5).points, 7.835, 0.06);
+  moon.setLight("missing");
+  EXPECT_EQ(drawn(7, 0.5).points, 0);
+}
+
+struct CountingDelegate : MoonStatCollectorDelegate {
+  void collectorUpdatedForMode(const MoonStatCollector&, int32_t mode) override {
+    ++updates;
+    lastMode = mode;
+  }
+  int updates = 0;
+  int lastMode = -1;
+};
+
+// U.S. Naval Observatory: first quarter on 2026-11-17 at 11:48 UT.
+TEST(MoonCollector, TellsTheClockAtTheStartAndOnceAMinute) {
+  RunningClock clock(utc(2026, 11, 17, 11, 48));
+  const auto collector = MoonStatCollector::sharedMoonCollector();
+  EXPECT_NEAR(collector->illumination(), 0.5, 0.01);
+  const auto first = clock.view().moonImage();
+  ASSERT_NE(first, nullptr);
+  CountingDelegate delegate;
+  collector->addDelegate(delegate);
+  collector->addDelegate(delegate);
+  clock.time.loop.advance(59.9);
+  EXPECT_EQ(clock.view().moonImage(), first);
+  EXPECT_EQ(delegate.updates, 0);
+  clock.time.loop.advance(0.2);
+  EXPECT_NE(clock.view().moonImage(), first);
+  EXPECT_EQ(delegate.updates, 1);
+  EXPECT_EQ(delegate.lastMode, 0);
+  clock.time.loop.advance(86400 * 7.4);
+  EXPECT_EQ(delegate.updates, 1 + 1440 * 7 + 576);
+  EXPECT_GT(collector->illumination(), 0.98);
+  clock.extra->willUnload();
+  clock.time.loop.advance(600);
+  EXPECT_EQ(delegate.updates, 1 + 1440 * 7 + 576) << "an unloaded clock leaves no timer";
+}
+
+TEST(MoonCollector, OtherSendersAndModesAreIgnored) {
+  RunningClock clock(Saturday);
+  const auto picture = clock.view().moonImage();
+  clock.module().collectorUpdatedForMode(*MoonStatCollector::sharedMoonCollector(), 1);
+  EXPECT_EQ(clock.view().moonImage(), picture);
+  const auto former = MoonStatCollector::sharedMoonCollector();
+  MoonStatCollector::cleanup();
+  const auto present = MoonStatCollector::sharedMoonCollector();
+  clock.module().collectorUpdatedForMode(*present, 0);
+  EXPECT_EQ(clock.view().moonImage(), picture);
+}
+
+}  // namespace
