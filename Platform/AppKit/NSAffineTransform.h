@@ -30,8 +30,11 @@ struct NSAffineTransform {
   /// This transform with `inner` done before it.
   NSAffineTransform after(const NSAffineTransform& inner) const {
     const NSPoint origin = transformPoint({inner.tX, inner.tY});
-    return {m11 * inner.m11 + m21 * inner.m12, m12 * inner.m11 + m22 * inner.m12,
-            m11 * inner.m21 + m21 * inner.m22, m12 * inner.m21 + m22 * inner.m22,
-            origin.x,                          origin.y};
+    return {m11 * inner.m11 + m21 * inner.m12,
+            m12 * inner.m11 + m22 * inner.m12,
+            m11 * inner.m21 + m21 * inner.m22,
+            m12 * inner.m21 + m22 * inner.m22,
+            origin.x,
+            origin.y};
   }
 };

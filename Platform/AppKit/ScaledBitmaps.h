@@ -18,8 +18,8 @@ class ScaledBitmaps {
   using Renderer = std::function<void(_cairo* cairo)>;
 
   /// Paints a picture of `size` points with its upper left corner at the origin of a user space
-  /// with y downwards, moved by less than a pixel to where its pixels fall on the surface's. `render`
-  /// draws it if there is no bitmap for the present scale yet.
+  /// with y downwards, moved by less than a pixel to where its pixels fall on the surface's.
+  /// `render` draws it if there is no bitmap for the present scale yet.
   void paint(_cairo* cairo, NSSize size, double fraction, const Renderer& render);
 
   /// Forgets all bitmaps, for a picture that has changed.

@@ -10,9 +10,7 @@ std::unique_ptr<NSTimer> NSTimer::scheduledTimerWithTimeInterval(double interval
 }
 
 NSTimer::NSTimer(int64_t interval, std::function<void()> action)
-    : interval_(interval),
-      deadline_(NSRunLoop::mainRunLoop().now()),
-      action_(std::move(action)) {
+    : interval_(interval), deadline_(NSRunLoop::mainRunLoop().now()), action_(std::move(action)) {
   scheduleNext();
 }
 

@@ -19,8 +19,8 @@ std::optional<double> angle(std::string_view text) {
   const auto part = [&](size_t start, size_t count) {
     return start > digits ? 0 : doubleValue(text.substr(start, count));
   };
-  const double size = part(1, degreeDigits) + part(1 + degreeDigits, 2) / 60 +
-                      part(3 + degreeDigits, 2) / 3600;
+  const double size =
+      part(1, degreeDigits) + part(1 + degreeDigits, 2) / 60 + part(3 + degreeDigits, 2) / 3600;
   return text.front() == '-' ? -size : size;
 }
 

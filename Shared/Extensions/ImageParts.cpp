@@ -13,9 +13,8 @@ struct Span {
 };
 
 std::vector<Span> spans(double length, double lowInset, double highInset) {
-  return {{0, lowInset},
-          {lowInset, length - lowInset - highInset},
-          {length - highInset, highInset}};
+  return {
+      {0, lowInset}, {lowInset, length - lowInset - highInset}, {length - highInset, highInset}};
 }
 
 std::shared_ptr<NSImage> part(const NSImage& image, Span across, Span up) {

@@ -53,9 +53,8 @@ std::shared_ptr<WENImage_Time> WENImage_Time::threePartImageFromImageTopCapHeigh
 
 std::shared_ptr<WENImage_Time> WENImage_Time::threePartImageFromImageTopCapHeight(
     const NSImage& image, int64_t topCapHeight, int64_t bottomCapHeight) {
-  return keptImage(
-      image, ImagePartsLayout::Column,
-      {static_cast<double>(topCapHeight), 0, static_cast<double>(bottomCapHeight), 0});
+  return keptImage(image, ImagePartsLayout::Column,
+                   {static_cast<double>(topCapHeight), 0, static_cast<double>(bottomCapHeight), 0});
 }
 
 std::shared_ptr<WENImage_Time> WENImage_Time::ninePartImage(const NSImage& image,

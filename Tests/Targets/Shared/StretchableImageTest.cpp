@@ -163,8 +163,8 @@ TEST_F(StretchableImage, WhatIsMissingIsTriedAgain) {
 TEST_F(StretchableImage, NamesNeverLeaveTheBundle) {
   writeFile(folder / "outside.svg", cells());
   std::filesystem::create_directory(folder / "Velmora.bundle" / "folder.svg");
-  for (const char* name : {"../outside", "../outside.svg", "folder", "folder/../cells", "..", ".",
-                           "/etc/hostname"}) {
+  for (const char* name :
+       {"../outside", "../outside.svg", "folder", "folder/../cells", "..", ".", "/etc/hostname"}) {
     EXPECT_EQ(cache.imageNamed(name), nullptr) << name;
     EXPECT_EQ(cache.imageWithLeftCap(name, 3), nullptr) << name;
   }

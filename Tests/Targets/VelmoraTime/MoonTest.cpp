@@ -69,18 +69,18 @@ TEST_F(MoonPicture, TheTerminatorTravelsThroughTheLunation) {
     double lit;
     bool isLitOnTheRight;
   };
-  for (const Case& sample : {Case{1, 0.99, 0, false},          // x = -3: -0.25, off the disc
-                             {2, 0.981, 0, false},             // snapped
-                             {2, 0.98, 0, false},              // -2.99: -0.243
-                             {3, 0.9, 1.103, true},            // -1.196
-                             {7, 0.5, 7.835, true},            // 7.78
-                             {11, 0.1, 14.567, true},          // 16.756
-                             {14, 0.02, 15.913, true},         // 18.551: 15.913
-                             {14, 0.019, 16, true},            // 19: snapped
+  for (const Case& sample : {Case{1, 0.99, 0, false},   // x = -3: -0.25, off the disc
+                             {2, 0.981, 0, false},      // snapped
+                             {2, 0.98, 0, false},       // -2.99: -0.243
+                             {3, 0.9, 1.103, true},     // -1.196
+                             {7, 0.5, 7.835, true},     // 7.78
+                             {11, 0.1, 14.567, true},   // 16.756
+                             {14, 0.02, 15.913, true},  // 18.551: 15.913
+                             {14, 0.019, 16, true},     // 19: snapped
                              {FullMoonAge - 1e-9, 0.5, 7.835, true},
                              {FullMoonAge, 0.5, 7.835, false},
-                             {18, 0.1, 14.567, false},         // -0.756
-                             {15, 0.019, 16, false},           // snapped
+                             {18, 0.1, 14.567, false},  // -0.756
+                             {15, 0.019, 16, false},    // snapped
                              {22, 0.5, 7.835, false},
                              {28, 0.99, 0, false}}) {
     const Lit lit = drawn(sample.age, sample.dark);
