@@ -1,0 +1,136 @@
+// Fails when the code asks for a picture that the bundle lacks, or the bundle holds one that nobody
+// asks for.
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <regex>
+#include <set>
+#include <string>
+
+#include "Platform/AppKit/NSImage.h"
+#include "Platform/Foundation/NSBundle.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Pictures drawn ahead, so that all are of one hand → who is going to ask for them.
+const std::map<std::string, std::string> Awaited = {
+    {"icon-moon-age", "the sun and moon panels"},
+    {"icon-sun-currentaltitude", "the sun and moon panels"},
+    {"icon-twilight-astronomical", "the sun and moon panels"},
+    {"icon-twilight-civil", "the sun and moon panels"},
+    {"icon-twilight-nautical", "the sun and moon panels"},
+    {"map-icon-moon", "the light map"},
+    {"map-icon-sun", "the light map"},
+    {"map-location-selected", "the light map"},
+    {"map-location", "the light map"},
+    {"menubar-diskactivity-dots-overlay", "dots of events"},
+    {"stats-calendar-arrow-left-down", "the month view"},
+    {"stats-calendar-arrow-left", "the month view"},
+    {"stats-calendar-arrow-right-down", "the month view"},
+    {"stats-calendar-arrow-right", "the month view"},
+    {"stats-calendar-clock-dark", "the clock face"},
+    {"stats-calendar-clock-light", "the clock face"},
+    {"stats-calendar-clock-mask", "the clock face"},
+    {"stats-calendar-dark", "the month view"},
+    {"stats-calendar-map-header", "the light map"},
+    {"stats-calendar-moon-dark", "the dropdown's moon"},
+    {"stats-calendar-moon-header-lightmoon", "the moon submenu"},
+    {"stats-calendar-moon-header", "the moon submenu"},
+    {"stats-calendar-moon-light", "the dropdown's moon"},
+    {"stats-calendar-moonrise", "the sun and moon panels"},
+    {"stats-calendar-moonset", "the sun and moon panels"},
+    {"stats-calendar-noon", "the sun and moon panels"},
+    {"stats-calendar-opencal-down", "the month view"},
+    {"stats-calendar-opencal", "the month view"},
+    {"stats-calendar-selected-week", "day cells"},
+    {"stats-calendar-selected", "day cells"},
+    {"stats-calendar-shadow", "the month view"},
+    {"stats-calendar-sunrise", "the sun and moon panels"},
+    {"stats-calendar-sunset", "the sun and moon panels"},
+    {"stats-calendar-today-dark-week", "day cells"},
+    {"stats-calendar-today-dark", "day cells"},
+    {"stats-calendar-today-light-week", "day cells"},
+    {"stats-calendar-today-light", "day cells"},
+    {"stats-calendar-weeks-dark", "the month view"},
+    {"stats-calendar-weeks", "the month view"},
+    {"stats-calendar", "the month view"},
+    {"stats-label-blue", "the legend"},
+    {"stats-label-darkgrey", "the legend"},
+    {"stats-label-green", "the legend"},
+    {"stats-label-lightgrey", "the legend"},
+    {"stats-label-orange", "the legend"},
+    {"stats-label-purple", "the legend"},
+    {"stats-label-red", "the legend"},
+    {"stats-label-yellow", "the legend"},
+    {"stats-tick-white", "rows with a tick"},
+    {"stats-tick", "rows with a tick"},
+};
+
+std::set<std::string> namesInTheBundle() {
+  std::set<std::string> names;
+  for (const auto& entry :
+       fs::directory_iterator(fs::path(VELMORA_SOURCE_DIR) / "Resources" / "Velmora.bundle")) {
+    const auto extension = entry.path().extension();
+    if (extension == ".svg" || extension == ".png") names.insert(entry.path().stem().string());
+  }
+  return names;
+}
+
+/// Texts of the code that begin like the names of pictures; the day numbers are made from a stem.
+std::set<std::string> namesInTheCode() {
+  const std::regex named(R"re("((?:menubar|stats|map|icon)-[a-z0-9-]+)(?:\.tiff)?")re");
+  std::set<std::string> names;
+  for (const char* folder : {"Targets", "Shared"}) {
+    for (const auto& entry :
+         fs::recursive_directory_iterator(fs::path(VELMORA_SOURCE_DIR) / folder)) {
+      if (!entry.is_regular_file()) continue;
+      std::ifstream stream(entry.path(), std::ios::binary);
+      const std::string source{std::istreambuf_iterator<char>(stream), {}};
+      for (std::sregex_iterator match(source.begin(), source.end(), named), end; match != end;
+           ++match) {
+        names.insert((*match)[1]);
+      }
+    }
+  }
+  if (names.erase("menubar-date-") != 0) {
+    for (int day = 1; day <= 31; ++day) {
+      names.insert("menubar-date-" + std::to_string(day));
+      names.insert("menubar-date-" + std::to_string(day) + "-white");
+    }
+  }
+  return names;
+}
+
+TEST(PictureNames, TheCodeAndTheBundleAgree) {
+  const auto asked = namesInTheCode();
+  const auto present = namesInTheBundle();
+  EXPECT_GT(asked.size(), 65) << "the sources were not found";
+  for (const std::string& name : asked) {
+    EXPECT_TRUE(present.contains(name)) << "the bundle lacks " << name;
+    EXPECT_FALSE(Awaited.contains(name)) << name << " is asked for by now";
+  }
+  for (const auto& [name, view] : Awaited)
+    EXPECT_TRUE(present.contains(name)) << "the bundle lacks " << name << " for " << view;
+  for (const std::string& name : present) {
+    EXPECT_TRUE(asked.contains(name) || Awaited.contains(name))
+        << "nobody asks for " << name;
+  }
+}
+
+TEST(PictureNames, EveryPictureOfTheBundleCanBeDrawn) {
+  const NSBundle bundle = NSBundle::bundleWithPath(VELMORA_SOURCE_DIR "/Resources/Velmora.bundle");
+  for (const std::string& name : namesInTheBundle()) {
+    const auto image = NSImage::imageWithContentsOfFile(bundle.pathForImageResource(name));
+    ASSERT_NE(image, nullptr) << name;
+    EXPECT_EQ(image->size().width, static_cast<int>(image->size().width)) << name;
+    EXPECT_EQ(image->size().height, static_cast<int>(image->size().height)) << name;
+  }
+}
+
+}  // namespace
