@@ -7,12 +7,16 @@
 
 #include "Platform/AppKit/NSBezierPath.h"
 #include "Platform/AppKit/NSColor.h"
+#include "Platform/AppKit/NSGraphicsContext.h"
 #include "Platform/Foundation/NSCalendar.h"
 #include "Targets/Shared/ZEVImageCache.h"
 
 namespace {
 
 constexpr std::string_view TransparentType = "___ICON__TRANSPARENT___";
+
+/// The pictures' upper edge.
+constexpr double LeafTop = 20;
 
 struct HeadColor {
   std::string_view type;
@@ -56,9 +60,17 @@ int64_t calendarLeafDay(const NSDate& date) {
 }
 
 void drawCalendarLeaf(NSPoint point, std::string_view type, int64_t day, bool white) {
+  auto* context = NSGraphicsContext::currentContext();
+  if (context == nullptr) return;
   const bool isTransparent = type == TransparentType;
   const std::string number = "menubar-date-" + std::to_string(day);
   const double x = std::round(point.x);
+
+  // Pictures go to whole pixels by themselves; at a scale between, the head has to go with them.
+  const NSSavedGraphicsState saved(*context);
+  const NSPoint corner{x, point.y + LeafTop};
+  const NSPoint aligned = context->alignedToPixels(corner);
+  context->translateBy({aligned.x - corner.x, aligned.y - corner.y});
   if (isTransparent) {
     drawNamed(white ? "menubar-date-transparent-white" : "menubar-date-transparent",
               {x, point.y + 2});
