@@ -1,6 +1,8 @@
 #include "Platform/Foundation/NSRunLoop.h"
 
+#include <atomic>
 #include <exception>
+#include <mutex>
 #include <set>
 #include <string>
 
@@ -8,12 +10,14 @@
 
 namespace {
 
-NSRunLoop* installedLoop = nullptr;
+std::atomic<NSRunLoop*> installedLoop = nullptr;
 
 void reportOnce(const std::string& text) {
   // A fault in the tick repeats each second; the bound keeps a text that varies from growing this.
   constexpr size_t MaximumRemembered = 256;
+  static std::mutex mutex;
   static std::set<std::string> reported;
+  const std::lock_guard guard(mutex);
   if (reported.size() >= MaximumRemembered) reported.clear();
   if (reported.insert(text).second) NSLog("error: " + text);
 }
@@ -23,7 +27,8 @@ void reportOnce(const std::string& text) {
 NSRunLoop& makeDesktopRunLoop();
 
 NSRunLoop& NSRunLoop::mainRunLoop() {
-  return installedLoop != nullptr ? *installedLoop : makeDesktopRunLoop();
+  NSRunLoop* const loop = installedLoop;
+  return loop != nullptr ? *loop : makeDesktopRunLoop();
 }
 
 void NSRunLoop::setMainRunLoop(NSRunLoop* loop) { installedLoop = loop; }

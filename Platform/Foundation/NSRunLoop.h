@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <utility>
 
 /// The main thread's loop: it runs callbacks once, at or after a moment, in the order of their
 /// moments and, where those are equal, in the order in which they were scheduled.
@@ -9,11 +10,15 @@
 /// Moments are on a clock of the loop's own that never jumps. They are rounded up to whole
 /// microseconds: a callback may be late, but it is never early.
 ///
+/// Work and watches may be handed to it, and taken back, from any thread; callbacks run on the main
+/// thread. What is taken back from another thread may be running just then.
+///
 /// There are two implementations: the desktop's (GLib's main context) and `VirtualRunLoop`.
 class NSRunLoop {
  public:
   using Callback = std::function<void()>;
   using TimerId = uint64_t;
+  using WatchId = uint64_t;
 
   virtual ~NSRunLoop() = default;
 
@@ -26,6 +31,15 @@ class NSRunLoop {
 
   /// Forgets a scheduled callback. Does nothing if it has run or was cancelled.
   virtual void cancel(TimerId timer) = 0;
+
+  /// Runs `callback` once in the next pass, after what was handed over before.
+  void performBlock(Callback callback) { scheduleAt(now(), std::move(callback)); }
+
+  /// Calls `callback` whenever `descriptor`, which stays the caller's, has something to read.
+  virtual WatchId watchDescriptor(int descriptor, Callback callback) = 0;
+
+  /// Ends a watch. Does nothing for a number that is none.
+  virtual void unwatchDescriptor(WatchId watch) = 0;
 
   /// Serves callbacks until `stop` is called.
   virtual void run() = 0;

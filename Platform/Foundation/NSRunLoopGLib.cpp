@@ -1,7 +1,9 @@
-#include <glib.h>
+#include <glib-unix.h>
 
 #include <algorithm>
+#include <atomic>
 #include <limits>
+#include <memory>
 #include <mutex>
 #include <utility>
 
@@ -13,7 +15,7 @@ namespace {
 constexpr auto AnyTimer = std::numeric_limits<NSRunLoop::TimerId>::max();
 
 /// One source of GLib's serves all timers: sources of their own would run late ones in the order in
-/// which they were made. Work may be handed to this loop from any thread.
+/// which they were made.
 class GLibRunLoop : public NSRunLoop {
  public:
   GLibRunLoop() {
@@ -21,11 +23,6 @@ class GLibRunLoop : public NSRunLoop {
     // A callback may open a dialogue and serve the loop itself.
     g_source_set_can_recurse(source_, TRUE);
     g_source_attach(source_, context_);
-  }
-
-  ~GLibRunLoop() override {
-    g_source_destroy(source_);
-    g_source_unref(source_);
   }
 
   int64_t now() const override { return g_get_monotonic_time() * 1000; }
@@ -41,6 +38,22 @@ class GLibRunLoop : public NSRunLoop {
     Callback dropped;
     const std::lock_guard guard(mutex_);
     dropped = timers_.remove(timer);
+  }
+
+  WatchId watchDescriptor(int descriptor, Callback callback) override {
+    GSource* watch = g_unix_fd_source_new(descriptor, G_IO_IN);
+    g_source_set_callback(watch, G_SOURCE_FUNC(+becameReadable),
+                          std::make_unique<Callback>(std::move(callback)).release(),
+                          [](gpointer held) { std::default_delete<Callback>()(callbackOf(held)); });
+    const WatchId identifier = g_source_attach(watch, context_);
+    g_source_unref(watch);
+    return identifier;
+  }
+
+  void unwatchDescriptor(WatchId watch) override {
+    if (GSource* source = g_main_context_find_source_by_id(context_, static_cast<guint>(watch))) {
+      g_source_destroy(source);
+    }
   }
 
   void run() override {
@@ -72,6 +85,13 @@ class GLibRunLoop : public NSRunLoop {
     GSource base;
     GLibRunLoop* loop;
   };
+
+  static Callback* callbackOf(gpointer held) { return static_cast<Callback*>(held); }
+
+  static gboolean becameReadable(int, GIOCondition, gpointer callback) {
+    guarded(*callbackOf(callback));
+    return G_SOURCE_CONTINUE;
+  }
 
   static GLibRunLoop& loopOf(GSource* source) {
     return *reinterpret_cast<TimerSource*>(source)->loop;
@@ -131,12 +151,13 @@ class GLibRunLoop : public NSRunLoop {
   std::mutex mutex_;
   TimerQueue timers_;
   TimerId limit_ = AnyTimer;
-  bool stopped_ = false;
+  std::atomic<bool> stopped_ = false;
 };
 
 }  // namespace
 
 NSRunLoop& makeDesktopRunLoop() {
-  static GLibRunLoop loop;
-  return loop;
+  // Never destroyed: other threads may still hand work over while the process ends.
+  static GLibRunLoop* const loop = std::make_unique<GLibRunLoop>().release();
+  return *loop;
 }

@@ -15,7 +15,7 @@ class OperatingSystemClock : public SystemClock {
 };
 
 const OperatingSystemClock operatingSystemClock;
-const SystemClock* installedClock = &operatingSystemClock;
+std::atomic<const SystemClock*> installedClock = &operatingSystemClock;
 
 }  // namespace
 
@@ -29,8 +29,9 @@ ManualClock::ManualClock(double seconds) : wall_(std::llround(seconds * 1e6)) {}
 
 double ManualClock::timeIntervalSince1970() const {
   // The whole seconds are split off first: one division of the full count would round them.
-  const int64_t microseconds = ((wall_ % 1'000'000) + 1'000'000) % 1'000'000;
-  const int64_t seconds = (wall_ - microseconds) / 1'000'000;
+  const int64_t wall = wall_;
+  const int64_t microseconds = ((wall % 1'000'000) + 1'000'000) % 1'000'000;
+  const int64_t seconds = (wall - microseconds) / 1'000'000;
   return static_cast<double>(seconds) + static_cast<double>(microseconds) * 1e-6;
 }
 

@@ -1,9 +1,10 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 
 /// The process's one source of the present instant. Everything that asks for the time goes through
-/// `NSDate::date()`, which asks the clock installed here.
+/// `NSDate::date()`, which asks the clock installed here. It may be asked from any thread.
 class SystemClock {
  public:
   virtual ~SystemClock() = default;
@@ -37,6 +38,6 @@ class ManualClock : public SystemClock {
   int64_t elapsedMicroseconds() const { return elapsed_; }
 
  private:
-  int64_t wall_;
-  int64_t elapsed_ = 0;
+  std::atomic<int64_t> wall_;
+  std::atomic<int64_t> elapsed_ = 0;
 };

@@ -1,7 +1,10 @@
 // One suite for both run loops: what holds on simulated time must hold on the desktop's loop.
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <limits>
 #include <memory>
 #include <stdexcept>
@@ -10,6 +13,7 @@
 #include <vector>
 
 #include "Platform/Foundation/VirtualRunLoop.h"
+#include "Tests/Support/ChildProcess.h"
 
 namespace {
 
@@ -202,14 +206,58 @@ TYPED_TEST(RunLoop, ReleasesWhatACallbackHeld) {
   EXPECT_EQ(this->notes, "gone gone ");
 }
 
-TEST(DesktopRunLoop, TakesWorkFromAnotherThread) {
-  NSRunLoop& loop = NSRunLoop::mainRunLoop();
+// A hand-over that is lost, doubled or overtakes another of its thread.
+TYPED_TEST(RunLoop, TakesWorkFromOtherThreadsInTheirOrder) {
+  constexpr int Threads = 4;
+  constexpr int Works = 500;
+  std::array<std::vector<int>, Threads> seen;
+  std::vector<std::thread> threads;
+  for (std::vector<int>& own : seen) {
+    threads.emplace_back([&] {
+      for (int work = 0; work < Works; ++work)
+        this->loop.performBlock([&own, work] { own.push_back(work); });
+    });
+  }
+  EXPECT_TRUE(waitUntil([&] {
+    this->loop.runPending();
+    return std::ranges::all_of(seen, [](const auto& own) { return own.size() == Works; });
+  }));
+  for (std::thread& thread : threads)
+    thread.join();
+  for (const std::vector<int>& own : seen)
+    EXPECT_TRUE(std::ranges::is_sorted(own));
+}
+
+TYPED_TEST(RunLoop, WakesForWorkFromAnotherThread) {
   std::thread worker;
-  loop.scheduleAt(loop.now(), [&] {
-    worker = std::thread([&] { loop.scheduleAt(loop.now(), [&] { loop.stop(); }); });
+  this->loop.performBlock([&] {
+    worker = std::thread([&] { this->loop.performBlock([&] { this->loop.stop(); }); });
+    if (std::is_same_v<TypeParam, OnVirtualTime>) worker.join();  // It never waits.
   });
-  loop.run();
-  worker.join();
+  this->loop.run();
+  if (worker.joinable()) worker.join();
+}
+
+TYPED_TEST(RunLoop, WatchesADescriptorUntilToldNotTo) {
+  std::array<int, 2> ends{};
+  ASSERT_EQ(pipe(ends.data()), 0);
+  const auto watch = this->loop.watchDescriptor(ends[0], [&] {
+    char byte = 0;
+    ASSERT_EQ(read(ends[0], &byte, 1), 1);
+    this->notes += byte;
+  });
+  this->loop.runPending();
+  EXPECT_EQ(this->notes, "");
+  ASSERT_EQ(write(ends[1], "a", 1), 1);
+  this->loop.runPending();
+  EXPECT_EQ(this->notes, "a");
+  this->loop.unwatchDescriptor(watch);
+  this->loop.unwatchDescriptor(watch);
+  ASSERT_EQ(write(ends[1], "b", 1), 1);
+  this->loop.runPending();
+  EXPECT_EQ(this->notes, "a");
+  close(ends[0]);
+  close(ends[1]);
 }
 
 // 1700000000 is a whole second, so every tick of the day must see one.

@@ -1,0 +1,210 @@
+#include "Platform/Dispatch/DispatchSource.h"
+
+#include <fcntl.h>
+#include <sys/inotify.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cmath>
+#include <string>
+#include <utility>
+
+#include "Platform/Foundation/NSRunLoop.h"
+
+namespace {
+
+/// The longest that a timer trusts the run loop's clock, which knows nothing of suspend and of the
+/// wall clock being set. Seconds.
+constexpr double LongestWait = 3600;
+
+/// A handler that does not start once it was cancelled. It may cancel itself.
+class CancellableHandler {
+ public:
+  explicit CancellableHandler(std::function<void()> handler) : handler_(std::move(handler)) {}
+
+  void call() {
+    const std::lock_guard guard(mutex_);
+    if (!cancelled_) handler_();
+  }
+
+  void cancel() {
+    const std::lock_guard guard(mutex_);
+    cancelled_ = true;
+  }
+
+ private:
+  std::recursive_mutex mutex_;
+  std::function<void()> handler_;
+  bool cancelled_ = false;
+};
+
+/// Owns an open file, or nothing (-1).
+class FileDescriptor {
+ public:
+  explicit FileDescriptor(int descriptor) : descriptor_(descriptor) {}
+  FileDescriptor(const FileDescriptor&) = delete;
+  FileDescriptor& operator=(const FileDescriptor&) = delete;
+  ~FileDescriptor() {
+    if (descriptor_ >= 0) close(descriptor_);
+  }
+
+  int get() const { return descriptor_; }
+
+ private:
+  int descriptor_;
+};
+
+}  // namespace
+
+class DispatchTimer::State : public std::enable_shared_from_this<State> {
+ public:
+  State(const NSDate& deadline, dispatch_queue_t queue, std::function<void()> handler)
+      : deadline_(deadline), queue_(std::move(queue)), handler_(std::move(handler)) {}
+
+  void aim() {
+    const double remaining =
+        deadline_.timeIntervalSince1970() - NSDate::date().timeIntervalSince1970();
+    const auto wait = std::llround(std::clamp(remaining, 0.0, LongestWait) * 1e9);
+    const std::lock_guard guard(mutex_);
+    if (cancelled_) return;
+    timer_ = loop_.scheduleAt(loop_.now() + wait, [watched = weak_from_this()] {
+      if (const auto self = watched.lock()) self->lookAtClock();
+    });
+  }
+
+  void cancel() {
+    {
+      const std::lock_guard guard(mutex_);
+      cancelled_ = true;
+      // A loop that was replaced may be gone.
+      if (&loop_ == &NSRunLoop::mainRunLoop()) loop_.cancel(timer_);
+    }
+    handler_.cancel();
+  }
+
+ private:
+  void lookAtClock() {
+    if (NSDate::date() < deadline_) return aim();
+    dispatch_async(queue_, [self = shared_from_this()] { self->handler_.call(); });
+  }
+
+  const NSDate deadline_;
+  const dispatch_queue_t queue_;
+  NSRunLoop& loop_ = NSRunLoop::mainRunLoop();
+  CancellableHandler handler_;
+  std::mutex mutex_;
+  NSRunLoop::TimerId timer_ = 0;
+  bool cancelled_ = false;
+};
+
+DispatchTimer::DispatchTimer(const NSDate& deadline, dispatch_queue_t queue,
+                             std::function<void()> handler)
+    : state_(std::make_shared<State>(deadline, std::move(queue), std::move(handler))) {
+  state_->aim();
+}
+
+DispatchTimer& DispatchTimer::operator=(DispatchTimer&& other) noexcept {
+  reset();
+  state_ = std::move(other.state_);
+  return *this;
+}
+
+void DispatchTimer::reset() {
+  if (const auto state = std::exchange(state_, nullptr)) state->cancel();
+}
+
+class DispatchFileWatch::State : public std::enable_shared_from_this<State> {
+ public:
+  State(int descriptor, uint32_t events, dispatch_queue_t queue, std::function<void()> handler)
+      : events_(events),
+        queue_(std::move(queue)),
+        handler_(std::move(handler)),
+        file_(fcntl(descriptor, F_DUPFD_CLOEXEC, 0)),
+        notifications_(inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {
+    // By the open file: its path may lead to another one by now.
+    const std::string path = "/proc/self/fd/" + std::to_string(file_.get());
+    inotify_add_watch(notifications_.get(), path.c_str(), IN_MOVE_SELF | IN_ATTRIB);
+  }
+
+  void listen() {
+    if (notifications_.get() < 0) return;
+    watch_ = loop_.watchDescriptor(notifications_.get(), [watched = weak_from_this()] {
+      const auto self = watched.lock();
+      if (!self || !self->takeNews()) return;
+      dispatch_async(self->queue_, [self] { self->deliver(); });
+    });
+  }
+
+  void cancel() {
+    if (&loop_ == &NSRunLoop::mainRunLoop()) loop_.unwatchDescriptor(watch_);
+    handler_.cancel();
+  }
+
+  /// Reads what the kernel tells. Returns whether anything awaits delivery.
+  bool takeNews() {
+    const std::lock_guard guard(mutex_);
+    alignas(inotify_event) std::array<char, 4096> block{};
+    while (true) {
+      const ssize_t count = read(notifications_.get(), block.data(), block.size());
+      if (count < 0 && errno == EINTR) continue;
+      if (count <= 0) return (happened_ & events_) != 0;
+      for (ssize_t offset = 0; offset < count;) {
+        const auto* event = reinterpret_cast<const inotify_event*>(block.data() + offset);
+        note(event->mask);
+        offset += static_cast<ssize_t>(sizeof(inotify_event) + event->len);
+      }
+    }
+  }
+
+  void deliver() {
+    {
+      const std::lock_guard guard(mutex_);
+      if ((std::exchange(happened_, 0) & events_) == 0) return;
+    }
+    handler_.call();
+  }
+
+ private:
+  void note(uint32_t mask) {
+    if ((mask & IN_MOVE_SELF) != 0) happened_ |= DISPATCH_VNODE_RENAME;
+    // A file that is held open is deleted only when it is closed; what changes is its link count.
+    struct stat status {};
+    if ((mask & IN_ATTRIB) != 0 && fstat(file_.get(), &status) == 0 && status.st_nlink == 0) {
+      happened_ |= DISPATCH_VNODE_DELETE;
+    }
+  }
+
+  const uint32_t events_;
+  const dispatch_queue_t queue_;
+  NSRunLoop& loop_ = NSRunLoop::mainRunLoop();
+  CancellableHandler handler_;
+  const FileDescriptor file_;
+  const FileDescriptor notifications_;
+  std::mutex mutex_;
+  uint32_t happened_ = 0;
+  NSRunLoop::WatchId watch_ = 0;
+};
+
+DispatchFileWatch::DispatchFileWatch(int descriptor, uint32_t events, dispatch_queue_t queue,
+                                     std::function<void()> handler)
+    : state_(std::make_shared<State>(descriptor, events, std::move(queue), std::move(handler))) {
+  state_->listen();
+}
+
+DispatchFileWatch& DispatchFileWatch::operator=(DispatchFileWatch&& other) noexcept {
+  reset();
+  state_ = std::move(other.state_);
+  return *this;
+}
+
+void DispatchFileWatch::reset() {
+  if (const auto state = std::exchange(state_, nullptr)) state->cancel();
+}
+
+void DispatchFileWatch::look() {
+  // Held here: the handler may drop the watch.
+  if (const auto state = state_; state && state->takeNews()) state->deliver();
+}

@@ -1,0 +1,328 @@
+// Serial queues, groups, semaphores and the main queue, on real threads.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <cstdlib>
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "Platform/Dispatch/Dispatch.h"
+#include "Platform/Foundation/NSRunLoop.h"
+#include "Platform/Foundation/VirtualRunLoop.h"
+#include "Tests/Support/ChildProcess.h"
+
+namespace {
+
+/// Returns when all that waits on `queue` now is done.
+void drain(const dispatch_queue_t& queue) {
+  dispatch_sync(queue, [] {});
+}
+
+/// Keeps `queue` busy from before this returns until `release` is signalled.
+void occupy(const dispatch_queue_t& queue, const dispatch_semaphore_t& release) {
+  const auto begun = dispatch_semaphore_create(0);
+  dispatch_async(queue, [begun, release] {
+    dispatch_semaphore_signal(begun);
+    dispatch_semaphore_wait(release);
+  });
+  dispatch_semaphore_wait(begun);
+}
+
+// The plain counter and vectors are the check of exclusion: the thread sanitizer sees any overlap.
+TEST(SerialQueue, RunsEveryThreadsWorkOnceInOrderAndOneAtATime) {
+  constexpr int Threads = 4;
+  constexpr int Works = 5000;
+  const auto queue = dispatch_queue_create("order");
+  std::array<std::vector<int>, Threads> seen;
+  int total = 0;
+  std::vector<std::thread> threads;
+  for (std::vector<int>& own : seen) {
+    threads.emplace_back([&] {
+      for (int work = 0; work < Works; ++work) {
+        const auto note = [&own, &total, work] {
+          own.push_back(work);
+          ++total;
+        };
+        if (work % 7 == 0) {
+          dispatch_sync(queue, note);
+          ASSERT_EQ(own.back(), work);
+        } else {
+          dispatch_async(queue, note);
+        }
+      }
+    });
+  }
+  for (std::thread& thread : threads)
+    thread.join();
+  drain(queue);
+  EXPECT_EQ(total, Threads * Works);
+  for (const std::vector<int>& own : seen) {
+    EXPECT_EQ(own.size(), static_cast<size_t>(Works));
+    EXPECT_TRUE(std::ranges::is_sorted(own));
+  }
+}
+
+TEST(SerialQueue, AnIdleQueueServesTheCallersOwnThread) {
+  const auto queue = dispatch_queue_create("idle");
+  std::thread::id ranOn;
+  dispatch_sync(queue, [&] { ranOn = std::this_thread::get_id(); });
+  EXPECT_EQ(ranOn, std::this_thread::get_id());
+}
+
+TEST(SerialQueue, ExceptionsOfAwaitedWorkReachTheCaller) {
+  const auto queue = dispatch_queue_create("throwing");
+  const auto fail = [] { throw std::runtime_error("for the caller"); };
+  EXPECT_THROW(dispatch_sync(queue, fail), std::runtime_error) << "idle";
+  const auto release = dispatch_semaphore_create(0);
+  occupy(queue, release);
+  std::thread caller([&] { EXPECT_THROW(dispatch_sync(queue, fail), std::runtime_error); });
+  dispatch_semaphore_signal(release);
+  caller.join();
+  drain(queue);
+}
+
+TEST(SerialQueue, GoesOnAfterAnExceptionThatNobodyAwaits) {
+  const auto queue = dispatch_queue_create("throwing");
+  testing::internal::CaptureStderr();
+  std::string notes;
+  dispatch_async(queue, [] { throw std::runtime_error("nobody waits for this"); });
+  dispatch_async(queue, [&] { notes += "x"; });
+  drain(queue);
+  EXPECT_EQ(notes, "x");
+  EXPECT_NE(testing::internal::GetCapturedStderr().find("nobody waits for this"),
+            std::string::npos);
+}
+
+// Each of these queues' work waits for the next one's: with a fixed number of threads it hangs.
+TEST(SerialQueue, BlockedWorkDoesNotStarveOtherQueues) {
+  constexpr size_t Length = 32;
+  std::vector<dispatch_queue_t> queues;
+  for (size_t index = 0; index < Length; ++index)
+    queues.push_back(dispatch_queue_create("link " + std::to_string(index)));
+  std::vector<dispatch_semaphore_t> done;
+  for (size_t index = 0; index <= Length; ++index)
+    done.push_back(dispatch_semaphore_create(0));
+  for (size_t index = 0; index < Length; ++index) {
+    dispatch_async(queues[index], [&, index] {
+      dispatch_semaphore_wait(done[index + 1]);
+      dispatch_semaphore_signal(done[index]);
+    });
+  }
+  dispatch_semaphore_signal(done[Length]);
+  dispatch_semaphore_wait(done[0]);
+  for (const auto& queue : queues)
+    drain(queue);
+}
+
+TEST(SerialQueue, LivesUntilItsWorkIsDone) {
+  auto queue = dispatch_queue_create("kept");
+  const std::weak_ptr<DispatchQueue> watched = queue;
+  const auto release = dispatch_semaphore_create(0);
+  occupy(queue, release);
+  std::atomic<bool> ran = false;
+  dispatch_async(queue, [&] { ran = true; });
+  queue.reset();
+  EXPECT_FALSE(watched.expired());
+  dispatch_semaphore_signal(release);
+  EXPECT_TRUE(waitUntil([&] { return watched.expired(); }));
+  EXPECT_TRUE(ran);
+}
+
+TEST(SerialQueue, WorkKnowsItsQueueAndNoOther) {
+  static const char key = 0;
+  int context = 0;
+  const auto outer = dispatch_queue_create("outer");
+  const auto inner = dispatch_queue_create("inner");
+  dispatch_queue_set_specific(outer, &key, &context);
+  std::vector<std::string> seen;
+  const auto note = [&] {
+    seen.push_back(std::string(dispatch_get_current_label()) +
+                   (dispatch_get_specific(&key) == &context ? "*" : ""));
+  };
+  note();
+  dispatch_async(outer, [&] {
+    note();
+    dispatch_sync(inner, note);
+    note();
+  });
+  drain(outer);
+  dispatch_sync(outer, note);
+  dispatch_queue_set_specific(outer, &key, nullptr);
+  dispatch_sync(outer, note);
+  note();
+  const std::vector<std::string> expected = {"",       "outer*", "inner", "outer*",
+                                             "outer*", "outer",  ""};
+  EXPECT_EQ(seen, expected);
+}
+
+TEST(SerialQueue, ItsThreadsGoWhenThereIsNothingToDo) {
+  const auto threads = [] {
+    using Tasks = std::filesystem::directory_iterator;
+    return std::distance(Tasks("/proc/self/task"), Tasks());
+  };
+  const auto queues = {dispatch_queue_create("one"), dispatch_queue_create("two")};
+  const auto release = dispatch_semaphore_create(0);
+  for (const auto& queue : queues)
+    occupy(queue, release);
+  const auto busy = threads();
+  for (size_t queue = 0; queue < queues.size(); ++queue)
+    dispatch_semaphore_signal(release);
+  EXPECT_TRUE(waitUntil([&] { return threads() <= busy - 2; }));
+  std::atomic<bool> ran = false;
+  dispatch_async(*queues.begin(), [&] { ran = true; });
+  EXPECT_TRUE(waitUntil([&] { return ran.load(); }));
+}
+
+class SerialQueueAtTheEnd : public testing::Test {
+ protected:
+  SerialQueueAtTheEnd() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
+};
+
+TEST_F(SerialQueueAtTheEnd, WorkThatWouldWaitForItselfEndsTheProcess) {
+  const auto queue = dispatch_queue_create("snake");
+  const auto through = dispatch_queue_create("tail");
+  EXPECT_DEATH(dispatch_sync(queue, [&] { dispatch_sync(queue, [] {}); }), "\"snake\"");
+  EXPECT_DEATH(
+      dispatch_sync(queue, [&] { dispatch_sync(through, [&] { dispatch_sync(queue, [] {}); }); }),
+      "\"snake\"");
+}
+
+// Work in progress may use what the end of the process destroys, and waiting work may wait for it.
+TEST_F(SerialQueueAtTheEnd, WaitingWorkIsDroppedAtExit) {
+  const auto exitWithWork = [] {
+    static std::string destroyedAtExit(1000, 'x');
+    static const auto queue = dispatch_queue_create("late");
+    for (int work = 0; work < 100'000; ++work)
+      dispatch_async(queue, [] { destroyedAtExit.push_back('y'); });
+    std::exit(0);
+  };
+  EXPECT_EXIT(exitWithWork(), testing::ExitedWithCode(0), "");
+}
+
+// What is made before any queue ends after the threads have; it must not wait for them.
+TEST_F(SerialQueueAtTheEnd, AwaitedWorkRunsBehindTheWorkThatNoThreadWasLeftFor) {
+  const auto exitAndWait = [] {
+    static dispatch_queue_t queue;
+    static std::string notes;
+    std::atexit([] {
+      dispatch_async(queue, [] { notes += "a"; });
+      dispatch_sync(queue, [] { notes += "b"; });
+      if (notes.ends_with("ab")) std::_Exit(7);
+    });
+    queue = dispatch_queue_create("late");
+    std::exit(0);
+  };
+  EXPECT_EXIT(exitAndWait(), testing::ExitedWithCode(7), "");
+}
+
+TEST_F(SerialQueueAtTheEnd, AStuckQueueDoesNotKeepTheProcess) {
+  const auto exitWhileBusy = [] {
+    static const auto never = dispatch_semaphore_create(0);
+    occupy(dispatch_queue_create("stuck"), never);
+    std::exit(0);
+  };
+  EXPECT_EXIT(exitWhileBusy(), testing::ExitedWithCode(0), "");
+}
+
+TEST(Group, WaitsForAllItsWorkAndForWorkThatFails) {
+  const auto group = dispatch_group_create();
+  dispatch_group_wait(group);
+  const std::vector<dispatch_queue_t> queues = {dispatch_queue_create("a"),
+                                                dispatch_queue_create("b")};
+  std::atomic<int> done = 0;
+  testing::internal::CaptureStderr();
+  for (int work = 0; work < 1000; ++work) {
+    dispatch_group_async(group, queues[static_cast<size_t>(work) % 2], [&] {
+      ++done;
+      throw std::runtime_error("work of a group");
+    });
+  }
+  dispatch_group_wait(group);
+  EXPECT_EQ(done, 1000);
+  testing::internal::GetCapturedStderr();
+}
+
+TEST(Semaphore, LetsNoMoreInThanItsCount) {
+  constexpr int Threads = 6;
+  constexpr int Rounds = 2000;
+  const auto semaphore = dispatch_semaphore_create(2);
+  std::atomic<int> inside = 0;
+  std::atomic<int> most = 0;
+  std::vector<std::thread> threads;
+  for (int thread = 0; thread < Threads; ++thread) {
+    threads.emplace_back([&] {
+      for (int round = 0; round < Rounds; ++round) {
+        dispatch_semaphore_wait(semaphore);
+        const int now = ++inside;
+        for (int known = most; now > known && !most.compare_exchange_weak(known, now);) {
+        }
+        --inside;
+        dispatch_semaphore_signal(semaphore);
+      }
+    });
+  }
+  for (std::thread& thread : threads)
+    thread.join();
+  EXPECT_GE(most, 1);
+  EXPECT_LE(most, 2);
+}
+
+class MainQueue : public testing::Test {
+ protected:
+  MainQueue() {
+    NSRunLoop::setMainRunLoop(&loop);
+    SystemClock::install(&clock);
+  }
+  ~MainQueue() override {
+    NSRunLoop::setMainRunLoop(nullptr);
+    SystemClock::install(nullptr);
+  }
+
+  const std::thread::id mainThread = std::this_thread::get_id();
+  ManualClock clock{0};
+  VirtualRunLoop loop{clock};
+};
+
+TEST_F(MainQueue, RunsOtherThreadsWorkOnTheMainThread) {
+  const auto worker = dispatch_queue_create("worker");
+  std::vector<std::string> seen;
+  const auto note = [&] {
+    EXPECT_EQ(std::this_thread::get_id(), mainThread);
+    seen.emplace_back(dispatch_get_current_label());
+  };
+  std::atomic<bool> done = false;
+  dispatch_async(worker, [&] {
+    dispatch_async(dispatch_get_main_queue(), note);
+    dispatch_sync(dispatch_get_main_queue(), note);
+    EXPECT_THROW(dispatch_sync(dispatch_get_main_queue(), [] { throw std::runtime_error(""); }),
+                 std::runtime_error);
+    done = true;
+  });
+  EXPECT_TRUE(waitUntil([&] {
+    loop.runPending();
+    return done.load();
+  }));
+  dispatch_sync(dispatch_get_main_queue(), note);
+  EXPECT_EQ(seen, std::vector<std::string>(3, "main"));
+}
+
+TEST_F(MainQueue, AnotherQueuesWorkMayComeAfterATime) {
+  const auto worker = dispatch_queue_create("worker");
+  std::string notes;
+  dispatch_after(dispatch_time(DISPATCH_TIME_NOW, 2'000'000'000), worker,
+                 [&] { notes += dispatch_get_current_label(); });
+  loop.advance(1.999);
+  drain(worker);
+  EXPECT_EQ(notes, "");
+  loop.advance(0.001);
+  drain(worker);
+  EXPECT_EQ(notes, "worker");
+}
+
+}  // namespace
