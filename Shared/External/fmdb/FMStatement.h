@@ -1,0 +1,44 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+class FMConnection;
+struct sqlite3_stmt;
+
+/// A prepared statement, finalised with this object. The text of a query may be a blank or a
+/// comment: there is no statement handle then.
+class FMStatement_Time {
+ public:
+  /// Takes the handle over.
+  FMStatement_Time(std::shared_ptr<FMConnection> connection, sqlite3_stmt* statement);
+  FMStatement_Time(const FMStatement_Time&) = delete;
+  FMStatement_Time& operator=(const FMStatement_Time&) = delete;
+  ~FMStatement_Time();
+
+  sqlite3_stmt* statement() const { return statement_; }
+  const FMConnection& connection() const { return *connection_; }
+
+  /// The text under which the statement is cached.
+  const std::string& query() const { return query_; }
+  void setQuery(std::string_view query) { query_ = query; }
+
+  int64_t useCount() const { return useCount_; }
+  void addUse() { ++useCount_; }
+
+  bool inUse() const { return inUse_.load(std::memory_order_acquire); }
+  void setInUse(bool inUse) { inUse_.store(inUse, std::memory_order_release); }
+
+  /// Makes the statement ready to run from the start; answers the last run's error code.
+  int reset();
+
+ private:
+  std::shared_ptr<FMConnection> connection_;
+  sqlite3_stmt* statement_;
+  std::string query_;
+  std::atomic<int64_t> useCount_ = 0;
+  std::atomic<bool> inUse_ = false;
+};

@@ -1,0 +1,89 @@
+// Two processes on one file. The clock of the program stands still in these tests: the wait for a
+// lock must end all the same.
+
+#include <signal.h>
+
+#include <chrono>
+#include <future>
+
+#include "Platform/Foundation/SystemClock.h"
+#include "Tests/Shared/Database/DatabaseFixture.h"
+#include "Tests/Support/ChildProcess.h"
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
+
+class Busy : public DatabaseFixture {
+ protected:
+  Busy() : database_(numbers("busy.db", 3)) { SystemClock::install(&standingClock_); }
+  ~Busy() override { SystemClock::install(nullptr); }
+
+  std::unique_ptr<ChildProcess> lockFile() const {
+    auto holder = std::make_unique<ChildProcess>(
+        std::vector<std::string>{DATABASE_TEST_HELPER, pathTo("busy.db")});
+    EXPECT_TRUE(waitUntil([&] { return holder->output() == "locked\n"; })) << holder->errors();
+    return holder;
+  }
+
+  bool write() { return database_->executeUpdate("insert into numbers values (4, 'four')"); }
+
+  ManualClock standingClock_{1'795'000'000};
+  std::shared_ptr<FMDatabase_Time> database_;
+};
+
+TEST_F(Busy, GivesUpWithinItsBounds) {
+  const auto holder = lockFile();
+  struct Case {
+    double limit;
+    milliseconds least;
+  };
+  for (const Case& wait : {Case{0, milliseconds(0)},
+                           {-1, milliseconds(0)},
+                           {0.3, milliseconds(300)},
+                           {0.05, milliseconds(50)}}) {
+    database_->setMaxBusyRetryTimeInterval(wait.limit);
+    const auto start = Clock::now();
+    EXPECT_FALSE(write());
+    const auto waited = Clock::now() - start;
+    EXPECT_EQ(database_->lastErrorCode(), 5);
+    EXPECT_GE(waited, wait.least) << wait.limit;
+    // One sleep more than the limit at most, and what a loaded machine adds.
+    EXPECT_LT(waited, wait.least + milliseconds(2000)) << wait.limit;
+  }
+  EXPECT_EQ(logLines().front(), "Unknown error calling sqlite3_step (5: database is locked) eu");
+}
+
+TEST_F(Busy, GoesOnWhenTheOtherLetsGo) {
+  auto holder = lockFile();
+  database_->setMaxBusyRetryTimeInterval(0);
+  EXPECT_FALSE(write());
+  database_->setMaxBusyRetryTimeInterval(60);
+  auto written = std::async(std::launch::async, [this] { return write(); });
+  holder.reset();
+  EXPECT_TRUE(written.get());
+  EXPECT_EQ(database_->intForQuery("select count(*) from numbers"), 4);
+}
+
+TEST_F(Busy, ACursorSaysSoAndCloses) {
+  const auto holder = lockFile();
+  database_->setMaxBusyRetryTimeInterval(0);
+  const auto rows = database_->executeQuery("select * from numbers");
+  ASSERT_NE(rows, nullptr);
+  std::optional<NSError> error;
+  const std::string words = systemLogOf([&] { EXPECT_FALSE(rows->nextWithError(&error)); });
+  EXPECT_EQ(error, (NSError{"FMDatabase", 5, "database is locked"}));
+  EXPECT_NE(words.find(" Database busy (" + pathTo("busy.db") + ")\n"), std::string::npos) << words;
+  EXPECT_NE(words.find("velmora: Database busy\n"), std::string::npos);
+  EXPECT_FALSE(database_->hasOpenResultSets());
+}
+
+TEST_F(Busy, ABusyDatabaseCountsAsValid) {
+  const auto holder = lockFile();
+  database_->setMaxBusyRetryTimeInterval(0);
+  const std::string words = systemLogOf([&] { EXPECT_TRUE(database_->isDatabaseValid()); });
+  EXPECT_EQ(words, "velmora: Result is simple BUSY of the sqllite3 on isDatabaseCorrupted\n");
+}
+
+}  // namespace

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Shared/External/fmdb/FMDatabase.h"
+
+class LineCollector;
+
+/// A folder of the test's own, and what the log says meanwhile.
+class DatabaseFixture : public testing::Test {
+ protected:
+  DatabaseFixture();
+  ~DatabaseFixture() override;
+
+  std::string pathTo(std::string_view name) const { return (folder_ / name).string(); }
+
+  /// An open database with the table "numbers (n integer, word text)" of the rows 1 to `count`.
+  std::shared_ptr<FMDatabase_Time> numbers(std::string_view name, int count) const;
+
+  /// The log's lines since the last call, or since the start.
+  std::vector<std::string> logLines();
+
+ private:
+  std::filesystem::path folder_;
+  std::shared_ptr<LineCollector> collector_;
+};
+
+std::string readFile(const std::string& path);
+void writeFile(const std::string& path, std::string_view bytes);
+
+/// What `work` writes to the system log.
+template <typename Work>
+std::string systemLogOf(Work work) {
+  testing::internal::CaptureStderr();
+  work();
+  return testing::internal::GetCapturedStderr();
+}

@@ -1,0 +1,276 @@
+// The connection: opening, refusing, failing with the right words, transactions, schema.
+
+#include <sqlite3.h>
+
+#include <stdexcept>
+
+#include "Tests/Shared/Database/DatabaseFixture.h"
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+class Database : public DatabaseFixture {};
+
+TEST_F(Database, OpensOnceAndClosesTwice) {
+  const auto database = numbers("twice.db", 2);
+  sqlite3* handle = database->db();
+  EXPECT_TRUE(database->open());
+  EXPECT_EQ(database->db(), handle);
+  EXPECT_TRUE(database->goodConnection());
+  EXPECT_TRUE(database->close());
+  EXPECT_EQ(database->db(), nullptr);
+  EXPECT_TRUE(database->close());
+  EXPECT_FALSE(database->goodConnection());
+  EXPECT_TRUE(database->open());
+  EXPECT_EQ(database->intForQuery("select count(*) from numbers"), 2);
+  EXPECT_EQ(logLines(), Lines{});
+}
+
+// 14 is SQLITE_CANTOPEN.
+TEST_F(Database, SaysWhyItDoesNotOpen) {
+  std::filesystem::create_directory(pathTo("folder"));
+  struct Case {
+    std::string path;
+    int flags;
+  };
+  for (const Case& attempt :
+       {Case{pathTo("folder"), FMOpenReadWrite | FMOpenCreate},
+        Case{pathTo("missing.db"), FMOpenReadOnly},
+        Case{pathTo("no/such/folder/new.db"), FMOpenReadWrite | FMOpenCreate}}) {
+    const auto database = FMDatabase_Time::databaseWithPath(attempt.path);
+    EXPECT_FALSE(database->openWithFlags(attempt.flags)) << attempt.path;
+    EXPECT_EQ(database->db(), nullptr);
+    EXPECT_EQ(database->lastError(), (NSError{"FMDatabase", 14, "unable to open database file"}));
+    EXPECT_TRUE(database->hadError());
+    EXPECT_EQ(logLines(), Lines{"error opening!: 14"}) << attempt.path;
+  }
+  EXPECT_FALSE(std::filesystem::exists(pathTo("missing.db")));
+}
+
+TEST_F(Database, AClosedOneRefusesEveryCall) {
+  const auto database = FMDatabase_Time::databaseWithPath(pathTo("closed.db"));
+  const std::string words = "The FMDatabase " + database->description() + " is not open.";
+  EXPECT_EQ(database->executeQuery("select 1"), nullptr);
+  EXPECT_FALSE(database->executeUpdate("create table t (a)"));
+  EXPECT_FALSE(database->executeStatements("create table t (a)"));
+  EXPECT_FALSE(database->validateSQL("select 1", nullptr));
+  EXPECT_EQ(logLines(), (Lines{words, words, words, words}));
+  EXPECT_FALSE(database->isDatabaseValid());
+  EXPECT_EQ(database->changes(), 0);
+  EXPECT_EQ(database->lastInsertRowId(), 0);
+  database->setCrashOnErrors(true);
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_DEATH(database->executeQuery("select 1"), "is not open\\.");
+}
+
+// 8 is SQLITE_READONLY. What the failed writes leave is read back.
+TEST_F(Database, AReadOnlyFileIsReadAndNotWritten) {
+  const std::string path = pathTo("read-only.db");
+  numbers("read-only.db", 3)->close();
+  const std::string before = readFile(path);
+  const auto database = FMDatabase_Time::databaseWithPath(path);
+  ASSERT_TRUE(database->openWithFlags(FMOpenReadOnly));
+  std::optional<NSError> error;
+  EXPECT_FALSE(database->executeUpdate("delete from numbers", &error, PropertyList::Array{}));
+  EXPECT_EQ(error, (NSError{"FMDatabase", 8, "attempt to write a readonly database"}));
+  EXPECT_EQ(logLines().front(),
+            "Unknown error calling sqlite3_step (8: attempt to write a readonly database) eu");
+  EXPECT_EQ(database->intForQuery("select count(*) from numbers"), 3);
+  EXPECT_EQ(readFile(path), before);
+}
+
+TEST_F(Database, NoticesDamage) {
+  const std::string path = pathTo("damaged.db");
+  const auto sound = numbers("damaged.db", 2000);
+  sound->executeUpdate("create index by_word on numbers (word)");
+  EXPECT_TRUE(sound->isDatabaseValid());
+  sound->close();
+  std::string bytes = readFile(path);
+  // The middle third of the pages: the first one, with the header, stays whole.
+  const size_t third = bytes.size() / 3;
+  bytes.replace(third, third, third, '\x5a');
+  writeFile(path, bytes);
+
+  const auto damaged = FMDatabase_Time::databaseWithPath(path);
+  ASSERT_TRUE(damaged->open());
+  const std::string words = systemLogOf([&] { EXPECT_FALSE(damaged->isDatabaseValid()); });
+  EXPECT_NE(words.find("ATTENTION: integrity_check response "), std::string::npos) << words;
+
+  writeFile(pathTo("text.db"), std::string(4096, 'x'));
+  const auto text = FMDatabase_Time::databaseWithPath(pathTo("text.db"));
+  ASSERT_TRUE(text->open());
+  EXPECT_FALSE(text->isDatabaseValid());
+  EXPECT_FALSE(text->goodConnection());
+}
+
+TEST_F(Database, RefusesTooFewValues) {
+  const auto database = numbers("few.db", 3);
+  const std::string insert = "insert into numbers values (?, ?)";
+  EXPECT_EQ(database->executeQuery("select * from numbers where n = ?"), nullptr);
+  EXPECT_FALSE(database->executeUpdate(insert, 4));
+  EXPECT_FALSE(database->executeUpdate(insert));
+  EXPECT_FALSE(database->executeUpdate("insert into numbers values (:n, :word)",
+                                       PropertyList::Dictionary{{"n", 4}, {"wrd", "four"}}));
+  EXPECT_EQ(logLines(),
+            (Lines{"Error: the bind count is not correct for the # of variables (executeQuery)",
+                   "Error: the bind count (1) is not correct for the # of variables in the query "
+                   "(2) (insert into numbers values (?, ?)) (executeUpdate)",
+                   "Error: the bind count (0) is not correct for the # of variables in the query "
+                   "(2) (insert into numbers values (?, ?)) (executeUpdate)",
+                   "Could not find index for wrd",
+                   "Error: the bind count (1) is not correct for the # of variables in the query "
+                   "(2) (insert into numbers values (:n, :word)) (executeUpdate)"}));
+  EXPECT_EQ(database->intForQuery("select count(*) from numbers"), 3);
+  // The refusals leave nothing locked and nothing marked as in use.
+  EXPECT_TRUE(database->executeUpdate(insert, 4, "four"));
+  EXPECT_TRUE(database->executeUpdate("insert into numbers values (:n, :word)",
+                                      PropertyList::Dictionary{{"n", 5}, {"word", "five"}}));
+  EXPECT_EQ(database->stringForQuery("select word from numbers where n = 5"), "five");
+}
+
+TEST_F(Database, AnUpdateThatReturnsARowFails) {
+  const auto database = numbers("row.db", 3);
+  for (const bool caches : {false, true, true}) {
+    database->setShouldCacheStatements(caches);
+    EXPECT_FALSE(database->executeUpdate("select n from numbers"));
+    EXPECT_EQ(logLines(), (Lines{"A executeUpdate is being called with a query string 'select n "
+                                 "from numbers'",
+                                 "DB Query: select n from numbers"}));
+  }
+  // The row does not keep the file locked.
+  const auto other = FMDatabase_Time::databaseWithPath(database->databasePath());
+  other->setMaxBusyRetryTimeInterval(0);
+  ASSERT_TRUE(other->open());
+  EXPECT_TRUE(other->executeUpdate("delete from numbers"));
+}
+
+TEST_F(Database, TellsAFaultyQuery) {
+  const auto database = numbers("faulty.db", 1);
+  EXPECT_EQ(database->executeQuery("select * from missing"), nullptr);
+  EXPECT_EQ(logLines(),
+            (Lines{"DB Error: 1 \"no such table: missing\"", "DB Query: select * from missing",
+                   "DB Path: " + pathTo("faulty.db")}));
+  EXPECT_EQ(database->lastErrorCode(), 1);
+  std::optional<NSError> error;
+  EXPECT_FALSE(database->validateSQL("selekt", &error));
+  EXPECT_EQ(error->localizedDescription, "near \"selekt\": syntax error");
+  EXPECT_TRUE(database->validateSQL("delete from numbers", nullptr));
+  EXPECT_EQ(database->intForQuery("select count(*) from numbers"), 1);
+  database->setLogsErrors(false);
+  EXPECT_EQ(database->executeQuery("select * from missing"), nullptr);
+  EXPECT_FALSE(database->executeUpdate("drop table missing"));
+  EXPECT_EQ(logLines(), Lines{});
+  // A text without a statement is misuse, not a crash.
+  EXPECT_FALSE(database->executeUpdate("-- nothing"));
+  EXPECT_FALSE(database->executeUpdate(""));
+}
+
+TEST_F(Database, FinalisesWhatWasLeftOnTheBareHandle) {
+  const auto database = numbers("leak.db", 2);
+  sqlite3_stmt* leaked = nullptr;
+  ASSERT_EQ(sqlite3_prepare_v2(database->db(), "select * from numbers", -1, &leaked, nullptr), 0);
+  EXPECT_TRUE(database->close());
+  EXPECT_EQ(logLines(), Lines{"Closing leaked statement"});
+}
+
+TEST_F(Database, FormatsBindTheirValues) {
+  const auto database = numbers("format.db", 3);
+  const std::string hostile = "' or '1'='1";
+  EXPECT_TRUE(database->executeUpdateWithFormat("insert into numbers values (%d, %@)", 4, hostile));
+  const auto rows = database->executeQueryWithFormat(
+      "select n from numbers where word = %@ and n %% 3 = %lld", hostile, int64_t{1});
+  ASSERT_TRUE(rows && rows->next());
+  EXPECT_EQ(rows->intForColumnIndex(0), 4);
+  EXPECT_FALSE(rows->next());
+  EXPECT_EQ(database->executeQueryWithFormat("select * from numbers where n = %d"), nullptr);
+}
+
+TEST_F(Database, UndoesWhatATransactionShouldNotLeave) {
+  const auto database = numbers("undo.db", 1);
+  const auto count = [&] { return database->intForQuery("select count(*) from numbers"); };
+  const auto insert = [&] { database->executeUpdate("insert into numbers values (9, 'x')"); };
+
+  EXPECT_TRUE(database->beginTransaction());
+  EXPECT_TRUE(database->inTransaction());
+  EXPECT_FALSE(database->beginTransaction());
+  insert();
+  EXPECT_EQ(database->inSavePoint([&](bool& rollback) {
+    insert();
+    rollback = true;
+  }),
+            std::nullopt);
+  EXPECT_EQ(database->inSavePoint([&](bool&) { insert(); }), std::nullopt);
+  EXPECT_THROW(database->inSavePoint([&](bool&) {
+    insert();
+    throw std::runtime_error("in a save point");
+  }),
+               std::runtime_error);
+  EXPECT_EQ(count(), 3);
+  EXPECT_TRUE(database->startSavePointWithName("it's", nullptr));
+  insert();
+  EXPECT_TRUE(database->rollbackToSavePointWithName("it's", nullptr));
+  EXPECT_TRUE(database->releaseSavePointWithName("it's", nullptr));
+  std::optional<NSError> error;
+  EXPECT_FALSE(database->releaseSavePointWithName("it's", &error));
+  EXPECT_EQ(error->localizedDescription, "no such savepoint: it's");
+  EXPECT_TRUE(database->rollback());
+  EXPECT_FALSE(database->inTransaction());
+  EXPECT_EQ(count(), 1);
+
+  EXPECT_TRUE(database->beginDeferredTransaction());
+  insert();
+  database->close();
+  EXPECT_FALSE(database->inTransaction());
+  database->open();
+  EXPECT_EQ(count(), 1);
+}
+
+TEST_F(Database, KnowsItsSchema) {
+  const auto database = numbers("schema.db", 0);
+  EXPECT_TRUE(database->tableExists("NUMBERS"));
+  EXPECT_FALSE(database->tableExists("number"));
+  EXPECT_TRUE(database->columnExists("Word", "numbers"));
+  EXPECT_FALSE(database->columnExists("wor", "numbers"));
+  EXPECT_FALSE(database->columnExists("word", "it's not there"));
+  EXPECT_EQ(database->userVersion(), 0);
+  database->setUserVersion(-7);
+  EXPECT_EQ(database->userVersion(), -7);
+  EXPECT_TRUE(database->executeUpdate("insert into numbers values (1, 'one'), (2, null)"));
+  EXPECT_EQ(database->changes(), 2);
+  EXPECT_EQ(database->lastInsertRowId(), 2);
+}
+
+TEST_F(Database, RunsSeveralStatements) {
+  const auto database = numbers("several.db", 2);
+  std::vector<PropertyList::Dictionary> rows;
+  const auto keep = [&](const PropertyList::Dictionary& row) {
+    rows.push_back(row);
+    return 0;
+  };
+  EXPECT_TRUE(database->executeStatements(
+      "insert into numbers values (3, null); select * from numbers where n > 1", keep));
+  EXPECT_EQ(rows, (std::vector<PropertyList::Dictionary>{{{"n", "2"}, {"word", "word 2"}},
+                                                         {{"n", "3"}, {"word", {}}}}));
+  EXPECT_FALSE(database->executeStatements("select * from numbers", [](const auto&) { return 1; }));
+  EXPECT_THROW(
+      database->executeStatements("select * from numbers",
+                                  [](const auto&) -> int { throw std::runtime_error("in a row"); }),
+      std::runtime_error);
+  EXPECT_FALSE(database->executeStatements("delete from numbers; nonsense; select 1"));
+  EXPECT_EQ(database->intForQuery("select count(*) from numbers"), 0);
+}
+
+TEST_F(Database, TracesToStandardOutput) {
+  const auto database = numbers("trace.db", 0);
+  database->setTraceExecution(true);
+  testing::internal::CaptureStdout();
+  database->executeQuery("select 1");
+  database->executeUpdate("delete from numbers");
+  const std::string output = testing::internal::GetCapturedStdout();
+  EXPECT_NE(output.find(database->description() + " executeQuery: select 1\n"), std::string::npos);
+  EXPECT_NE(output.find(database->description() + " executeUpdate: delete from numbers\n"),
+            std::string::npos);
+}
+
+}  // namespace

@@ -1,0 +1,155 @@
+// One connection under several threads, as lookups and searches share it; for the thread sanitizer
+// above all.
+
+#include <atomic>
+#include <thread>
+
+#include "Tests/Shared/Database/DatabaseFixture.h"
+#include "Tests/Support/ChildProcess.h"
+
+namespace {
+
+class Threads : public DatabaseFixture {};
+
+TEST_F(Threads, ALookupAndASearchShareAConnection) {
+  const auto database = numbers("shared.db", 500);
+  database->setShouldCacheStatements(true);
+  std::atomic<bool> done = false;
+  std::atomic<int> refused = 0;
+  std::thread search([&] {
+    for (int pass = 0; pass < 100; ++pass) {
+      const auto rows = database->executeQuery("select * from numbers order by n");
+      if (!rows) {
+        ++refused;
+        continue;
+      }
+      int64_t expected = 0;
+      while (rows->next())
+        EXPECT_EQ(rows->resultDictionary()->at("n"), PropertyList(++expected));
+      EXPECT_EQ(expected, 500);
+    }
+    done = true;
+  });
+  int found = 0;
+  for (int number = 1; !done || found == 0; number = number % 500 + 1) {
+    const auto row = database->executeQuery("select word from numbers where n = ?", number);
+    if (!row) {
+      ++refused;
+      continue;
+    }
+    ASSERT_TRUE(row->next());
+    EXPECT_EQ(row->stringForColumnIndex(0), "word " + std::to_string(number));
+    ++found;
+  }
+  search.join();
+  const std::string words = "The FMDatabase " + database->description() + " is currently in use.";
+  const auto lines = logLines();
+  EXPECT_EQ(std::count(lines.begin(), lines.end(), words), refused);
+  EXPECT_EQ(static_cast<int>(lines.size()), refused);
+  EXPECT_FALSE(database->hasOpenResultSets());
+}
+
+// The first call waits for another connection's lock, which is held until the second one has been
+// answered.
+TEST_F(Threads, ASecondCallIsAnsweredAtOnce) {
+  const auto database = numbers("guard.db", 3);
+  const auto locker = FMDatabase_Time::databaseWithPath(pathTo("guard.db"));
+  ASSERT_TRUE(locker->open() && locker->beginTransaction());
+  database->setMaxBusyRetryTimeInterval(60);
+  std::thread first([&] {
+    // The other thread's calls may come before the first one.
+    while (!database->executeUpdate("insert into numbers values (4, 'four')"))
+      std::this_thread::yield();
+  });
+  EXPECT_TRUE(waitUntil([&] { return database->executeQuery("select 1") == nullptr; }));
+  std::optional<NSError> error;
+  EXPECT_FALSE(database->executeUpdate("select 1", &error, PropertyList::Array{}));
+  EXPECT_EQ(error->localizedDescription,
+            "The FMDatabase " + database->description() + " is currently in use.");
+  locker->commit();
+  first.join();
+  EXPECT_NE(database->executeQuery("select 1"), nullptr);
+}
+
+// The query's preparing waits for the lock, since the file was never read; meanwhile the connection
+// is closed.
+TEST_F(Threads, AQueryThatMeetsAClosingGivesNoCursor) {
+  numbers("meets.db", 3);
+  const auto locker = FMDatabase_Time::databaseWithPath(pathTo("meets.db"));
+  const auto database = FMDatabase_Time::databaseWithPath(pathTo("meets.db"));
+  ASSERT_TRUE(locker->open() && locker->beginTransaction());
+  ASSERT_TRUE(database->open());
+  database->setMaxBusyRetryTimeInterval(60);
+  std::atomic<bool> stopped = false;
+  std::thread query([&] {
+    // Refused only while the other thread's call is being made.
+    while (!stopped)
+      EXPECT_EQ(database->executeQuery("select * from numbers"), nullptr);
+  });
+  EXPECT_TRUE(waitUntil([&] { return database->executeQuery("select 1") == nullptr; }));
+  database->close();
+  stopped = true;
+  locker->commit();
+  query.join();
+  EXPECT_FALSE(database->hasOpenResultSets());
+}
+
+TEST_F(Threads, ACursorSurvivesTheClosingOfItsConnection) {
+  for (int pass = 0; pass < 30; ++pass) {
+    auto database = numbers("closing-" + std::to_string(pass), 50);
+    database->setShouldCacheStatements(pass % 2 == 0);
+    std::atomic<bool> started = false;
+    std::thread reader(
+        [&started, weak = std::weak_ptr(database),
+         rows = database->executeQuery("select a.word, b.n from numbers a, numbers b")] {
+          while (rows->hasAnotherRow() || !started) {
+            if (!rows->next()) break;
+            started = true;
+            // Either the whole word or nothing: never half of it.
+            const std::string word = rows->stringForColumnIndex(0).value_or("word");
+            EXPECT_TRUE(word.starts_with("word")) << word;
+            rows->objectForColumnName("n");
+          }
+        });
+    while (!started)
+      std::this_thread::yield();
+    if (pass % 3 == 0) {
+      database.reset();
+    } else {
+      database->close();
+    }
+    reader.join();
+  }
+}
+
+TEST_F(Threads, CallsAndClosingsMeet) {
+  const auto database = numbers("meeting.db", 20);
+  database->setLogsErrors(false);
+  database->setShouldCacheStatements(true);
+  std::atomic<bool> done = false;
+  std::thread opener([&] {
+    for (int pass = 0; pass < 300; ++pass) {
+      database->close();
+      database->open();
+    }
+    done = true;
+  });
+  while (!done) {
+    systemLogOf([&] {
+      if (const auto rows = database->executeQuery("select * from numbers")) {
+        while (rows->next())
+          rows->columnIsNull("word");
+      }
+    });
+    database->executeUpdate("update numbers set word = 'w' where n = 1");
+    database->lastErrorMessage();
+    database->setMaxBusyRetryTimeInterval(1);
+    database->hasOpenResultSets();
+    database->isDatabaseValid();
+  }
+  opener.join();
+  EXPECT_FALSE(database->hasOpenResultSets());
+  EXPECT_EQ(database->intForQuery("select count(*) from numbers"), 20);
+}
+
+}  // namespace
