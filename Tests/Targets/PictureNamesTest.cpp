@@ -118,8 +118,7 @@ TEST(PictureNames, TheCodeAndTheBundleAgree) {
   for (const auto& [name, view] : Awaited)
     EXPECT_TRUE(present.contains(name)) << "the bundle lacks " << name << " for " << view;
   for (const std::string& name : present) {
-    EXPECT_TRUE(asked.contains(name) || Awaited.contains(name))
-        << "nobody asks for " << name;
+    EXPECT_TRUE(asked.contains(name) || Awaited.contains(name)) << "nobody asks for " << name;
   }
 }
 

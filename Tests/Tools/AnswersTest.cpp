@@ -199,6 +199,33 @@ TEST(Answers, Astronomy) {
       1721028, 1e-6);
 }
 
+// Counts and first rows from the CSV file by a script of another language.
+TEST(Answers, Cities) {
+  EXPECT_EQ(timectl({"cities", "get", "5128581"}).output,
+            "{\"identifier\":5128581,\"city\":\"New York\",\"city_plain\":\"New York City\","
+            "\"state\":\"New York\",\"country\":\"United States\","
+            "\"timezone\":\"America/New_York\",\"latitude\":40.71427,\"longitude\":-74.00597}\n");
+  struct Case {
+    const char* text;
+    size_t count;
+    const char* first;
+  };
+  for (const Case& sample : {Case{"são", 529, "São Paulo"},
+                             {"Sao", 153, "São Paulo"},
+                             {"st. lucia", 0, ""},
+                             {"Saint Paul", 7, "Saint Paul"},
+                             {"New Y", 246, "New York"},
+                             {"%", 1000, "Shanghai"},
+                             {"o'", 0, ""},
+                             {"United States", 1000, "New York"},
+                             {"Utopia", 0, ""}}) {
+    const Json cities = Json::parse(timectl({"cities", "search", sample.text}).output);
+    ASSERT_EQ(cities.size(), sample.count) << sample.text;
+    if (sample.count == 0) continue;
+    EXPECT_EQ(cities[0]["city"], sample.first) << sample.text;
+  }
+}
+
 TEST(Answers, HelpAndVersion) {
   const auto help = timectl({"--help"});
   EXPECT_EQ(help.status, 0);
@@ -215,7 +242,12 @@ TEST(Answers, HelpAndVersion) {
     EXPECT_EQ(own.errors, "");
   }
   EXPECT_GE(commands, 6);
-  EXPECT_EQ(timectl({"--version"}).output, "velmora-timectl " VELMORA_VERSION "\n");
+  EXPECT_EQ(timectl({"--version"}).output,
+            "velmora-timectl " VELMORA_VERSION
+            "\n"
+            "City data: GeoNames (https://www.geonames.org), CC BY 4.0, modified.\n"
+            "Time-zone boundaries: © OpenStreetMap contributors (ODbL).\n"
+            "Made with Natural Earth.\n");
 }
 
 void writeTranslation(const std::filesystem::path& prefix, const std::string& language,

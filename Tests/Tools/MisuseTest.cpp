@@ -56,6 +56,10 @@ TEST(Misuse, Arguments) {
       {{"phase", "--date", "-0001-01-01T00:00:00Z"}, "years"},
       {{"ephemeris", "--date", "0", "--repeat", "0"}, "--repeat"},
       {{"night-path", "--row", "one"}, "'one'"},
+      {{"cities"}, "'get ID' or 'search TEXT'"},
+      {{"cities", "find", "x"}, "'get ID' or 'search TEXT'"},
+      {{"cities", "get"}, "ID is missing"},
+      {{"cities", "search", ""}, "TEXT is empty"},
       {{"render", "-o", "x.png"}, "the surface"},
       {{"render", "menubar"}, "-o FILE.png is missing"},
       {{"render", "sun", "-o", "x.png"}, "'sun'"},
@@ -149,6 +153,8 @@ TEST(Misuse, Scales) {
 TEST(Failure, WhatDoesNotExist) {
   for (const char* row : {"-1", "365", "1000000000"}) {
     expectComplaint({{"night-path", "--row", row}, "there is no row " + std::string(row)}, 1);
+    for (const char* city : {"1", "", "x'y"})
+      expectComplaint({{"cities", "get", city}, "there is no city '" + std::string(city)}, 1);
   }
 }
 

@@ -19,4 +19,5 @@ struct Command {
 std::span<const Command> clockCommands();
 std::span<const Command> astronomyCommands();
 std::span<const Command> defaultsCommands();
+std::span<const Command> cityCommands();
 std::span<const Command> renderCommands();

@@ -12,10 +12,16 @@ namespace {
 
 enum Status { Success = 0, Failure = 1, Misuse = 2 };
 
+/// What the makers of the data that the clock shows ask for.
+constexpr std::string_view Attributions =
+    "City data: GeoNames (https://www.geonames.org), CC BY 4.0, modified.\n"
+    "Time-zone boundaries: © OpenStreetMap contributors (ODbL).\n"
+    "Made with Natural Earth.\n";
+
 std::vector<Command> allCommands() {
   std::vector<Command> commands;
-  for (const auto& group :
-       {clockCommands(), astronomyCommands(), defaultsCommands(), renderCommands()}) {
+  for (const auto& group : {clockCommands(), astronomyCommands(), cityCommands(),
+                            defaultsCommands(), renderCommands()}) {
     commands.insert(commands.end(), group.begin(), group.end());
   }
   return commands;
@@ -59,7 +65,8 @@ std::string answer(const std::vector<std::string>& arguments) {
   size_t taken = 0;
   const Arguments global(arguments, globalOptions(), true, taken);
   if (global.has("--help")) return programHelp();
-  if (global.has("--version")) return "velmora-timectl " VELMORA_VERSION "\n";
+  if (global.has("--version"))
+    return "velmora-timectl " VELMORA_VERSION "\n" + std::string(Attributions);
   if (taken == arguments.size()) throw UsageError("a command is missing; --help lists them");
 
   const std::string name = arguments[taken];

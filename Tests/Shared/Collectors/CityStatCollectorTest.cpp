@@ -1,0 +1,233 @@
+#include "Shared/Collectors/CityStatCollector.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <thread>
+
+#include "Shared/External/fmdb/FMDatabase.h"
+#include "Tests/Platform/Support/Files.h"
+#include "Tests/Targets/SimulatedTime.h"
+
+namespace {
+
+struct City {
+  int64_t identifier;
+  const char* city;
+  const char* plain;
+  const char* state;
+  const char* country;
+};
+
+// In another order than that of their identifiers.
+constexpr City Cities[] = {
+    {70, "São Paulo", "Sao Paulo", "São Paulo", "Brazil"},
+    {10, "Saint Paul", "Saint Paul", "Minnesota", "United States"},
+    {60, "St. Paul", "St. Paul", "Alberta", "Canada"},
+    {20, "St Paul", "St Paul", "Cornwall", "United Kingdom"},
+    {50, "Georgia", "Georgia", "Vermont", "Georgia"},
+    {30, "SaintPaul", "SaintPaul", "", "Nowhere"},
+    {40, "St  Paul", "St  Paul", "", "Nowhere"},
+};
+
+class CityCollector : public testing::Test, public CityStatCollectorDelegate {
+ protected:
+  void writeCities(const std::vector<City>& cities) {
+    const auto database = FMDatabase_Time::databaseWithPath((folder / "cities.db").string());
+    ASSERT_TRUE(database->open());
+    database->executeUpdate(
+        "CREATE TABLE cities (identifier INTEGER, city TEXT, city_plain TEXT, state TEXT, "
+        "country TEXT, timezone TEXT, latitude REAL, longitude REAL)");
+    database->beginTransaction();
+    for (const City& city : cities) {
+      ASSERT_TRUE(database->executeUpdate(
+          "INSERT INTO cities VALUES (?, ?, ?, ?, ?, 'Europe/Paris', 48.5, -2)", city.identifier,
+          city.city, city.plain, city.state, city.country));
+    }
+    database->commit();
+  }
+
+  void cityCollectorFinishedLoading() override {
+    dispatch_semaphore_signal(loaded);
+    if (onLoaded) onLoaded();
+  }
+  void cityCollectorGotSearchResults(const std::vector<CityRecord>& cities,
+                                     const std::string& search) override {
+    dispatch_async(dispatch_get_main_queue(), [this, search, count = cities.size()] {
+      searches.push_back(search + " " + std::to_string(count));
+    });
+  }
+
+  void load() {
+    collector->addDelegate(asDelegate);
+    collector->loadDatabase();
+    dispatch_semaphore_wait(loaded);
+  }
+
+  /// Serves the main queue until so many answers have come.
+  void waitForAnswers(size_t count) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+    while (searches.size() < count && std::chrono::steady_clock::now() < end) {
+      time.loop.runPending();
+      std::this_thread::yield();
+    }
+  }
+
+  /// The names found, in order.
+  std::string found(std::string_view text) {
+    std::string names;
+    for (const CityRecord& city : collector->citiesWithMatch(text)) {
+      names += (names.empty() ? "" : "|") + *city.at("city").string();
+    }
+    return names;
+  }
+
+  SimulatedTime time;
+  const std::filesystem::path folder = freshFolder();
+  const EnvironmentVariable support{"VELMORA_SUPPORT_DIR", folder.string()};
+  const std::shared_ptr<CityStatCollector_Time> collector =
+      std::make_shared<CityStatCollector_Time>();
+  /// Not owned: the fixture outlives it.
+  const std::shared_ptr<CityStatCollectorDelegate> asDelegate{this, [](void*) {}};
+  const dispatch_semaphore_t loaded = dispatch_semaphore_create(0);
+  std::function<void()> onLoaded;
+  std::vector<std::string> searches;
+};
+
+TEST_F(CityCollector, FindsByPrefixInTheOrderOfTheFile) {
+  writeCities({std::begin(Cities), std::end(Cities)});
+  load();
+  struct Case {
+    const char* text;
+    const char* names;
+  };
+  for (const Case& sample : {Case{"são", "São Paulo"},
+                             {"Sao", "São Paulo"},
+                             {"paulo", ""},
+                             {"united", "Saint Paul|St Paul"},
+                             {"Georgia", "Georgia|Georgia"},  // By its name and by its country.
+                             {"st paul", "St Paul|Saint Paul|St. Paul"},
+                             {"Saint Paul", "Saint Paul|St. Paul|St Paul"},
+                             {"St.Paul", "SaintPaul|St Paul"},
+                             {"st. paul", "St. Paul|Saint Paul|St  Paul"},
+                             {"s_int p", "Saint Paul"},
+                             {"%aul", "São Paulo|Saint Paul|St. Paul|St Paul|SaintPaul|St  Paul"},
+                             {"o'", ""},
+                             {"st o'", ""}}) {
+    EXPECT_EQ(found(sample.text), sample.names) << sample.text;
+  }
+  EXPECT_EQ(collector->citiesWithStateMatch("min").size(), 1);
+}
+
+TEST_F(CityCollector, AnIdentifierMayBeANumberOrAText) {
+  writeCities({std::begin(Cities), std::end(Cities)});
+  load();
+  const auto byText = collector->cityWithIdentifier("20");
+  ASSERT_TRUE(byText);
+  EXPECT_EQ(byText, collector->cityWithIdentifier(20));
+  EXPECT_EQ(*byText->at("city").string(), "St Paul");
+  EXPECT_EQ(*byText->at("timezone").string(), "Europe/Paris");
+  EXPECT_EQ(byText->at("latitude").doubleValue(), 48.5);
+  EXPECT_EQ(byText->at("longitude").doubleValue(), -2);
+  for (const PropertyList& none : {PropertyList(99), PropertyList("x"), PropertyList("2'"),
+                                   PropertyList(), PropertyList("")}) {
+    EXPECT_FALSE(collector->cityWithIdentifier(none));
+  }
+}
+
+TEST_F(CityCollector, ACountryIsAskedForWhereNamesGiveFewerThanAThousand) {
+  for (const size_t named : {999, 1000}) {
+    std::vector<City> cities(named, City{1, "Xa", "Xa", "", "Y"});
+    cities.insert(cities.end(), 1100, City{2, "Z", "Z", "", "Xland"});
+    std::filesystem::remove(folder / "cities.db");
+    writeCities(cities);
+    load();
+    EXPECT_EQ(collector->citiesWithMatch("x").size(), named == 999 ? 999 + 1000 : 1000);
+    EXPECT_EQ(collector->citiesWithMatch("xl").size(), 1000);
+  }
+}
+
+TEST_F(CityCollector, OnlyTheNewestSearchWaits) {
+  writeCities({std::begin(Cities), std::end(Cities)});
+  const auto mayGoOn = dispatch_semaphore_create(0);
+  onLoaded = [&] { dispatch_semaphore_wait(mayGoOn); };
+  load();
+  for (const char* text : {"sai", "st", "geo"})
+    collector->searchWithString(text);
+  dispatch_semaphore_signal(mayGoOn);
+  waitForAnswers(2);
+  EXPECT_EQ(searches, (std::vector<std::string>{"sai 2", "geo 2"}));
+}
+
+TEST_F(CityCollector, AnEmptySearchClearsWhatWaitsAndStopsNothing) {
+  writeCities({std::begin(Cities), std::end(Cities)});
+  const auto mayGoOn = dispatch_semaphore_create(0);
+  onLoaded = [&] { dispatch_semaphore_wait(mayGoOn); };
+  load();
+  for (const char* text : {"", "sai", "st", "", "geo"})
+    collector->searchWithString(text);
+  collector->searchWithString("");
+  dispatch_semaphore_signal(mayGoOn);
+  waitForAnswers(1);
+  // The next answer is of the next search, so nothing was left waiting.
+  collector->searchWithString("st.");
+  waitForAnswers(2);
+  EXPECT_EQ(searches, (std::vector<std::string>{"sai 2", "st. 5"}));
+}
+
+TEST_F(CityCollector, AMissingOrDamagedDatabaseHasNoCities) {
+  testing::internal::CaptureStderr();
+  testing::internal::CaptureStdout();
+  EXPECT_FALSE(collector->cityWithIdentifier("20")) << "before the database is loaded";
+  load();
+  EXPECT_FALSE(collector->cityWithIdentifier("20"));
+  EXPECT_TRUE(collector->citiesWithMatch("s").empty());
+  EXPECT_FALSE(std::filesystem::exists(folder / "cities.db"));
+  writeFile(folder / "cities.db",
+            "this is no database, and it is longer than a header: " + std::string(2000, 'x'));
+  load();
+  EXPECT_TRUE(collector->citiesWithMatch("st s").empty());
+  EXPECT_EQ(testing::internal::GetCapturedStderr() + testing::internal::GetCapturedStdout(), "");
+}
+
+TEST_F(CityCollector, DelegatesAreToldOnceAndNoLongerWhenRemovedOrGone) {
+  struct Counting : CityStatCollectorDelegate {
+    void cityCollectorFinishedLoading() override { ++loads; }
+    std::atomic<int> loads = 0;
+  };
+  const auto kept = std::make_shared<Counting>();
+  const auto removed = std::make_shared<Counting>();
+  auto gone = std::make_shared<Counting>();
+  collector->addDelegate(kept);
+  collector->addDelegate(kept);
+  collector->addDelegate(removed);
+  collector->addDelegate(gone);
+  gone.reset();
+  load();
+  collector->removeDelegate(*removed);
+  load();
+  EXPECT_EQ(kept->loads, 2);
+  EXPECT_EQ(removed->loads, 1);
+}
+
+// What matters here is that the thread sanitizer sees it. A lookup that meets the preparation of a
+// search's query is turned away; a record that comes is the right one.
+TEST_F(CityCollector, LookupsAndSearchesShareTheConnection) {
+  writeCities(std::vector<City>(3000, Cities[1]));
+  load();
+  int records = 0;
+  for (int round = 0; round < 200; ++round) {
+    if (round % 20 == 0) collector->searchWithString("saint p");
+    time.loop.runPending();
+    if (const auto city = collector->cityWithIdentifier(10)) {
+      ++records;
+      EXPECT_EQ(*city->at("city").string(), "Saint Paul");
+    }
+  }
+  EXPECT_GT(records, 0);
+  waitForAnswers(1);
+  EXPECT_FALSE(searches.empty());
+}
+
+}  // namespace

@@ -1,0 +1,78 @@
+#include <array>
+
+#include "Platform/Dispatch/Dispatch.h"
+#include "Shared/Collectors/CityStatCollector.h"
+#include "Tools/velmora-timectl/Command.h"
+#include "Tools/velmora-timectl/Errors.h"
+
+namespace {
+
+/// Waits for the collector, which loads on a queue of its own.
+class LoadedCities : public CityStatCollectorDelegate {
+ public:
+  static CityStatCollector_Time& collector() {
+    const auto& collector = CityStatCollector_Time::sharedCityStatCollector();
+    const auto waiting = std::make_shared<LoadedCities>();
+    collector->addDelegate(waiting);
+    collector->loadDatabase();
+    dispatch_semaphore_wait(waiting->loaded_);
+    return *collector;
+  }
+
+  void cityCollectorFinishedLoading() override { dispatch_semaphore_signal(loaded_); }
+
+ private:
+  const dispatch_semaphore_t loaded_ = dispatch_semaphore_create(0);
+};
+
+Json cityJson(const CityRecord& city) {
+  Json json = Json::object();
+  for (const char* column : {"identifier", "city", "city_plain", "state", "country", "timezone",
+                             "latitude", "longitude"}) {
+    const auto found = city.find(column);
+    json[column] = found == city.end() ? Json() : jsonFromPropertyList(found->second);
+  }
+  return json;
+}
+
+Json getCity(const Arguments& arguments) {
+  arguments.expectRest(std::array<std::string_view, 2>{"get", "ID"});
+  const std::string& identifier = arguments.rest()[1];
+  const auto city = LoadedCities::collector().cityWithIdentifier(identifier);
+  if (!city) {
+    throw CommandFailure("there is no city '" + identifier +
+                         "' in the database; 'cities search TEXT' finds identifiers");
+  }
+  return cityJson(*city);
+}
+
+Json searchCities(const Arguments& arguments) {
+  arguments.expectRest(std::array<std::string_view, 2>{"search", "TEXT"});
+  const std::string& text = arguments.rest()[1];
+  if (text.empty()) {
+    throw UsageError("cities search: TEXT is empty; give the beginning of a name");
+  }
+  Json list = Json::array();
+  for (const CityRecord& city : LoadedCities::collector().citiesWithMatch(text))
+    list.push_back(cityJson(city));
+  return list;
+}
+
+Json citiesCommand(const Arguments& arguments) {
+  const std::string action = arguments.rest().empty() ? "" : arguments.rest().front();
+  if (action == "get") return getCity(arguments);
+  if (action == "search") return searchCities(arguments);
+  throw UsageError("cities: write 'get ID' or 'search TEXT'");
+}
+
+constexpr Command Commands[] = {
+    {"cities",
+     "get ID | search TEXT",
+     "a city, or those whose name, division or country begins with a text",
+     {},
+     citiesCommand},
+};
+
+}  // namespace
+
+std::span<const Command> cityCommands() { return Commands; }
