@@ -6,6 +6,9 @@
 #include "Platform/Foundation/NSDate.h"
 #include "Platform/Foundation/NSDistributedNotificationCenter.h"
 #include "Platform/Foundation/NSLog.h"
+#include "Shared/External/Logging/DDFileLogger.h"
+#include "Shared/External/Logging/DDLog.h"
+#include "Shared/External/Logging/DDLogLine.h"
 #include "Targets/Shared/Views/ZEVMenuExtraView.h"
 #include "Targets/Shared/ZEVPreferences.h"
 
@@ -25,7 +28,21 @@ void ZEVMenuExtra_Time::initWithBundle(const NSBundle& bundle) {
   NSMenuExtra::initWithBundle(bundle);
   view()->setFrameSize({PlaceholderLength, Height});
   setLength(PlaceholderLength);
+  setupLog();
   performSelectorAfterDelay("run", 0, [this] { run(); });
+}
+
+void ZEVMenuExtra_Time::setupLog() {
+  constexpr double ThirtyDays = 2'592'000;
+  constexpr uint64_t FilesToKeep = 7;
+  constexpr uint64_t FiveMebibytes = 5'242'880;
+  const auto manager =
+      std::make_shared<DDLogFileManagerDefault_Time>("~/Library/Logs/Velmora/" + extraName() + "/");
+  manager->setMaximumNumberOfLogFiles(FilesToKeep);
+  fileLogger_ = std::make_shared<DDFileLogger_Time>(manager);
+  fileLogger_->setRollingFrequency(ThirtyDays);
+  fileLogger_->setMaximumFileSize(FiveMebibytes);
+  DDLog_Time::addLogger(fileLogger_);
 }
 
 std::shared_ptr<NSMenu> ZEVMenuExtra_Time::menu() {
@@ -76,8 +93,10 @@ void ZEVMenuExtra_Time::start(std::string& stage) {
 
 void ZEVMenuExtra_Time::collapse(const std::string& stage, const std::string& reason) {
   const std::string start = "Velmora exception in " + extraName() + " - ";
-  NSLog(NSDate::date().description() + "\n\n" + start + reason + "\n" + start + stage + "\n\n" +
-        callStackSymbols());
+  const std::string report = NSDate::date().description() + "\n\n" + start + reason + "\n" + start +
+                             stage + "\n\n" + callStackSymbols();
+  NSLog(report);
+  DDLogLine(report);
   if (view()) view()->setFrameSize({0, Height});
   setLength(0);
   willUnload();

@@ -10,12 +10,13 @@
 #include "Platform/SystemUIPlugin/NSMenuExtra.h"
 #include "Targets/Shared/ZEVModule.h"
 
+class DDFileLogger_Time;
 class ZEVMenuExtraView_Time;
 
 /// The shell around a slot in the bar: starts and stops the modules of one extra and passes on what
 /// concerns them all. Main thread only.
 ///
-/// `initWithBundle` takes the slot and nothing else; the work begins in `run`, on the next pass of
+/// `initWithBundle` takes the slot and opens the log; the work begins in `run`, on the next pass of
 /// the run loop, when the host has finished taking the object in. A module that fails to start
 /// collapses the slot and leaves its reason in the log; the host goes on.
 class ZEVMenuExtra_Time : public NSMenuExtra, public ZEVModuleDelegate {
@@ -29,6 +30,8 @@ class ZEVMenuExtra_Time : public NSMenuExtra, public ZEVModuleDelegate {
 
   virtual std::string extraName() const { return ""; }
   virtual bool isCombinedExtra() const { return false; }
+  /// Starts the log in rolling files, in a folder of the extra's name among the user's logs.
+  virtual void setupLog();
   virtual void skinChange() {}
   virtual void cleanup() {}
   virtual void loadModules() {}
@@ -59,6 +62,7 @@ class ZEVMenuExtra_Time : public NSMenuExtra, public ZEVModuleDelegate {
   void dropdownThemeChanged();
 
   std::optional<Modules> modules_;
+  std::shared_ptr<DDFileLogger_Time> fileLogger_;
   std::shared_ptr<ZEVMenuExtraView_Time> hostView_;
   NSObservation displayObservation_;
   NSObservation themeObservation_;

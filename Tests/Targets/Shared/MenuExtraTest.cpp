@@ -2,8 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
 #include "Platform/Foundation/CFPreferences.h"
 #include "Platform/Foundation/NSDistributedNotificationCenter.h"
+#include "Shared/External/Logging/DDLog.h"
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Tests/Support/TestEnvironment.h"
 #include "Tests/Targets/Shared/FakeExtra.h"
@@ -115,6 +120,18 @@ TEST_P(FailingStart, CollapsesTheItemAndTellsTheStage) {
             std::string::npos)
       << log;
   EXPECT_EQ(log.find("out of gears") != std::string::npos, GetParam().isStandard) << log;
+  // The same stands in the log's only file.
+  DDLog_Time::flushLog();
+  const auto folder = testFolder() / "state/velmora5/Logs/Velmora/fake";
+  ASSERT_EQ(std::distance(std::filesystem::directory_iterator(folder), {}), 1);
+  std::ifstream file(std::filesystem::directory_iterator(folder)->path());
+  const std::string kept{std::istreambuf_iterator<char>(file), {}};
+  EXPECT_NE(kept.find("Velmora exception in fake - " + std::string(GetParam().stage) + " - bad\n"),
+            std::string::npos)
+      << kept;
+  EXPECT_NE(kept.find("callStackSymbols"), std::string::npos) << kept;
+  EXPECT_TRUE(kept.starts_with("2026/11/21 15:04:05:000  2026-11-21 15:04:05 +0000\n")) << kept;
+
   EXPECT_EQ(slot.lengths.back(), 0);
   EXPECT_EQ(extra->view()->frame().size, (NSSize{0, 22}));
   EXPECT_EQ(extra->modules(), nullptr);
