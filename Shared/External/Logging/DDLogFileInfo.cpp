@@ -31,12 +31,13 @@ NSDate dateOf(fs::file_time_type time) {
 
 const DDLogFileInfo_Time::Attributes& DDLogFileInfo_Time::fileAttributes() {
   if (attributes_) return *attributes_;
-  attributes_.emplace();
+  Attributes attributes;
   std::error_code error;
   const uintmax_t size = fs::file_size(filePath_, error);
-  if (!error) attributes_->fileSize = size;
+  if (!error) attributes.fileSize = size;
   const fs::file_time_type time = fs::last_write_time(filePath_, error);
-  if (!error) attributes_->modificationDate = dateOf(time);
+  if (!error) attributes.modificationDate = dateOf(time);
+  attributes_ = attributes;
   return *attributes_;
 }
 

@@ -49,7 +49,7 @@ class DDLogFileManagerDefault_Time
   void deleteOldLogFiles();
 
   /// Told when a file is done with.
-  virtual void didRollAndArchiveLogFile(const std::filesystem::path&) {}
+  virtual void didRollAndArchiveLogFile(const std::filesystem::path& /*filePath*/) {}
 
  private:
   void deleteOldLogFilesBut(const std::filesystem::path& kept);

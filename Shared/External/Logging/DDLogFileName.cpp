@@ -28,8 +28,10 @@ std::optional<NSDate> parsedDate(std::string_view text) {
   const int hour = numberAt(text, 11, 2);
   const int minute = numberAt(text, 14, 2);
   if (!day.ok() || hour > 23 || minute > 59) return std::nullopt;
-  const auto days = std::chrono::sys_days(day).time_since_epoch().count();
-  return NSDate::dateWithTimeIntervalSince1970(days * 86400.0 + hour * 3600 + minute * 60);
+  const auto time =
+      std::chrono::sys_days(day) + std::chrono::hours(hour) + std::chrono::minutes(minute);
+  return NSDate::dateWithTimeIntervalSince1970(
+      std::chrono::duration<double>(time.time_since_epoch()).count());
 }
 
 }  // namespace

@@ -14,10 +14,9 @@ constexpr int32_t Context = 0;
 
 }  // namespace
 
-void DDLogLine(std::string_view message, std::source_location place) {
+void DDLogLine(std::string_view message, const char* file, const char* function, int32_t line) {
   DDLog_Time::queueLogMessage(
-      std::make_shared<const DDLogMessage_Time>(std::string(message), Level, Flag, Context,
-                                                place.file_name(), place.function_name(),
-                                                static_cast<int32_t>(place.line()), nullptr, 0),
+      std::make_shared<const DDLogMessage_Time>(std::string(message), Level, Flag, Context, file,
+                                                function, line, nullptr, 0),
       true);
 }

@@ -51,6 +51,6 @@ DDLogMessage_Time::DDLogMessage_Time(std::string message, int32_t level, int32_t
 
 std::string DDLogMessage_Time::threadID() const {
   std::array<char, 8> digits{};
-  const auto end = std::to_chars(digits.begin(), digits.end(), machThreadID, 16).ptr;
+  char* const end = std::to_chars(digits.begin(), digits.end(), machThreadID, 16).ptr;
   return {digits.begin(), end};
 }

@@ -112,6 +112,22 @@ TEST_F(Log, AMessageKnowsWhereItComesFrom) {
   EXPECT_EQ(message->threadName, std::string("logging_tests").substr(0, 15));
 }
 
+TEST_F(Log, ALineOfTheProgramIsAnInformationOfItsPlace) {
+  int32_t line = 0;
+  add([&](const DDLogMessage_Time& message) {
+    EXPECT_TRUE(std::string_view(message.file).ends_with("/LogTest.cpp"));
+    EXPECT_STREQ(message.function, "TestBody");
+    EXPECT_EQ(message.logLevel, 13);
+    EXPECT_EQ(message.logFlag, 4);
+    EXPECT_EQ(message.logContext, 0);
+    line = message.lineNumber;
+  });
+  DDLogLine("text");
+  const int32_t expected = __LINE__ - 1;
+  DDLog_Time::flushLog();
+  EXPECT_EQ(line, expected);
+}
+
 TEST_F(Log, ASynchronousCallReturnsBehindTheLoggers) {
   int count = 0;
   add([&](const DDLogMessage_Time&) { ++count; });
