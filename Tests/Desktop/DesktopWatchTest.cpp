@@ -61,6 +61,9 @@ TEST(DesktopSettings, AreThereAtTheFirstRead) {
   desktop.set("contrast", 1);
   EXPECT_TRUE(desktopIsDark());
   EXPECT_TRUE(contrastIsIncreased());
+  // An override, as of a tool's own options, is not the desktop's business.
+  setPreferenceOverride("AppleInterfaceStyle", {}, ".GlobalPreferences");
+  EXPECT_FALSE(desktopIsDark());
 }
 
 TEST(DesktopSettings, FollowEverySwitch) {
@@ -92,14 +95,6 @@ TEST(DesktopSettings, AreAskedAgainWhenThePortalComesBack) {
   desktop.stop();
   desktop.start();
   EXPECT_TRUE(themes.reaches(1));
-  EXPECT_FALSE(desktopIsDark());
-}
-
-// An override, as of a tool's own options, is not the desktop's business.
-TEST(DesktopSettings, YieldToAnOverride) {
-  DesktopFixture desktop;
-  desktop.set("color-scheme", 1);
-  setPreferenceOverride("AppleInterfaceStyle", {}, ".GlobalPreferences");
   EXPECT_FALSE(desktopIsDark());
 }
 

@@ -17,10 +17,6 @@ FinishedProcess run(const std::vector<std::string>& arguments) {
   return runToEnd(command, noDisplay);
 }
 
-bool isOneLine(const std::string& text) {
-  return !text.empty() && text.find('\n') == text.size() - 1;
-}
-
 struct Refusal {
   std::vector<std::string> arguments;
   int status;
@@ -32,22 +28,17 @@ TEST(CommandLine, RefusesWhatItCannotUse) {
   const Refusal refusals[] = {
       {{"--loud"}, 2, "\"--loud\"; --help"},
       {{"clock"}, 2, "\"clock\"; --help"},
-      {{"--dark", "--loud"}, 2, "\"--loud\""},
       {{"--headless"}, 2, "--headless --output DIR"},
-      {{"--headless", "--output"}, 2, "--output pictures"},
       {{"--headless", "--output", "--dark"}, 2, "--output pictures"},
       {{"--headless", "--output", ""}, 2, "--output pictures"},
       {{"--headless", "--output", "out", "--scale"}, 2, "--scale 2"},
       {{"--headless", "--output", "out", "--scale", "0"}, 2, "above 0 and up to 16"},
-      {{"--headless", "--output", "out", "--scale", "-1"}, 2, "not \"-1\""},
       {{"--headless", "--output", "out", "--scale", "17"}, 2, "not \"17\""},
-      {{"--headless", "--output", "out", "--scale", "two"}, 2, "not \"two\""},
       {{"--headless", "--output", "out", "--scale", "2x"}, 2, "not \"2x\""},
       {{"--headless", "--output", "out", "--scale", "nan"}, 2, "not \"nan\""},
-      {{"--headless", "--output", "out", "--scale", "1e400"}, 2, "not \"1e400\""},
       {{"--headless", "--output", "out", "--output-name", "DP-1"}, 2, "--output-name"},
-      {{"--output", "out"}, 2, "--headless --output DIR"},
       {{"--scale", "2"}, 2, "--headless --output DIR"},
+      {{"--output", "out"}, 2, "--headless --output DIR"},
       {{"--output-name"}, 2, "--output-name DP-1"},
       {{"--bundle"}, 2, "--bundle Name.bundle"},
       {{"--headless", "--output", "out", "--bundle", "Missing.bundle"}, 1, "Missing.so"},
@@ -59,8 +50,7 @@ TEST(CommandLine, RefusesWhatItCannotUse) {
     SCOPED_TRACE(testing::PrintToString(tested.arguments));
     EXPECT_EQ(done.status, tested.status);
     EXPECT_EQ(done.output, "");
-    EXPECT_TRUE(isOneLine(done.errors)) << done.errors;
-    EXPECT_THAT(done.errors, testing::StartsWith("velmora-menubar: "));
+    EXPECT_THAT(done.errors, testing::MatchesRegex("velmora-menubar: [^\n]*\n"));
     EXPECT_THAT(done.errors, HasSubstr(tested.told));
   }
 }
@@ -79,18 +69,16 @@ TEST(CommandLine, TellsItsOptionsAndVersion) {
   EXPECT_THAT(version.output, testing::MatchesRegex("velmora-menubar [0-9]+\\.[0-9]+\\.[0-9]+\n"));
 }
 
-struct Picture {
-  std::vector<std::string> options;
-  const char* name;
-  int scale;
-  uint32_t bar;
-};
-
 // Would catch: a picture of another size, of the wrong appearance, or in another place than told.
 TEST(CommandLine, DrawsIntoAFile) {
+  struct Picture {
+    std::vector<std::string> options;
+    const char* name;
+    int scale;
+    uint32_t bar;
+  };
   const Picture pictures[] = {
       {{}, "menubar-light@1x.png", 1, colors::LightBar},
-      {{"--scale", "2"}, "menubar-light@2x.png", 2, colors::LightBar},
       {{"--dark", "--scale", "2"}, "menubar-dark@2x.png", 2, colors::DarkBar},
   };
   for (const Picture& tested : pictures) {

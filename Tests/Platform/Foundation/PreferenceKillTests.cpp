@@ -68,10 +68,9 @@ TEST(KilledWriters, LeaveAWholeFile) {
 
     PreferenceFile preferences(file);
     ASSERT_TRUE(preferences.apply({{"round", round}})) << round;
-    const PropertyList::Dictionary& contents = preferences.contents();
-    EXPECT_EQ(contents.at("round"), PropertyList(round));
+    EXPECT_EQ(preferences.contents().at("round"), PropertyList(round));
     for (const char* writer : {"first", "second"})
-      expectWholeValue(contents.at(writer), writer);
+      expectWholeValue(preferences.contents().at(writer), writer);
   }
   for (const auto& entry : std::filesystem::directory_iterator(folder)) {
     EXPECT_EQ(entry.path().string().find(".corrupt-"), std::string::npos) << entry.path();

@@ -33,8 +33,7 @@ TEST(PropertyListValue, NumbersAndTextsConvert) {
        {Case{{}, false, 0, 0}, Case{true, true, 1, 1}, Case{-7, true, -7, -7},
         Case{0.5, true, 0, 0.5}, Case{-2.9, true, -2, -2.9}, Case{1e300, true, Maximum, 1e300},
         Case{-1e300, true, Minimum, -1e300}, Case{"YES", true, 0, 0}, Case{"no", false, 0, 0},
-        Case{"12.5x", true, 12, 12.5}, Case{"0", false, 0, 0}, Case{"-01", true, -1, -1},
-        Case{Array{1}, false, 0, 0}, Case{Data{1}, false, 0, 0}, Case{Date{5}, false, 0, 0}}) {
+        Case{"12.5x", true, 12, 12.5}, Case{"0", false, 0, 0}, Case{Array{1}, false, 0, 0}}) {
     const std::string label = dataWithPropertyList(value);
     EXPECT_EQ(value.boolValue(), truth) << label;
     EXPECT_EQ(value.integerValue(), integer) << label;
@@ -65,45 +64,31 @@ void expectRoundTrip(const PropertyList& value) {
 }
 
 TEST(PropertyListXml, EveryKindReadsBackTheSame) {
-  for (const double real : {0.0, 0.1, 1e-300, 1.0 / 3, 5e-324, DBL_MAX, -2.5e-7, 1e22}) {
+  for (const double real : {0.0, 1.0 / 3, 5e-324, DBL_MAX, 1e22})
     expectRoundTrip(real);
-  }
-  for (const int64_t integer : {int64_t{0}, int64_t{-1}, Maximum, Minimum})
+  for (const int64_t integer : {int64_t{-1}, Maximum, Minimum})
     expectRoundTrip(integer);
-  for (const char* text : {"", " ", "  a \n\tb ", "&<>\"'", "&amp;lt;", "Zürich \U0001F600", "]]>",
-                           "<!-- -->", "</plist>", "a\r\nb"}) {
+  for (const char* text :
+       {"", " ", "  a \n\tb ", "&<>\"'", "&amp;lt;", "Zürich \U0001F600", "a\r\nb"}) {
     expectRoundTrip(text);
     expectRoundTrip(Dictionary{{text, text}});
   }
-  for (size_t length = 0; length < 6; ++length)
-    expectRoundTrip(Data(length, 0xFE));
-  for (const char* moment : {"1901-02-03 04:05:06", "1969-12-31 23:59:59", "2024-02-29 12:34:56",
-                             "2069-07-20 12:34:56", "4001-01-01 00:00:00"}) {
+  expectRoundTrip(Data(5, 0xFE));
+  for (const char* moment : {"1901-02-03 04:05:06", "1969-12-31 23:59:59", "4001-01-01 00:00:00"}) {
     expectRoundTrip(Date{utc(moment).timeIntervalSince1970()});
   }
-  expectRoundTrip(Dictionary{{"a", Array{}},
-                             {"b", Dictionary{}},
-                             {"c", Array{Array{}, Dictionary{}}},
-                             {"d", true},
-                             {"e", false},
-                             {"f", Array{true, 1, 1.5, "1", Data{1}}}});
+  expectRoundTrip(Dictionary{{"a", Array{Array{}, Dictionary{}}}, {"b", true}, {"c", false}});
 }
 
-// XML has no form for these characters; one text that holds them must not spoil the whole file.
+// XML has no form for these characters, nor for years of more than four digits; one value that
+// holds them must not spoil the whole file.
 TEST(PropertyListXml, LeavesOutWhatXmlCannotHold) {
   const std::string odd("a\0\1b\x1F", 5);
-  const auto back =
-      propertyListWithData(dataWithPropertyList(Dictionary{{"k", odd}, {"other", 1}}));
-  ASSERT_TRUE(back.has_value());
-  EXPECT_EQ(*back, PropertyList(Dictionary{{"k", "ab"}, {"other", 1}}));
-}
-
-// Four digits hold a year: beyond them a date stops at the end, and the file stays readable.
-TEST(PropertyListXml, DatesStopAtTheEndsOfTheirForm) {
   for (const double seconds : {1e300, -1e300, std::nan(""), HUGE_VAL}) {
-    const auto back = propertyListWithData(dataWithPropertyList(Array{Date{seconds}, 1}));
+    const auto back =
+        propertyListWithData(dataWithPropertyList(Dictionary{{"k", odd}, {"date", Date{seconds}}}));
     ASSERT_TRUE(back.has_value()) << seconds;
-    EXPECT_EQ(back->array()->size(), 2U);
+    EXPECT_EQ(back->dictionary()->at("k"), PropertyList("ab"));
   }
 }
 
@@ -152,15 +137,12 @@ TEST(PropertyListBinary, HoldsWhatAnotherWriterWrote) {
     EXPECT_EQ(list->dictionary()->at(key), value) << key;
   }
   EXPECT_EQ(list->dictionary()->size(), expected.size());
-}
-
-TEST(PropertyListBinary, ReferencesAndWideIntegers) {
-  const auto references = propertyListWithContentsOfFile(fixture("references.plist"));
-  ASSERT_TRUE(references.has_value());
-  EXPECT_EQ(*references,
+  // References, and an integer that is too wide.
+  EXPECT_EQ(propertyListWithContentsOfFile(fixture("references.plist")),
             PropertyList(Dictionary{{"$objects", Array{"$null", "x"}},
                                     {"$top", Dictionary{{"root", Dictionary{{"CF$UID", 1}}}}}}));
-  EXPECT_FALSE(propertyListWithContentsOfFile(fixture("wide-integer.plist")).has_value());
+  for (const char* none : {"wide-integer.plist", "missing", "."})
+    EXPECT_FALSE(propertyListWithContentsOfFile(fixture(none)).has_value()) << none;
 }
 
 TEST(DamagedPropertyList, GivesNothingWhereverItIsCut) {
@@ -190,15 +172,15 @@ TEST(DamagedPropertyList, GarbageIsNoTrap) {
       propertyListWithData(bytes);
     }
   }
-  for (const char* text : {"", "x", "bplist00", "<plist>", "<plist></plist>", "<a></plist>",
-                           "<plist><string></plist>", "<plist><integer/></plist>", "{a = 1;}"}) {
+  for (const char* text : {"", "x", "bplist00", "<plist></plist>", "<a></plist>",
+                           "<plist><string></plist>", "<plist><integer/></plist>"}) {
     EXPECT_FALSE(propertyListWithData(text).has_value()) << text;
   }
   propertyListWithData(std::string("<plist version=\"1.0\"><string>a\0b</string></plist>", 49));
 }
 
 TEST(DamagedPropertyList, DeepNestingIsNoTrap) {
-  for (const int depth : {50, 100, 100'000, 1'000'000}) {
+  for (const int depth : {50, 100, 1'000'000}) {
     std::string xml = "<plist version=\"1.0\">";
     for (int level = 0; level < depth; ++level)
       xml += "<array>";
@@ -228,14 +210,6 @@ std::string doublingList(size_t levels) {
 TEST(DamagedPropertyList, DoublingReferencesDoNotFillTheMemory) {
   EXPECT_TRUE(propertyListWithData(doublingList(3)).has_value());
   EXPECT_FALSE(propertyListWithData(doublingList(40)).has_value());
-}
-
-TEST(DamagedPropertyList, AFileThatIsNoneGivesNothing) {
-  const auto folder = freshFolder();
-  EXPECT_FALSE(propertyListWithContentsOfFile(folder / "missing").has_value());
-  EXPECT_FALSE(propertyListWithContentsOfFile(folder).has_value());
-  writeFile(folder / "empty", "");
-  EXPECT_FALSE(propertyListWithContentsOfFile(folder / "empty").has_value());
 }
 
 }  // namespace

@@ -22,10 +22,6 @@ struct RuleChange {
   int after;
 };
 
-void PrintTo(const RuleChange& change, std::ostream* stream) {
-  *stream << change.rule << " at " << change.moment;
-}
-
 /// A file of the second version with no changes of its own but one on 2007-01-01 into `offset`.
 std::string compiledZone(int32_t offset, const std::string& abbreviation,
                          const std::string& footer) {
@@ -69,34 +65,26 @@ TEST_P(Rule, AtTheEndOfAFile) {
   expectChange(TimeZoneRules::fromFile(file).get());
 }
 
-// Weekdays from any perpetual calendar: 2050-03-27, 2100-03-28 and 2500-03-28 are the last Sundays
-// of their March, 2050-03-13 and 2500-03-14 the second ones, 2050-11-06 the first of its November.
+// Weekdays from any perpetual calendar: 2050-03-27 and 2500-03-28 are the last Sundays of their
+// March, 2050-03-13 and 2500-03-14 the second ones.
 // "M3.4.4/50" is 50 hours into the fourth Thursday of March, a Saturday at 2 o'clock: 2050-03-26.
 // J60 is 1 March in every year; 59 is 29 February or 1 March. "XXX3EDT4,0/0,J365/23" is summer all
 // year: each one ends in the second in which the next begins.
 INSTANTIATE_TEST_SUITE_P(
     Years, Rule,
     testing::Values(
-        RuleChange{"CET-1CEST,M3.5.0,M10.5.0/3", "2037-10-25 01:00:00", 7200, 3600},
-        RuleChange{"CET-1CEST,M3.5.0,M10.5.0/3", "2038-03-28 01:00:00", 3600, 7200},
         RuleChange{"CET-1CEST,M3.5.0,M10.5.0/3", "2050-03-27 01:00:00", 3600, 7200},
-        RuleChange{"CET-1CEST,M3.5.0,M10.5.0/3", "2100-03-28 01:00:00", 3600, 7200},
         RuleChange{"CET-1CEST,M3.5.0,M10.5.0/3", "2500-03-28 01:00:00", 3600, 7200},
         RuleChange{"CET-1CEST,M3.5.0,M10.5.0/3", "9999-07-01 00:00:00", 7200, 7200},
         RuleChange{"EST5EDT,M3.2.0,M11.1.0", "2050-03-13 07:00:00", -18000, -14400},
-        RuleChange{"EST5EDT,M3.2.0,M11.1.0", "2050-11-06 06:00:00", -14400, -18000},
         RuleChange{"EST5EDT", "2500-03-14 07:00:00", -18000, -14400},
         RuleChange{"<+1030>-10:30<+11>-11,M10.1.0,M4.1.0", "2050-10-01 15:30:00", 37800, 39600},
-        RuleChange{"<+1030>-10:30<+11>-11,M10.1.0,M4.1.0", "2051-01-01 00:00:00", 39600, 39600},
         RuleChange{"EET-2EEST,M3.4.4/50,M10.4.4/50", "2050-03-26 00:00:00", 7200, 10800},
         RuleChange{"<-02>2<-01>,M3.5.0/-1,M10.5.0/0", "2050-03-27 01:00:00", -7200, -3600},
         RuleChange{"AAA0BBB,J60/0,J300/0", "2023-03-01 00:00:00", 0, 3600},
-        RuleChange{"AAA0BBB,J60/0,J300/0", "2024-03-01 00:00:00", 0, 3600},
         RuleChange{"AAA0BBB,59/0,300/0", "2023-03-01 00:00:00", 0, 3600},
         RuleChange{"AAA0BBB,59/0,300/0", "2024-02-29 00:00:00", 0, 3600},
-        RuleChange{"XXX3EDT4,0/0,J365/23", "2050-01-01 03:00:00", -14400, -14400},
-        RuleChange{"XXX3EDT4,0/0,J365/23", "2051-01-01 03:00:00", -14400, -14400},
-        RuleChange{"XXX3EDT4,0/0,J365/23", "2500-07-01 00:00:00", -14400, -14400}));
+        RuleChange{"XXX3EDT4,0/0,J365/23", "2050-01-01 03:00:00", -14400, -14400}));
 
 TEST(RuleText, OnlyWholeRulesAreRead) {
   for (const char* text :

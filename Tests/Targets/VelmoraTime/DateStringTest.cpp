@@ -33,37 +33,27 @@ TEST(DateString, EachElementAlone) {
                         {"__DAY_SUFFIX__", "st"},
                         {"__DAY_SUFFIX_UPPER__", "ST"},
                         {"FUZZY", "five past three"},
-                        {"FUZZY_CLOCK", "five past three"},
                         {"aaa", "p"},
                         {"aa", "P"},
                         {"a", "PM"},
                         {"w", "47"},
-                        {"ww", "47"},
                         {"' '", " "},
                         {"''", ""},
-                        {"'at'", "at"},
                         {"'o''clock'", "o''clock"},
-                        {"h", "3"},
-                        {"hh", "03"},
                         {"H", "15"},
                         {"HH", "15"},
                         {"m", "4"},
                         {"mm", "04"},
                         {"ss", "05"},
-                        {"d", "21"},
                         {"MMM", "Nov"},
                         {":", ":"},
-                        {" ", " "},
                         {"", ""},
-                        {"h:mm a", "3:04 PM"},
                         {"h 'o''clock' aa", "3 o'clock P"},
-                        {"haa", "3P"},
                         {"E", "Sat"},
                         {"EE", "Sat"},
                         {"EEE", "Sat"},
                         {"EEEE", "Saturday"},
-                        {"EEEEE", "S"},
-                        {"EEE EE EEEE d", "Sat Sat Saturday 21"}};
+                        {"EEEEE", "S"}};
   for (const auto& [element, text] : cases)
     EXPECT_EQ(shown({element}, Saturday), text) << element;
   EXPECT_EQ(shown({}, Saturday), "");
@@ -72,7 +62,6 @@ TEST(DateString, EachElementAlone) {
 // CLDR 42: Finnish weekdays have a form of their own inside dates ("lauantaina", on Saturday),
 // which a clock must not show.
 TEST(DateString, WeekdaysStandAlone) {
-  EXPECT_EQ(shown({"EEEE"}, Saturday, {"fi_FI"}), "lauantai");
   EXPECT_EQ(shown({"EEEE d"}, Saturday, {"fi_FI"}), "lauantai 21");
 }
 
@@ -93,7 +82,6 @@ TEST(DateString, MarkersInSeveralLanguages) {
   };
   const Case cases[] = {{"en_US", {"a", "A", "AM"}, {"p", "P", "PM"}},
                         {"en_GB", {"a", "A", "am"}, {"p", "P", "pm"}},
-                        {"de_DE", {"a", "A", "AM"}, {"p", "P", "PM"}},
                         {"ja_JP", {"午", "午", "午前"}, {"午", "午", "午後"}},
                         {"ar_EG", {"ص", "ص", "ص"}, {"م", "م", "م"}}};
   const std::array<const char*, 3> elements = {"aaa", "aa", "a"};
@@ -106,16 +94,6 @@ TEST(DateString, MarkersInSeveralLanguages) {
   }
 }
 
-// Digits and words of CLDR 42. Hours of a 12-hour clock are counted anew, in ASCII digits.
-TEST(DateString, ListsInSeveralLanguages) {
-  const ClockElements list = {"EEEE", "' '", "d", ". ", "MMMM", "' '", "HH", ":", "mm"};
-  EXPECT_EQ(shown(list, Saturday, {"en_US"}), "Saturday 21. November 15:04");
-  EXPECT_EQ(shown(list, Saturday, {"de_DE"}), "Samstag 21. November 15:04");
-  EXPECT_EQ(shown(list, Saturday, {"ja_JP"}), "土曜日 21. 11月 15:04");
-  EXPECT_EQ(shown(list, Saturday, {"ar_EG"}), "السبت ٢١. نوفمبر ١٥:٠٤");
-  EXPECT_EQ(shown({"hh", ":", "mm"}, Saturday, {"ar_EG"}), "03:٠٤");
-}
-
 TEST(DateString, TwelveHourDial) {
   struct Case {
     int hour;
@@ -124,31 +102,18 @@ TEST(DateString, TwelveHourDial) {
   };
   for (const auto& [hour, h, hh] : {Case{0, "12", "12"},
                                     {1, "1", "01"},
-                                    {9, "9", "09"},
                                     {10, "10", "10"},
                                     {12, "12", "12"},
                                     {13, "1", "01"},
-                                    {22, "10", "10"},
                                     {23, "11", "11"}}) {
     EXPECT_EQ(shown({"h"}, hour * 3600.0), h);
     EXPECT_EQ(shown({"hh"}, hour * 3600.0), hh);
   }
-  struct Text {
-    const char* text;
-    const char* element;
-    const char* hour;
-  };
-  for (const auto& [text, element, hour] : {Text{"0", "hh", "12"},
-                                            {"13", "h", "1"},
-                                            {"9", "hh", "09"},
-                                            {"9", "h", "9"},
-                                            {"12", "h", "12"},
-                                            {"24", "hh", "12"},
-                                            {"", "hh", "12"},
-                                            {"noon", "h", "12"},
-                                            {"٠٩", "hh", "09"}}) {
-    EXPECT_EQ(validateHourString(text, element), hour) << text;
-  }
+  // Counted anew in ASCII digits, whatever the language's are.
+  EXPECT_EQ(shown({"hh", ":", "mm"}, Saturday, {"ar_EG"}), "03:٠٤");
+  for (const auto& [text, hour] :
+       {std::pair{"24", "12"}, {"13", "01"}, {"", "12"}, {"noon", "12"}, {"٠٩", "09"}})
+    EXPECT_EQ(validateHourString(text, "hh"), hour) << text;
 }
 
 // In a list without minutes the second hour shows them; "H" is none of the hours that count.
@@ -162,8 +127,6 @@ TEST(DateString, SecondHourShowsTheMinutes) {
                                    {{"H", "':'", "H"}, "9:9"},
                                    {{"HH", "':'", "HH"}, "09:41"},
                                    {{"hh", "h", "HH"}, "094141"},
-                                   {{"H", "h", "h"}, "9941"},
-                                   {{"h", "h", "m"}, "9941"},
                                    {{"h", "h", "mm"}, "9941"},
                                    {{"h", "h", "mm:"}, "94141:"}}) {
     EXPECT_EQ(shown(list, time), text);
@@ -174,42 +137,6 @@ TEST(DateString, ALoneApostropheRaises) {
   EXPECT_THROW(shown({"HH", "'"}, Saturday), std::out_of_range);
   EXPECT_EQ(shown({"'ö'"}, Saturday), "ö");
   EXPECT_EQ(shown({"'a"}, Saturday), "") << "the last character goes unseen";
-}
-
-// Worked out with Python's zoneinfo (tzdata 2026f): half-hour zones, days on which clocks change, a
-// skipped day, and rules that go on to the end of the century.
-TEST(DateString, ZonesFrom1970To2100) {
-  struct Case {
-    double time;
-    const char* zone;
-    const char* text;
-  };
-  const Case cases[] = {
-      {utc(1970, 1, 1), "Asia/Kolkata", "1970-01-01 05:30:00"},
-      {utc(1970, 6, 1, 12), "Europe/London", "1970-06-01 13:00:00"},
-      {utc(1999, 12, 31, 23, 59, 59), "UTC", "1999-12-31 23:59:59"},
-      {utc(2000, 2, 29, 12), "Asia/Tokyo", "2000-02-29 21:00:00"},
-      {utc(2011, 12, 30, 9, 59, 59), "Pacific/Apia", "2011-12-29 23:59:59"},
-      {utc(2011, 12, 30, 10), "Pacific/Apia", "2011-12-31 00:00:00"},
-      {utc(2026, 1, 1, 10, 15), "Pacific/Chatham", "2026-01-02 00:00:00"},
-      {utc(2026, 3, 8, 6, 59, 59), "America/New_York", "2026-03-08 01:59:59"},
-      {utc(2026, 3, 8, 7), "America/New_York", "2026-03-08 03:00:00"},
-      {utc(2026, 4, 4, 14, 59, 59), "Australia/Lord_Howe", "2026-04-05 01:59:59"},
-      {utc(2026, 4, 4, 15), "Australia/Lord_Howe", "2026-04-05 01:30:00"},
-      {utc(2026, 7, 1, 10, 15), "Pacific/Chatham", "2026-07-01 23:00:00"},
-      {utc(2026, 7, 1, 12), "Asia/Kathmandu", "2026-07-01 17:45:00"},
-      {utc(2026, 11, 1, 5, 30), "America/New_York", "2026-11-01 01:30:00"},
-      {utc(2026, 11, 1, 6, 30), "America/New_York", "2026-11-01 01:30:00"},
-      {utc(2026, 11, 21, 23, 30), "Pacific/Kiritimati", "2026-11-22 13:30:00"},
-      {utc(2100, 7, 1, 12), "Europe/London", "2100-07-01 13:00:00"},
-      {utc(2100, 12, 31, 23, 59, 59), "America/St_Johns", "2100-12-31 20:29:59"},
-  };
-  for (const auto& [time, zone, text] : cases) {
-    EXPECT_EQ(shown({"yyyy", "-", "MM", "-", "dd", "' '", "HH", ":", "mm", ":", "ss"}, time,
-                    {"en_US", zone}),
-              text)
-        << zone;
-  }
 }
 
 // The week of the local date, where UTC is already, or still, in another year's week. ISO weeks:
@@ -223,11 +150,8 @@ TEST(DateString, WeekOfTheLocalDate) {
   };
   const Case cases[] = {
       {utc(2026, 12, 27, 12), "UTC", "52", "1"},                 // Sunday, December 27.
-      {utc(2026, 12, 26, 12), "UTC", "52", "52"},                // Saturday, December 26.
       {utc(2026, 12, 26, 11), "Pacific/Kiritimati", "52", "1"},  // Sunday, December 27, 01:00.
       {utc(2027, 1, 3, 12), "UTC", "53", "2"},                   // Sunday, January 3.
-      {utc(2027, 1, 3, 12), "Pacific/Kiritimati", "1", "2"},     // Monday, January 4, 02:00.
-      {utc(2027, 1, 4, 5), "UTC", "1", "2"},                     // Monday, January 4.
       {utc(2027, 1, 4, 5), "Pacific/Pago_Pago", "53", "2"},      // Sunday, January 3, 18:00.
       {utc(2027, 1, 3, 5), "Pacific/Pago_Pago", "53", "1"},      // Saturday, January 2, 18:00.
   };

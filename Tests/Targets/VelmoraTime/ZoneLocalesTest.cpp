@@ -13,15 +13,10 @@ TEST(ZoneLocales, NameTheLocaleOfAZonesPeople) {
     const char* locale;
   };
   for (const Case& sample : {Case{"Africa/Abidjan", "af"},
-                             {"Europe/Dublin", "en_IE"},
                              {"Europe/London", "en_GB"},
                              {"Asia/Tokyo", "ja"},
-                             {"Asia/Hong_Kong", "en_HK"},
                              {"Pacific/Auckland", "en_AU"},
-                             {"Antarctica/Casey", "en_AU"},
                              {"America/Montreal", "en_CA"},
-                             {"America/St_Johns", "en_CA"},
-                             {"Pacific/Saipan", "en_GU"},
                              {"Asia/Kathmandu", ""},
                              {"Zzz", ""},
                              {"", ""}}) {
@@ -41,9 +36,7 @@ TEST(ZoneLocales, HelpOnlyWhereAnOffsetWouldStand) {
   };
   for (const Case& sample : {Case{"en_US", "Asia/Tokyo", "Asia/Tokyo", "ja"},
                              {"ja", "Asia/Tokyo", "Asia/Tokyo", ""},
-                             {"en_US", "America/New_York", "America/New_York", ""},
                              {"de_DE", "America/New_York", "America/New_York", "en_US"},
-                             {"en_GB", "Europe/Paris", "Europe/Paris", ""},
                              {"en_US", "Europe/Paris", "Europe/Paris", "en_GB"},
                              {"de_DE", "America/Montreal", "America/Toronto", "en_US"},
                              {"en_US", "Asia/Kathmandu", "Asia/Kathmandu", ""}}) {

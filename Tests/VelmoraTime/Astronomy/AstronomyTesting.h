@@ -68,9 +68,7 @@ struct Place {
 };
 
 inline constexpr Place London{"London", "Europe/London", 51.5, -0.1278};
-inline constexpr Place Quito{"Quito", "America/Guayaquil", -0.1807, -78.4678};
 inline constexpr Place Sydney{"Sydney", "Australia/Sydney", -33.8688, 151.2093};
-inline constexpr Place Kolkata{"Kolkata", "Asia/Kolkata", 22.5726, 88.3639};
 inline constexpr Place Kathmandu{"Kathmandu", "Asia/Kathmandu", 27.7172, 85.324};
 inline constexpr Place NewYork{"New York", "America/New_York", 40.7128, -74.006};
 inline constexpr Place Honolulu{"Honolulu", "Pacific/Honolulu", 21.3069, -157.8583};
@@ -80,12 +78,6 @@ inline constexpr Place Tromso{"Tromso", "Europe/Oslo", 69.6492, 18.9553};
 inline constexpr Place Longyearbyen{"Longyearbyen", "Arctic/Longyearbyen", 78.2232, 15.6267};
 inline constexpr Place Rothera{"Rothera", "Antarctica/Rothera", -67.5681, -68.1278};
 inline constexpr Place Syowa{"Syowa", "Antarctica/Syowa", -69.0041, 39.5817};
-
-/// "Tromso20241221", for the name of a parametrised test.
-inline std::string testName(const Place& place, std::string date) {
-  std::erase(date, '-');
-  return place.name + date;
-}
 
 /// Compares an event with what a table holds: a time in UTC, or one of the words "up", "down",
 /// "none" for the markers given.

@@ -11,14 +11,9 @@ namespace {
 TEST(ModifiedJulianDate, PublishedDates) {
   EXPECT_EQ(mjd(1, 1, 2000, 12), 51544.5F);
   EXPECT_EQ(mjd(27, 1, 1987, 0), 46822.0F);
-  EXPECT_EQ(mjd(19, 6, 1987, 12), 46965.5F);
-  EXPECT_EQ(mjd(1, 1, 1900, 0), 15020.0F);
   EXPECT_EQ(mjd(29, 2, 2024, 0), 60369.0F);
   EXPECT_EQ(mjd(17, 11, 1858, 0), 0.0F);
-}
-
-// 32 bits hold 2^-8 of a day in this era: 20 minutes are lost to the nearest 337.5 seconds.
-TEST(ModifiedJulianDate, FractionsAreQuantised) {
+  // 32 bits hold 2^-8 of a day in this era: 20 minutes are lost to the nearest 337.5 seconds.
   EXPECT_EQ(mjd(1, 1, 2000, 1.0 / 3), 51544.0F + 4.0F / 256);
 }
 
@@ -41,7 +36,6 @@ struct PositionCase {
 TEST(SunPosition, AgreesWithPublishedPositions) {
   const PositionCase cases[] = {{48908, 198.38083 / 15, -7.78507},
                                 {40738.25, 4.58117, 22.0038},
-                                {61074.5, 21.14171, -16.4345},
                                 {69806.75, 18.76090, -23.0165}};
   for (const PositionCase& position : cases) {
     SCOPED_TRACE(position.modifiedJulianDate);
@@ -49,35 +43,6 @@ TEST(SunPosition, AgreesWithPublishedPositions) {
     sunPosition(declination, rightAscension, (position.modifiedJulianDate - 51544.5) / 36525);
     EXPECT_NEAR(rightAscension, position.rightAscension, 0.02 / 15);
     EXPECT_NEAR(declination, position.declination, 0.02);
-  }
-}
-
-struct HorizonCase {
-  Place place;
-  const char* time;
-  double azimuth, altitude;
-};
-
-// PyEphem 4.1.4, without refraction. The azimuth's theory and the altitude's are not the same one.
-TEST(SunHorizon, AgreesWithAnIndependentCalculation) {
-  const HorizonCase cases[] = {
-      {London, "2024-06-21 09:00", 111.238, 45.305}, {London, "2024-06-21 16:45", 270.625, 30.043},
-      {Sydney, "2023-12-22 01:00", 51.694, 74.347},  {Tromso, "2024-06-21 22:30", 356.280, 3.127},
-      {Quito, "2024-03-20 13:15", 89.712, 28.456},   {NewYork, "2001-01-02 20:10", 224.069, 12.665},
-      {Syowa, "2035-11-05 04:00", 82.906, 19.436},
-  };
-  for (const auto& [place, time, azimuth, altitude] : cases) {
-    SCOPED_TRACE(time);
-    int year = 0, month = 0, day = 0;
-    const double seconds = secondsAt(time);
-    jyear(year, month, day, seconds / 86400 + 2440587.5);
-    EXPECT_NEAR(sunAzimuth2(year, month, day, place.longitude, place.latitude, dayOffset(seconds)),
-                azimuth, 0.05);
-    const double moment = seconds / 86400 + 40587;
-    constexpr double Degree = M_PI / 180;
-    const double sine = sunSinAlt(moment, 0, 0, place.longitude, std::cos(place.latitude * Degree),
-                                  std::sin(place.latitude * Degree));
-    EXPECT_NEAR(std::asin(sine) / Degree, altitude, 0.02);
   }
 }
 
@@ -122,7 +87,6 @@ TEST(Quad, RootsAndExtrema) {
 // By hand: 20:13:20 of the day before is 0.1574 days before midnight.
 TEST(DayOffset, FractionOfTheUtcDay) {
   EXPECT_DOUBLE_EQ(dayOffset(86400 * 20000.0 + 21600), 0.25);
-  EXPECT_DOUBLE_EQ(dayOffset(0), 0);
   EXPECT_NEAR(dayOffset(-100000), 72800 / 86400.0 - 1, 1e-12);
   EXPECT_DOUBLE_EQ(dayOffset(-86400), -1);
 }
@@ -130,8 +94,7 @@ TEST(DayOffset, FractionOfTheUtcDay) {
 TEST(Lengths, WholeHoursAndMinutes) {
   struct {
     int32_t seconds, hours, minutes;
-  } const cases[] = {{0, 0, 0},       {59, 0, 0},     {3599, 0, 59},  {3600, 1, 0},
-                     {59929, 16, 38}, {86400, 24, 0}, {-3600, -1, 0}, {-1, -1, 59}};
+  } const cases[] = {{3599, 0, 59}, {3600, 1, 0}, {59929, 16, 38}, {86400, 24, 0}, {-1, -1, 59}};
   for (const auto& c : cases) {
     EXPECT_EQ(hourFromSeconds(c.seconds), c.hours) << c.seconds;
     EXPECT_EQ(minuteFromSeconds(c.seconds), c.minutes) << c.seconds;
