@@ -36,8 +36,8 @@ void MoonPhaseView_Time::redraw() {
 void MoonPhaseView_Time::showPhase(double age, double illuminatedFraction) {
   setAge(age);
   setIllumination(1.0 - illuminatedFraction);
+  // Drawn when it is asked for: a clock without a Moon never loads a picture, nor what reads them.
   setImage(nullptr);
-  redraw();
 }
 
 void MoonPhaseView_Time::takeHemisphereOfSelectedCity() {

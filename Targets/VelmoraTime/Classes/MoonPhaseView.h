@@ -18,7 +18,7 @@ class MoonPhaseView_Time : public NSView {
   void setImage(std::shared_ptr<NSImage> image) { image_ = std::move(image); }
   void redraw();
 
-  /// Takes an age in days and an illuminated fraction over and redraws the picture.
+  /// Takes an age in days and an illuminated fraction over; the next picture shows them.
   void showPhase(double age, double illuminatedFraction);
 
   /// Draws the Moon into the current context.

@@ -25,7 +25,7 @@ class ZEVTimeModule_Time : public ZEVModule_Time, public MoonStatCollectorDelega
   /// One pass of the tick; the next is already on its way when the work begins.
   void updateClocks();
 
-  /// Redraws the menu bar's Moon. Only the shared collector in mode 0 is listened to.
+  /// Gives the menu bar's Moon its phase. Only the shared collector in mode 0 is listened to.
   void collectorUpdatedForMode(const MoonStatCollector& collector, int32_t mode) override;
 
   /// Takes over a setting that another process has changed: "key" names it, "resetKey" what to

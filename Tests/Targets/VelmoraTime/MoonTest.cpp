@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <fstream>
+#include <iterator>
 
 #include "Platform/AppKit/CairoGraphicsContext.h"
 #include "Platform/Foundation/NSTimeZone.h"
@@ -169,6 +171,20 @@ TEST(MoonCollector, TellsTheClockAtTheStartAndOnceAMinute) {
   clock.extra->willUnload();
   clock.time.loop.advance(600);
   EXPECT_EQ(delegate.updates, 1 + 1440 * 7 + 576) << "an unloaded clock leaves no timer";
+}
+
+// The library that reads pictures takes megabytes, which only a clock that shows one should cost.
+TEST(MoonCollector, AClockWithoutAMoonLoadsNoPictures) {
+  const auto readsPictures = [] {
+    std::ifstream maps("/proc/self/maps");
+    const std::string text{std::istreambuf_iterator<char>(maps), {}};
+    return text.find("librsvg") != std::string::npos;
+  };
+  RunningClock clock(Saturday);
+  clock.time.loop.advance(300);
+  EXPECT_FALSE(readsPictures());
+  clock.view().moonImage();
+  EXPECT_TRUE(readsPictures());
 }
 
 TEST(MoonCollector, OtherSendersAndModesAreIgnored) {
