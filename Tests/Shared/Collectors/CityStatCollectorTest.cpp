@@ -31,8 +31,31 @@ constexpr City Cities[] = {
     {40, "St  Paul", "St  Paul", "", "Nowhere"},
 };
 
-class CityCollector : public testing::Test, public CityStatCollectorDelegate {
+/// Hears of everything on the collector's queue, which may still be calling when a test has ended.
+struct Listener : CityStatCollectorDelegate {
+  void cityCollectorFinishedLoading() override {
+    dispatch_semaphore_signal(loaded);
+    if (holdsQueue.exchange(false)) dispatch_semaphore_wait(mayGoOn);
+  }
+  void cityCollectorGotSearchResults(const std::vector<CityRecord>& cities,
+                                     const std::string& search) override {
+    dispatch_async(dispatch_get_main_queue(), [this, search, count = cities.size()] {
+      searches.push_back(search + " " + std::to_string(count));
+    });
+  }
+
+  const dispatch_semaphore_t loaded = dispatch_semaphore_create(0);
+  const dispatch_semaphore_t mayGoOn = dispatch_semaphore_create(0);
+  /// Keeps the queue from going on behind the next loading until it may.
+  std::atomic<bool> holdsQueue = false;
+  std::vector<std::string> searches;
+};
+
+class CityCollector : public testing::Test {
  protected:
+  /// A loading queues up behind whatever else the queue still has for the main loop.
+  void TearDown() override { load(); }
+
   void writeCities(const std::vector<City>& cities) {
     const auto database = FMDatabase_Time::databaseWithPath((folder / "cities.db").string());
     ASSERT_TRUE(database->open());
@@ -48,27 +71,16 @@ class CityCollector : public testing::Test, public CityStatCollectorDelegate {
     database->commit();
   }
 
-  void cityCollectorFinishedLoading() override {
-    dispatch_semaphore_signal(loaded);
-    if (onLoaded) onLoaded();
-  }
-  void cityCollectorGotSearchResults(const std::vector<CityRecord>& cities,
-                                     const std::string& search) override {
-    dispatch_async(dispatch_get_main_queue(), [this, search, count = cities.size()] {
-      searches.push_back(search + " " + std::to_string(count));
-    });
-  }
-
   void load() {
-    collector->addDelegate(asDelegate);
+    collector->addDelegate(listener);
     collector->loadDatabase();
-    dispatch_semaphore_wait(loaded);
+    dispatch_semaphore_wait(listener->loaded);
   }
 
   /// Serves the main queue until so many answers have come.
   void waitForAnswers(size_t count) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-    while (searches.size() < count && std::chrono::steady_clock::now() < end) {
+    while (listener->searches.size() < count && std::chrono::steady_clock::now() < end) {
       time.loop.runPending();
       std::this_thread::yield();
     }
@@ -88,11 +100,7 @@ class CityCollector : public testing::Test, public CityStatCollectorDelegate {
   const EnvironmentVariable support{"VELMORA_SUPPORT_DIR", folder.string()};
   const std::shared_ptr<CityStatCollector_Time> collector =
       std::make_shared<CityStatCollector_Time>();
-  /// Not owned: the fixture outlives it.
-  const std::shared_ptr<CityStatCollectorDelegate> asDelegate{this, [](void*) {}};
-  const dispatch_semaphore_t loaded = dispatch_semaphore_create(0);
-  std::function<void()> onLoaded;
-  std::vector<std::string> searches;
+  const std::shared_ptr<Listener> listener = std::make_shared<Listener>();
 };
 
 TEST_F(CityCollector, FindsByPrefixInTheOrderOfTheFile) {
@@ -150,30 +158,28 @@ TEST_F(CityCollector, ACountryIsAskedForWhereNamesGiveFewerThanAThousand) {
 
 TEST_F(CityCollector, OnlyTheNewestSearchWaits) {
   writeCities({std::begin(Cities), std::end(Cities)});
-  const auto mayGoOn = dispatch_semaphore_create(0);
-  onLoaded = [&] { dispatch_semaphore_wait(mayGoOn); };
+  listener->holdsQueue = true;
   load();
   for (const char* text : {"sai", "st", "geo"})
     collector->searchWithString(text);
-  dispatch_semaphore_signal(mayGoOn);
+  dispatch_semaphore_signal(listener->mayGoOn);
   waitForAnswers(2);
-  EXPECT_EQ(searches, (std::vector<std::string>{"sai 2", "geo 2"}));
+  EXPECT_EQ(listener->searches, (std::vector<std::string>{"sai 2", "geo 2"}));
 }
 
 TEST_F(CityCollector, AnEmptySearchClearsWhatWaitsAndStopsNothing) {
   writeCities({std::begin(Cities), std::end(Cities)});
-  const auto mayGoOn = dispatch_semaphore_create(0);
-  onLoaded = [&] { dispatch_semaphore_wait(mayGoOn); };
+  listener->holdsQueue = true;
   load();
   for (const char* text : {"", "sai", "st", "", "geo"})
     collector->searchWithString(text);
   collector->searchWithString("");
-  dispatch_semaphore_signal(mayGoOn);
+  dispatch_semaphore_signal(listener->mayGoOn);
   waitForAnswers(1);
   // The next answer is of the next search, so nothing was left waiting.
   collector->searchWithString("st.");
   waitForAnswers(2);
-  EXPECT_EQ(searches, (std::vector<std::string>{"sai 2", "st. 5"}));
+  EXPECT_EQ(listener->searches, (std::vector<std::string>{"sai 2", "st. 5"}));
 }
 
 TEST_F(CityCollector, AMissingOrDamagedDatabaseHasNoCities) {
@@ -227,7 +233,7 @@ TEST_F(CityCollector, LookupsAndSearchesShareTheConnection) {
   }
   EXPECT_GT(records, 0);
   waitForAnswers(1);
-  EXPECT_FALSE(searches.empty());
+  EXPECT_FALSE(listener->searches.empty());
 }
 
 }  // namespace
