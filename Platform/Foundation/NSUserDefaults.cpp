@@ -21,6 +21,14 @@ PropertyList::Array preferredLanguages() {
   return languages;
 }
 
+constexpr std::string_view SelectedCity = "com.apple.preferences.timezone.selected_city";
+
+PropertyList cityOfSystemZone() {
+  const auto place = placeOfTimeZone(NSTimeZone::systemTimeZone().name());
+  if (!place) return {};
+  return PropertyList::Dictionary{{"Latitude", place->latitude}, {"Longitude", place->longitude}};
+}
+
 }  // namespace
 
 NSUserDefaults& NSUserDefaults::standardUserDefaults() {
@@ -32,17 +40,15 @@ const PropertyList::Dictionary& NSUserDefaults::dictionaryRepresentation() {
   if (!values_) {
     values_ = CFPreferencesCopyAllValues(".GlobalPreferences");
     values_->insert_or_assign("NSLanguages", preferredLanguages());
-    if (const auto place = placeOfTimeZone(NSTimeZone::systemTimeZone().name())) {
-      values_->emplace(
-          "com.apple.preferences.timezone.selected_city",
-          PropertyList::Dictionary{{"Latitude", place->latitude}, {"Longitude", place->longitude}});
-    }
   }
   return *values_;
 }
 
 PropertyList NSUserDefaults::objectForKey(std::string_view key) {
   const auto& values = dictionaryRepresentation();
-  const auto found = values.find(key);
-  return found == values.end() ? PropertyList() : found->second;
+  if (const auto found = values.find(key); found != values.end()) return found->second;
+  if (key != SelectedCity) return {};
+  // Looked up when it is asked for: only a clock with a Moon wants to know.
+  if (!zoneCity_) zoneCity_ = cityOfSystemZone();
+  return *zoneCity_;
 }

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <utility>
 
 #include "Platform/Foundation/NSString.h"
+#include "Platform/Foundation/ObjectDescription.h"
 #include "Shared/External/fmdb/FMDatabase.h"
 
 namespace {
@@ -41,12 +41,6 @@ void append(std::vector<CityRecord>& cities, std::vector<CityRecord> more) {
                 std::make_move_iterator(more.end()));
 }
 
-std::string descriptionOf(const void* collector) {
-  char text[64];
-  std::snprintf(text, sizeof text, "<CityStatCollector_Time: %p>", collector);
-  return text;
-}
-
 }  // namespace
 
 const std::shared_ptr<CityStatCollector_Time>& CityStatCollector_Time::sharedCityStatCollector() {
@@ -58,14 +52,14 @@ const std::shared_ptr<CityStatCollector_Time>& CityStatCollector_Time::sharedCit
 }
 
 CityStatCollector_Time::CityStatCollector_Time()
-    : queue_(dispatch_queue_create(descriptionOf(this))) {}
+    : queue_(dispatch_queue_create(objectDescription("CityStatCollector_Time", this))) {}
 
 void CityStatCollector_Time::addDelegate(
     const std::shared_ptr<CityStatCollectorDelegate>& delegate) {
-  const auto known = livingDelegates();
-  if (std::find(known.begin(), known.end(), delegate) != known.end()) return;
   const std::lock_guard guard(mutex_);
-  delegates_.push_back(delegate);
+  const bool isKnown =
+      std::ranges::any_of(delegates_, [&](const auto& known) { return known.lock() == delegate; });
+  if (!isKnown) delegates_.push_back(delegate);
 }
 
 void CityStatCollector_Time::removeDelegate(const CityStatCollectorDelegate& delegate) {

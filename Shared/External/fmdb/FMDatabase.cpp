@@ -4,8 +4,8 @@
 
 #include "Platform/Foundation/NSAssert.h"
 #include "Platform/Foundation/NSPathUtilities.h"
+#include "Platform/Foundation/ObjectDescription.h"
 #include "Shared/External/fmdb/FMConnection.h"
-#include "Shared/External/fmdb/FMDescription.h"
 #include "Shared/External/fmdb/FMStatement.h"
 #include "Shared/External/Logging/DDLogLine.h"
 

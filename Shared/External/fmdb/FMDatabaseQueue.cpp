@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "Platform/Foundation/NSAssert.h"
-#include "Shared/External/fmdb/FMDescription.h"
+#include "Platform/Foundation/ObjectDescription.h"
 #include "Shared/External/Logging/DDLogLine.h"
 
 namespace {
