@@ -1,7 +1,5 @@
 #include "Targets/Shared/ZEVModule.h"
 
-#include <algorithm>
-
 #include "Platform/Foundation/NSPathUtilities.h"
 #include "Targets/Shared/Views/ZEVMenuExtraContentView.h"
 #include "Targets/Shared/ZEVMenuExtra.h"
@@ -24,16 +22,6 @@ void ZEVModule_Time::menubarThemeChanged() {
 }
 
 double ZEVModule_Time::width() const { return view_ ? view_->size() : 0; }
-
-void ZEVModule_Time::addDelegate(ZEVModuleDelegate& delegate) {
-  if (std::find(delegates_.begin(), delegates_.end(), &delegate) == delegates_.end()) {
-    delegates_.push_back(&delegate);
-  }
-}
-
-void ZEVModule_Time::removeDelegate(ZEVModuleDelegate& delegate) {
-  std::erase(delegates_, &delegate);
-}
 
 bool ZEVModule_Time::collectorShouldUpdateStateForSequence(int64_t sequence) {
   if (sequence == -1) return true;

@@ -5,8 +5,8 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
+#include "Platform/Foundation/DelegateList.h"
 #include "Platform/Foundation/NSNotificationCenter.h"
 #include "Platform/Foundation/NSObject.h"
 
@@ -49,8 +49,8 @@ class ZEVModule_Time : public NSObject {
   double width() const;
 
   /// Delegates are not owned: whoever adds itself removes itself. Told in the order of adding.
-  void addDelegate(ZEVModuleDelegate& delegate);
-  void removeDelegate(ZEVModuleDelegate& delegate);
+  void addDelegate(ZEVModuleDelegate& delegate) { delegates_.add(delegate); }
+  void removeDelegate(ZEVModuleDelegate& delegate) { delegates_.remove(delegate); }
 
   /// Whether a collector's run at this count should do the heavy part of its work: always for -1,
   /// else every time, every second or every third time, as "TimerFrequency" says.
@@ -63,12 +63,12 @@ class ZEVModule_Time : public NSObject {
 
  protected:
   void setView(std::shared_ptr<ZEVMenuExtraContentView_Time> view);
-  std::vector<ZEVModuleDelegate*>& delegates() { return delegates_; }
+  DelegateList<ZEVModuleDelegate>& delegates() { return delegates_; }
 
  private:
   bool menubar_ = false;
   int64_t key_ = 0;
   std::shared_ptr<ZEVMenuExtraContentView_Time> view_;
-  std::vector<ZEVModuleDelegate*> delegates_;
+  DelegateList<ZEVModuleDelegate> delegates_;
   ZEVMenuExtra_Time* extra_ = nullptr;
 };

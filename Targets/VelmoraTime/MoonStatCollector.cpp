@@ -1,6 +1,5 @@
 #include "Targets/VelmoraTime/MoonStatCollector.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "Platform/Foundation/NSDate.h"
@@ -26,6 +25,7 @@ void MoonStatCollector::cleanup() {
   // Somebody may still hold the collector; it must be silent all the same.
   if (const auto collector = std::exchange(sharedInstance(), nullptr)) {
     collector->currentPhaseTimer_.reset();
+    collector->delegates_.clear();
   }
 }
 
@@ -33,19 +33,10 @@ MoonStatCollector::MoonStatCollector()
     : currentPhaseTimer_(NSTimer::scheduledTimerWithTimeInterval(
           SecondsBetweenUpdates, [this] { updateCurrentPhase(); })) {}
 
-void MoonStatCollector::addDelegate(MoonStatCollectorDelegate& delegate) {
-  if (std::find(delegates_.begin(), delegates_.end(), &delegate) == delegates_.end()) {
-    delegates_.push_back(&delegate);
-  }
-}
-
-void MoonStatCollector::removeDelegate(MoonStatCollectorDelegate& delegate) {
-  std::erase(delegates_, &delegate);
-}
-
 void MoonStatCollector::updateCurrentPhase() {
   phase_ = currentPhase(age_, illumination_, NSDate::date());
-  const auto delegates = delegates_;
-  for (MoonStatCollectorDelegate* delegate : delegates)
-    delegate->collectorUpdatedForMode(*this, 0);
+  // Those who are told hold a reference to it.
+  const auto kept = shared_from_this();
+  delegates_.tell(
+      [this](MoonStatCollectorDelegate& delegate) { delegate.collectorUpdatedForMode(*this, 0); });
 }

@@ -4,6 +4,7 @@
 #include <memory>
 #include <vector>
 
+#include "Platform/Foundation/DelegateList.h"
 #include "Platform/Foundation/NSTimer.h"
 
 class MoonStatCollector;
@@ -15,19 +16,20 @@ class MoonStatCollectorDelegate {
   virtual void collectorUpdatedForMode(const MoonStatCollector& collector, int32_t mode) = 0;
 };
 
-/// The Moon's present phase, for the whole module. Main thread only.
-class MoonStatCollector {
+/// The Moon's present phase, for the whole module. Main thread only. A delegate may add and remove
+/// delegates, and end the collector, while it is told.
+class MoonStatCollector : public std::enable_shared_from_this<MoonStatCollector> {
  public:
   /// Made at the first call, with its timer; the first values come with `updateCurrentPhase`.
   static std::shared_ptr<MoonStatCollector> sharedMoonCollector();
 
-  /// Drops the shared collector and stops its timer.
+  /// Drops the shared collector, which stops its timer and tells nobody any more.
   static void cleanup();
 
   /// Delegates are not owned: whoever adds itself removes itself. Told in the order of adding.
-  void addDelegate(MoonStatCollectorDelegate& delegate);
-  void removeDelegate(MoonStatCollectorDelegate& delegate);
-  const std::vector<MoonStatCollectorDelegate*>& delegates() const { return delegates_; }
+  void addDelegate(MoonStatCollectorDelegate& delegate) { delegates_.add(delegate); }
+  void removeDelegate(MoonStatCollectorDelegate& delegate) { delegates_.remove(delegate); }
+  std::vector<MoonStatCollectorDelegate*> delegates() const { return delegates_.all(); }
 
   /// Works the phase out for the present moment and tells the delegates.
   void updateCurrentPhase();
@@ -42,7 +44,7 @@ class MoonStatCollector {
  private:
   MoonStatCollector();
 
-  std::vector<MoonStatCollectorDelegate*> delegates_;
+  DelegateList<MoonStatCollectorDelegate> delegates_;
   int32_t phase_ = 0;
   double age_ = 0;
   double illumination_ = 0;

@@ -55,8 +55,7 @@ void ZEVTimeModule_Time::updateClocks() {
   dispatch_after(dispatch_time(DISPATCH_TIME_NOW, wait), dispatch_get_main_queue(),
                  [self] { self->updateClocks(); });
   view()->update();
-  for (ZEVModuleDelegate* delegate : delegates())
-    delegate->update();
+  delegates().tell([](ZEVModuleDelegate& delegate) { delegate.update(); });
 }
 
 void ZEVTimeModule_Time::loadNotifications() {
@@ -85,10 +84,11 @@ void ZEVTimeModule_Time::preferencesChanged(const NSNotification& notification) 
     view()->resetTextConfig();
   }
   // The bar shows every change at once, without waiting for the next tick.
-  for (ZEVModuleDelegate* delegate : delegates()) {
-    delegate->updateSize();
-    delegate->update();
-  }
+  const auto self = shared_from_this();
+  delegates().tell([this](ZEVModuleDelegate& delegate) {
+    delegate.updateSize();
+    if (delegates().contains(delegate)) delegate.update();
+  });
 }
 
 void ZEVTimeModule_Time::externalChangeSoon() {

@@ -60,7 +60,7 @@ TEST_F(MenuExtra, TakesASlotAndStartsOnTheNextPass) {
   EXPECT_EQ(journal, (Journal{"a setup", "a notifications", "b setup", "b notifications"}));
   ASSERT_NE(extra->modules(), nullptr);
   EXPECT_TRUE(module(1).isInMenubar());
-  EXPECT_EQ(module(0).delegates(), std::vector<ZEVModuleDelegate*>{extra.get()});
+  EXPECT_EQ(module(0).delegates().all(), std::vector<ZEVModuleDelegate*>{extra.get()});
   EXPECT_EQ(extra->view()->frame().size, (NSSize{20, 22})) << "the view takes over the frame";
   EXPECT_EQ(extra->moduleWithKey(-7), extra->prepared[1]);
   EXPECT_EQ(extra->moduleWithKey(4), nullptr);
@@ -209,11 +209,11 @@ TEST_F(MenuExtra, DelegatesAreToldOnceAndInOrder) {
   module(0).addDelegate(other);
   module(0).addDelegate(*extra);
   module(0).addDelegate(other);
-  EXPECT_EQ(module(0).delegates(), (std::vector<ZEVModuleDelegate*>{extra.get(), &other}));
+  EXPECT_EQ(module(0).delegates().all(), (std::vector<ZEVModuleDelegate*>{extra.get(), &other}));
   const auto module = extra->prepared.front();
   slot.setExtra(nullptr);
   extra.reset();
-  EXPECT_EQ(module->delegates(), (std::vector<ZEVModuleDelegate*>{&other}))
+  EXPECT_EQ(module->delegates().all(), (std::vector<ZEVModuleDelegate*>{&other}))
       << "an extra that is dropped leaves none behind";
 }
 

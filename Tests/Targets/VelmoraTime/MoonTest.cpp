@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <fstream>
+#include <functional>
 #include <iterator>
 
 #include "Platform/AppKit/CairoGraphicsContext.h"
@@ -171,6 +172,51 @@ TEST(MoonCollector, TellsTheClockAtTheStartAndOnceAMinute) {
   clock.extra->willUnload();
   clock.time.loop.advance(600);
   EXPECT_EQ(delegate.updates, 1 + 1440 * 7 + 576) << "an unloaded clock leaves no timer";
+}
+
+// A delegate that is told may be the one that ends another, the collector or the whole clock.
+TEST(MoonCollector, AMessageMayEndWhatIsToBeTold) {
+  struct Ending : MoonStatCollectorDelegate {
+    void collectorUpdatedForMode(const MoonStatCollector& collector, int32_t) override {
+      end();
+      EXPECT_GE(collector.illumination(), 0) << "it lasts as long as its message";
+    }
+    std::function<void()> end;
+  };
+  Ending first;
+  auto second = std::make_unique<CountingDelegate>();
+  CountingDelegate third;
+  RunningClock clock(Saturday);
+  auto collector = MoonStatCollector::sharedMoonCollector();
+  collector->addDelegate(first);
+  collector->addDelegate(*second);
+  collector->addDelegate(third);
+  first.end = [&] {
+    if (second) collector->removeDelegate(*second);
+    second.reset();
+  };
+  collector->updateCurrentPhase();
+  EXPECT_EQ(third.updates, 1);
+  first.end = [&] {
+    collector.reset();
+    clock.extra->willUnload();
+  };
+  clock.time.loop.advance(120);
+  EXPECT_EQ(third.updates, 1) << "told by a collector that has ended";
+}
+
+// The same for those who follow the tick.
+TEST(TimeModule, AFollowerMayUnloadTheClockInItsTick) {
+  RunningClock clock(Saturday);
+  struct Follower : ZEVModuleDelegate {
+    void update() override { ++updates; }
+    void updateSize() override {}
+    int updates = 0;
+  } last;
+  clock.module().addDelegate(last);
+  clock.onTick = [&] { clock.extra->willUnload(); };
+  clock.time.loop.advance(5);
+  EXPECT_EQ(last.updates, 0);
 }
 
 // The library that reads pictures takes megabytes, which only a clock that shows one should cost.
