@@ -9,6 +9,7 @@
 #include "Platform/Dispatch/CurrentQueue.h"
 #include "Platform/Dispatch/SerialQueue.h"
 #include "Platform/Foundation/NSRunLoop.h"
+#include "Platform/Foundation/RunLoopMoment.h"
 
 namespace {
 
@@ -106,7 +107,7 @@ void dispatch_sync(const dispatch_queue_t& queue, const std::function<void()>& w
 
 dispatch_time_t dispatch_time(dispatch_time_t when, int64_t nanoseconds) {
   const int64_t origin = when == DISPATCH_TIME_NOW ? NSRunLoop::mainRunLoop().now() : when;
-  return origin + nanoseconds;
+  return momentAfter(origin, nanoseconds);
 }
 
 void dispatch_after(dispatch_time_t when, const dispatch_queue_t& queue,

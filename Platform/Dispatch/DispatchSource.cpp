@@ -8,11 +8,11 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <cmath>
 #include <string>
 #include <utility>
 
 #include "Platform/Foundation/NSRunLoop.h"
+#include "Platform/Foundation/RunLoopMoment.h"
 
 namespace {
 
@@ -67,10 +67,10 @@ class DispatchTimer::State : public std::enable_shared_from_this<State> {
   void aim() {
     const double remaining =
         deadline_.timeIntervalSince1970() - NSDate::date().timeIntervalSince1970();
-    const auto wait = std::llround(std::clamp(remaining, 0.0, LongestWait) * 1e9);
+    const int64_t wait = nanosecondsFromSeconds(std::clamp(remaining, 0.0, LongestWait));
     const std::lock_guard guard(mutex_);
     if (cancelled_) return;
-    timer_ = loop_.scheduleAt(loop_.now() + wait, [watched = weak_from_this()] {
+    timer_ = loop_.scheduleAt(momentAfter(loop_.now(), wait), [watched = weak_from_this()] {
       if (const auto self = watched.lock()) self->lookAtClock();
     });
   }

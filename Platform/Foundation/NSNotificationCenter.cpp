@@ -3,13 +3,20 @@
 #include <list>
 #include <vector>
 
-/// Observers are held weakly, so that the handles alone decide how long they last.
+#include "Platform/Foundation/NSRunLoop.h"
+
+namespace {
+
+struct Observer {
+  std::string name;
+  NSNotificationHandler handler;
+  bool isDropped = false;
+};
+
+}  // namespace
+
 struct NSNotificationCenter::Registry {
-  struct Observer {
-    std::string name;
-    NSNotificationHandler handler;
-  };
-  std::list<std::weak_ptr<Observer>> observers;
+  std::list<std::shared_ptr<Observer>> observers;
 };
 
 std::string NSNotification::textForKey(std::string_view key) const {
@@ -29,22 +36,25 @@ NSNotificationCenter::~NSNotificationCenter() = default;
 
 NSObservation NSNotificationCenter::addObserver(std::string_view name,
                                                 NSNotificationHandler handler) {
-  auto observer = std::make_shared<Registry::Observer>(
-      Registry::Observer{std::string(name), std::move(handler)});
-  registry_->observers.push_back(observer);
-  return NSObservation(observer);
+  auto& observers = registry_->observers;
+  const auto entry = observers.insert(
+      observers.end(), std::make_shared<Observer>(Observer{std::string(name), std::move(handler)}));
+  // The observer goes with this function, after the list: what its handler holds may drop others.
+  const auto drop = [registry = std::weak_ptr(registry_), observer = *entry, entry](void*) {
+    observer->isDropped = true;
+    if (const auto living = registry.lock()) living->observers.erase(entry);
+  };
+  return NSObservation(std::shared_ptr<void>(nullptr, drop));
 }
 
 void NSNotificationCenter::postNotification(std::string_view name,
                                             const PropertyList::Dictionary& userInfo) {
-  // The posts of handlers, and registrations that they add or drop, must not upset this walk; a
-  // handler dropped by an earlier one is not called.
-  registry_->observers.remove_if([](const auto& observer) { return observer.expired(); });
-  const std::vector<std::weak_ptr<Registry::Observer>> observers(registry_->observers.begin(),
-                                                                 registry_->observers.end());
+  // The posts of handlers, and registrations that they add or drop, must not upset this walk.
+  const std::vector<std::shared_ptr<Observer>> observers(registry_->observers.begin(),
+                                                         registry_->observers.end());
   const NSNotification notification{std::string(name), userInfo};
-  for (const auto& candidate : observers) {
-    const auto observer = candidate.lock();
-    if (observer && observer->name == name) observer->handler(notification);
+  for (const auto& observer : observers) {
+    if (observer->isDropped || observer->name != name) continue;
+    NSRunLoop::guarded([&] { observer->handler(notification); });
   }
 }

@@ -29,7 +29,8 @@ class NSObservation {
 
 using NSNotificationHandler = std::function<void(const NSNotification&)>;
 
-/// Notifications inside the process, delivered during the post, in the order of registration.
+/// Notifications inside the process, delivered during the post, in the order of registration. A
+/// handler that throws is reported and keeps nothing from the others. Main thread only.
 class NSNotificationCenter {
  public:
   static NSNotificationCenter& defaultCenter();

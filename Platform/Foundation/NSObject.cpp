@@ -1,9 +1,9 @@
 #include "Platform/Foundation/NSObject.h"
 
-#include <cmath>
 #include <map>
 
 #include "Platform/Foundation/NSRunLoop.h"
+#include "Platform/Foundation/RunLoopMoment.h"
 
 struct NSObject::DelayedCalls {
   std::multimap<std::string, NSRunLoop::TimerId, std::less<>> timers;
@@ -22,7 +22,7 @@ void NSObject::performSelectorAfterDelay(std::string_view selector, double delay
   if (!delayedCalls_) delayedCalls_ = std::make_unique<DelayedCalls>();
   NSRunLoop& loop = NSRunLoop::mainRunLoop();
   const auto entry = delayedCalls_->timers.emplace(std::string(selector), 0);
-  entry->second = loop.scheduleAt(loop.now() + std::llround(delay * 1e9),
+  entry->second = loop.scheduleAt(momentAfter(loop.now(), nanosecondsFromSeconds(delay)),
                                   [this, entry, action = std::move(action)] {
                                     delayedCalls_->timers.erase(entry);
                                     // The action may drop the last reference to this object.

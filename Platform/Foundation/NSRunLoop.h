@@ -13,6 +13,9 @@
 /// Work and watches may be handed to it, and taken back, from any thread; callbacks run on the main
 /// thread. What is taken back from another thread may be running just then.
 ///
+/// Work and watches take turns, and a toolkit's drawing goes before them: work that renews itself
+/// without end holds nothing else up.
+///
 /// There are two implementations: the desktop's (GLib's main context) and `VirtualRunLoop`.
 class NSRunLoop {
  public:
@@ -41,8 +44,9 @@ class NSRunLoop {
   /// Ends a watch. Does nothing for a number that is none.
   virtual void unwatchDescriptor(WatchId watch) = 0;
 
-  /// Serves callbacks until `stop` is called.
+  /// Serves callbacks until `stop` is called. A callback may call it in turn.
   virtual void run() = 0;
+  /// Ends the innermost `run`.
   virtual void stop() = 0;
 
   /// Serves what is due now, without waiting. Returns whether anything ran.

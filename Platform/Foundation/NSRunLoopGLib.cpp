@@ -14,6 +14,10 @@ namespace {
 
 constexpr auto AnyTimer = std::numeric_limits<NSRunLoop::TimerId>::max();
 
+/// GLib serves a source only when none before it is ready. Behind a toolkit's drawing
+/// (`G_PRIORITY_HIGH_IDLE` + 20), which has its pauses; work that renews itself has none.
+constexpr int WorkPriority = G_PRIORITY_HIGH_IDLE + 30;
+
 /// One source of GLib's serves all timers: sources of their own would run late ones in the order in
 /// which they were made.
 class GLibRunLoop : public NSRunLoop {
@@ -22,6 +26,7 @@ class GLibRunLoop : public NSRunLoop {
     reinterpret_cast<TimerSource*>(source_)->loop = this;
     // A callback may open a dialogue and serve the loop itself.
     g_source_set_can_recurse(source_, TRUE);
+    g_source_set_priority(source_, WorkPriority);
     g_source_attach(source_, context_);
   }
 
@@ -45,6 +50,7 @@ class GLibRunLoop : public NSRunLoop {
     g_source_set_callback(watch, G_SOURCE_FUNC(+becameReadable),
                           std::make_unique<Callback>(std::move(callback)).release(),
                           [](gpointer held) { std::default_delete<Callback>()(callbackOf(held)); });
+    g_source_set_priority(watch, WorkPriority);
     const WatchId identifier = g_source_attach(watch, context_);
     g_source_unref(watch);
     return identifier;
@@ -58,9 +64,10 @@ class GLibRunLoop : public NSRunLoop {
 
   void run() override {
     const TimerId outer = limitTo(AnyTimer);
-    stopped_ = false;
+    const bool outerStopped = stopped_.exchange(false);
     while (!stopped_)
       g_main_context_iteration(context_, TRUE);
+    stopped_ = outerStopped;
     limitTo(outer);
   }
 

@@ -1,12 +1,21 @@
 #include "Platform/Foundation/NSTimer.h"
 
+#include <algorithm>
 #include <utility>
+
+#include "Platform/Foundation/RunLoopMoment.h"
+
+namespace {
+
+/// A timer without an interval must leave time for anything else. Nanoseconds.
+constexpr int64_t ShortestInterval = 100'000;
+
+}  // namespace
 
 std::unique_ptr<NSTimer> NSTimer::scheduledTimerWithTimeInterval(double interval,
                                                                  std::function<void()> action) {
-  constexpr double NanosecondsPerSecond = 1e9;
   return std::unique_ptr<NSTimer>(
-      new NSTimer(static_cast<int64_t>(interval * NanosecondsPerSecond), std::move(action)));
+      new NSTimer(std::max(nanosecondsFromSeconds(interval), ShortestInterval), std::move(action)));
 }
 
 NSTimer::NSTimer(int64_t interval, std::function<void()> action)
@@ -22,7 +31,7 @@ void NSTimer::invalidate() {
 
 void NSTimer::scheduleNext() {
   const int64_t missed = (NSRunLoop::mainRunLoop().now() - deadline_) / interval_;
-  deadline_ += (missed + 1) * interval_;
+  deadline_ = momentAfter(deadline_ + missed * interval_, interval_);
   timer_ = NSRunLoop::mainRunLoop().scheduleAt(deadline_, [this] { fire(); });
 }
 

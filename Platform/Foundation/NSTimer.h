@@ -10,7 +10,8 @@
 class NSTimer {
  public:
   /// The first call comes after one `interval`, in seconds. Calls fall on multiples of the interval
-  /// from now on; those that a busy loop has missed are left out.
+  /// from now on; those that a busy loop has missed are left out. No interval is below a tenth of a
+  /// millisecond.
   [[nodiscard]] static std::unique_ptr<NSTimer> scheduledTimerWithTimeInterval(
       double interval, std::function<void()> action);
 

@@ -67,9 +67,10 @@ bool VirtualRunLoop::runNext(int64_t limit, TimerId newest) {
 }
 
 void VirtualRunLoop::run() {
-  stopped_ = false;
+  const bool outerStopped = stopped_.exchange(false);
   while (!stopped_ && runNext(std::numeric_limits<int64_t>::max(), AnyTimer)) {
   }
+  stopped_ = outerStopped;
 }
 
 bool VirtualRunLoop::runPending() {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <limits>
 #include <memory>
 #include <string>
 
@@ -126,6 +128,38 @@ TEST_F(DelayedCall, ATimerCallsAgainAndAgainAndMayEndItself) {
   EXPECT_EQ(notes, "xxxxx");
   loop.advance(600);
   EXPECT_EQ(notes, "xxxxx");
+}
+
+// What a setting or a sum may make of a delay. An interval is a tenth of a millisecond at least.
+TEST_F(DelayedCall, DelaysOutOfAnyRangeAreNeitherLostNorEarly) {
+  struct Case {
+    double seconds;
+    int calls;       ///< Of a delayed call, in a millisecond.
+    int timerCalls;  ///< Of a timer with such an interval.
+  };
+  constexpr double Infinity = std::numeric_limits<double>::infinity();
+  for (const auto& [seconds, calls, timerCalls] : {Case{0, 1, 10},
+                                                   {-5, 1, 10},
+                                                   {-1e300, 1, 10},
+                                                   {std::nan(""), 1, 10},
+                                                   {1e-5, 1, 10},
+                                                   {1, 0, 0},
+                                                   {9.3e9, 0, 0},  // Nanoseconds overflow here.
+                                                   {1e12, 0, 0},
+                                                   {Infinity, 0, 0}}) {
+    SCOPED_TRACE(seconds);
+    const auto target = std::make_shared<NSObject>();
+    notes.clear();
+    call(*target, "x", seconds);
+    int timed = 0;
+    const auto timer = NSTimer::scheduledTimerWithTimeInterval(seconds, [&] { ++timed; });
+    loop.advance(0.001);
+    EXPECT_EQ(notes.size(), static_cast<size_t>(calls));
+    EXPECT_EQ(timed, timerCalls);
+  }
+  dispatch_after(dispatch_time(DISPATCH_TIME_NOW, std::numeric_limits<int64_t>::max()),
+                 dispatch_get_main_queue(), [] { FAIL() << "292 years too early"; });
+  loop.advance(1);
 }
 
 TEST_F(DelayedCall, TheMainQueueRunsWorkAfterATime) {

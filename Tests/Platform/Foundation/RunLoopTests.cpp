@@ -1,5 +1,6 @@
 // One suite for both run loops: what holds on simulated time must hold on the desktop's loop.
 
+#include <glib.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -188,6 +189,18 @@ TYPED_TEST(RunLoop, StopEndsTheRunBehindItsCallback) {
   EXPECT_EQ(this->notes, "ab");
 }
 
+TYPED_TEST(RunLoop, StopEndsTheInnermostRunAlone) {
+  const int64_t start = this->loop.now();
+  this->loop.scheduleAt(start, [this] {
+    this->notes += "(";
+    this->runUntil(this->loop.now());
+    this->notes += ")";
+  });
+  this->scheduleNoting(start + 1 * Millisecond, "after");
+  this->runUntil(start + 2 * Millisecond);
+  EXPECT_EQ(this->notes, "()after");
+}
+
 // What a callback holds goes with it, and may itself cancel others while it goes.
 TYPED_TEST(RunLoop, ReleasesWhatACallbackHeld) {
   const int64_t start = this->loop.now();
@@ -258,6 +271,26 @@ TYPED_TEST(RunLoop, WatchesADescriptorUntilToldNotTo) {
   EXPECT_EQ(this->notes, "a");
   close(ends[0]);
   close(ends[1]);
+}
+
+// Toolkits draw at GLib's `G_PRIORITY_HIGH_IDLE` + 20.
+TEST(DesktopRunLoop, WorkWithoutEndLetsAToolkitDraw) {
+  NSRunLoop& loop = NSRunLoop::mainRunLoop();
+  int works = 0;
+  std::function<void()> renew = [&] {
+    if (++works == 1000) return loop.stop();
+    loop.performBlock(renew);
+  };
+  loop.performBlock(renew);
+  const auto draw = [](gpointer) -> gboolean {
+    NSRunLoop::mainRunLoop().stop();
+    return G_SOURCE_REMOVE;
+  };
+  g_idle_add_full(G_PRIORITY_HIGH_IDLE + 20, draw, nullptr, nullptr);
+  loop.run();
+  EXPECT_LT(works, 1000);
+  works = 999;
+  loop.runPending();
 }
 
 // 1700000000 is a whole second, so every tick of the day must see one.
