@@ -7,9 +7,9 @@
 #include "Platform/AppKit/CairoGraphicsContext.h"
 #include "Platform/AppKit/NSImageRep.h"
 
-/// Drawing into an image, from `lockFocus` on. The members go in the reverse of their order.
-struct NSImage::Focus {
-  explicit Focus(RecordedImageRep& recorded)
+/// The members go in the reverse of their order.
+struct NSImageFocus::Target {
+  explicit Target(RecordedImageRep& recorded)
       : cairo(cairo_create(recorded.beginRecording()), cairo_destroy),
         context(cairo.get(), recorded.size().height),
         current(context) {}
@@ -18,6 +18,12 @@ struct NSImage::Focus {
   CairoGraphicsContext context;
   NSCurrentGraphicsContext current;
 };
+
+NSImageFocus::NSImageFocus(std::unique_ptr<Target> target) : target_(std::move(target)) {}
+
+NSImageFocus::NSImageFocus(NSImageFocus&&) noexcept = default;
+
+NSImageFocus::~NSImageFocus() = default;
 
 NSImage::NSImage(std::unique_ptr<NSImageRep> representation)
     : representation_(std::move(representation)) {}
@@ -37,13 +43,11 @@ std::shared_ptr<NSImage> NSImage::imageWithSize(NSSize size) {
 
 NSSize NSImage::size() const { return representation_->size(); }
 
-void NSImage::lockFocus() {
+NSImageFocus NSImage::lockFocus() {
   auto* recorded = dynamic_cast<RecordedImageRep*>(representation_.get());
   if (recorded == nullptr) throw std::logic_error("NSImage: a picture from a file is read-only");
-  focus_ = std::make_unique<Focus>(*recorded);
+  return NSImageFocus(std::make_unique<NSImageFocus::Target>(*recorded));
 }
-
-void NSImage::unlockFocus() { focus_.reset(); }
 
 void NSImage::drawAtPoint(NSPoint point, double alpha) const { drawInRect({point, size()}, alpha); }
 

@@ -9,6 +9,23 @@
 
 class NSImageRep;
 
+/// Drawing into an image: as long as this handle lives, what is drawn on this thread goes there.
+/// The image may go before it. Handles go in the reverse of their order.
+class [[nodiscard]] NSImageFocus {
+ public:
+  NSImageFocus(NSImageFocus&&) noexcept;
+  NSImageFocus& operator=(NSImageFocus&&) = delete;
+  ~NSImageFocus();
+
+ private:
+  friend class NSImage;
+  struct Target;
+
+  explicit NSImageFocus(std::unique_ptr<Target> target);
+
+  std::unique_ptr<Target> target_;
+};
+
 /// A picture that is crisp at every scale: an SVG file kept as bitmaps for the scales in use, a PNG
 /// file, or recorded drawing. The size is in points.
 class NSImage {
@@ -16,7 +33,7 @@ class NSImage {
   /// Null if the file is missing or is no picture.
   static std::shared_ptr<NSImage> imageWithContentsOfFile(const std::filesystem::path& file);
 
-  /// An empty image, to be drawn into between `lockFocus` and `unlockFocus`.
+  /// An empty image, to be drawn into with `lockFocus`.
   static std::shared_ptr<NSImage> imageWithSize(NSSize size);
 
   explicit NSImage(std::unique_ptr<NSImageRep> representation);
@@ -31,8 +48,7 @@ class NSImage {
 
   /// Makes this image the target of drawing. Only an image made with a size can be drawn into:
   /// any other raises `std::logic_error`.
-  void lockFocus();
-  void unlockFocus();
+  NSImageFocus lockFocus();
 
   /// Draws at the natural size, or stretched into a rectangle, over what is there; upright in
   /// flipped contexts too.
@@ -48,9 +64,6 @@ class NSImage {
   const NSImageRep& representation() const { return *representation_; }
 
  private:
-  struct Focus;
-
   std::unique_ptr<NSImageRep> representation_;
-  std::unique_ptr<Focus> focus_;
   std::string name_;
 };

@@ -20,9 +20,8 @@ std::vector<Span> spans(double length, double lowInset, double highInset) {
 std::shared_ptr<NSImage> part(const NSImage& image, Span across, Span up) {
   if (across.length <= 0 || up.length <= 0) return nullptr;
   auto cut = NSImage::imageWithSize({across.length, up.length});
-  cut->lockFocus();
+  const NSImageFocus focus = cut->lockFocus();
   image.drawAtPoint({-across.from, -up.from});
-  cut->unlockFocus();
   return cut;
 }
 

@@ -31,9 +31,10 @@ void ZEVMenuExtraView_Time::drawRect(NSRect) {
   if (isSnapshotPass()) {
     isMenuDown_ = false;
     const auto image = NSImage::imageWithSize(frame().size);
-    image->lockFocus();
-    drawModules();
-    image->unlockFocus();
+    {
+      const NSImageFocus focus = image->lockFocus();
+      drawModules();
+    }
     image->drawAtPoint({0, 0}, 0.5);
     return;
   }

@@ -28,9 +28,8 @@ const std::shared_ptr<NSImage>& MoonPhaseView_Time::image() {
 
 void MoonPhaseView_Time::redraw() {
   image_ = NSImage::imageWithSize(frame().size);
-  image_->lockFocus();
+  const NSImageFocus focus = image_->lockFocus();
   drawMoon();
-  image_->unlockFocus();
 }
 
 void MoonPhaseView_Time::showPhase(double age, double illuminatedFraction) {

@@ -96,7 +96,7 @@ TEST_F(Image, APngKeepsItsPixels) {
   image->drawAtPoint({1, 1});
   EXPECT_EQ(inkOf(surface), (Ink{2, 3, 3, 3, 2.0}));
   EXPECT_EQ(surface.pixelAt(2, 3), Blue);
-  EXPECT_THROW(image->lockFocus(), std::logic_error);
+  EXPECT_THROW((void)image->lockFocus(), std::logic_error);
 }
 
 TEST_F(Image, WhatIsNoPictureGivesNone) {
@@ -142,12 +142,16 @@ TEST(RecordedImage, IsCrispAtAScaleThatCameLater) {
   const auto picture = NSImage::imageWithContentsOfFile(folder / "a.svg");
   const auto image = NSImage::imageWithSize({10, 8});
   EXPECT_EQ(image->size(), (NSSize{10, 8}));
-  image->lockFocus();
-  Blue.setFill();
-  // Half points: pixels at scale 2. At 1 they would be smoothed for good if this were a bitmap.
-  NSBezierPath::bezierPathWithRect(NSMakeRect(0.5, 0.5, 2, 1)).fill();
-  picture->drawInRect(NSMakeRect(4.5, 0, 5, 4));
-  image->unlockFocus();
+  // Drawing that fails must not leave later drawing in the image.
+  const auto draw = [&] {
+    const NSImageFocus focus = image->lockFocus();
+    Blue.setFill();
+    // Half points: pixels at scale 2. At 1 they would be smoothed for good if this were a bitmap.
+    NSBezierPath::bezierPathWithRect(NSMakeRect(0.5, 0.5, 2, 1)).fill();
+    picture->drawInRect(NSMakeRect(4.5, 0, 5, 4));
+    throw std::runtime_error("of the drawing");
+  };
+  EXPECT_THROW(draw(), std::runtime_error);
   EXPECT_EQ(NSGraphicsContext::currentContext(), nullptr);
 
   for (const int scale : {1, 2}) {
