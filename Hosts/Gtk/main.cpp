@@ -7,6 +7,7 @@
 #include "Hosts/Gtk/Options.h"
 #include "Hosts/Headless/HeadlessHost.h"
 #include "Platform/Foundation/CFPreferences.h"
+#include "Platform/Foundation/StandardDescriptors.h"
 #include "Platform/SystemUIPlugin/NSMenuBarSlot.h"
 #include "Platform/SystemUIPlugin/NSMenuExtraBundle.h"
 
@@ -52,6 +53,7 @@ ExitStatus fail(ExitStatus status, const char* reason) {
 }  // namespace
 
 int main(int count, char** arguments) {
+  openMissingStandardDescriptors();
   try {
     run(parseOptions({arguments + 1, static_cast<size_t>(count - 1)}), arguments);
     return Success;

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <string>
 
 #include "Platform/SystemUIPlugin/NSMenuExtra.h"
 
@@ -17,10 +18,12 @@ class NSMenuExtraBundle {
   /// Throws `std::runtime_error` with the reason if it cannot be loaded.
   explicit NSMenuExtraBundle(const std::filesystem::path& path);
 
-  /// Makes the extra and gives it its slot, which must outlive it.
+  /// Makes the extra and gives it its slot, which must outlive it. Throws `std::runtime_error` if
+  /// the bundle makes none.
   std::shared_ptr<NSMenuExtra> makeExtra(NSMenuExtraSlot& slot) const;
 
  private:
   NSBundle bundle_;
+  std::string name_;  ///< Of the shared object.
   NSPrincipalClassFunction makePrincipalClass_ = nullptr;
 };

@@ -55,6 +55,15 @@ TEST(CommandLine, RefusesWhatItCannotUse) {
   }
 }
 
+// Would catch: a host that goes on with the extra that it did not get.
+TEST(CommandLine, RefusesABundleWithoutAnExtra) {
+  const auto done = runToEnd({menuBarProgram().string(), "--headless", "--output",
+                              testFolder().string(), "--bundle", testBundle().string()},
+                             {{"TEST_EXTRA_IS_MISSING", "1"}});
+  EXPECT_EQ(done.status, 1);
+  EXPECT_THAT(done.errors, testing::MatchesRegex("velmora-menubar: [^\n]*makes no extra\n"));
+}
+
 // Would catch: an option that --help has forgotten.
 TEST(CommandLine, TellsItsOptionsAndVersion) {
   const auto help = run({"--help"});

@@ -59,6 +59,15 @@ TEST_F(X11Bar, SelectsTheItemWhileTheButtonIsHeld) {
   EXPECT_THAT(itemLog(), ElementsAre("menu", "menu", "menu"));
 }
 
+// Would catch: the display's connection as the standard error, which ends with the first word
+// there.
+TEST_F(X11Bar, StartsWithoutStandardDescriptors) {
+  const ChildProcess bar({"sh", "-c", R"(exec "$0" --bundle "$1" <&- >&- 2>&-)",
+                          menuBarProgram().string(), testBundle().string()},
+                         screen_.environment());
+  expectOnScreen({});
+}
+
 // Would catch: a menu for the whole bar or for any button.
 TEST_F(X11Bar, TakesOnlyThePrimaryButtonOnTheItem) {
   start(screen_);

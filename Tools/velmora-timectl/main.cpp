@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "Platform/Foundation/StandardDescriptors.h"
 #include "Tools/velmora-timectl/Command.h"
 #include "Tools/velmora-timectl/Errors.h"
 #include "Tools/velmora-timectl/GlobalOptions.h"
@@ -87,6 +88,7 @@ std::string answer(const std::vector<std::string>& arguments) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  openMissingStandardDescriptors();
   const auto fail = [](const std::exception& error, Status status) {
     // One line, also where the message quotes an argument that has several.
     std::string line = error.what();
