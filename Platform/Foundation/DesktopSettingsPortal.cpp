@@ -6,6 +6,7 @@
 // | the portal starts, or comes back, after the clock    | yes: it is asked again             |
 // | the portal does not answer in time at the start      | light at first; its late answer    |
 // |                                                      | counts as a change                 |
+// | the session bus ends and comes back                  | yes: the portal is asked again     |
 // | a desktop without a portal, or without a session bus | no; the domain's own file answers  |
 // | a portal that knows no contrast                      | counts as normal contrast          |
 
@@ -16,7 +17,7 @@
 
 #include "Platform/Foundation/DesktopSettings.h"
 #include "Platform/Foundation/DesktopWatch.h"
-#include "Platform/Foundation/SessionBus.h"
+#include "Platform/Foundation/MessageBus.h"
 #include "Platform/Foundation/SignalSubscription.h"
 
 namespace {
@@ -52,18 +53,11 @@ struct Setting {
   uint32_t value = 0;
 };
 
-class SettingsPortal {
+class SettingsPortal : private MessageBusDelegate {
  public:
-  SettingsPortal() : bus_(sessionBus()) {
-    if (bus_ == nullptr) return;
-    changes_ = std::make_unique<SignalSubscription>(bus_, BusName, InterfaceName, "SettingChanged",
-                                                    ObjectPath, Namespace, changed, this);
-    owners_ = std::make_unique<SignalSubscription>(
-        bus_, "org.freedesktop.DBus", "org.freedesktop.DBus", "NameOwnerChanged",
-        "/org/freedesktop/DBus", BusName, ownerChanged, this);
-    for (Setting& setting : settings_) {
-      if (!readAtOnce(setting)) readLater(setting);
-    }
+  SettingsPortal() {
+    MessageBus::sessionBus().addDelegate(*this);
+    isStarting_ = false;
   }
 
   PropertyList value(std::string_view key, std::string_view domain) const {
@@ -78,6 +72,20 @@ class SettingsPortal {
   }
 
  private:
+  void busConnected(GDBusConnection* bus) override {
+    bus_ = bus;
+    changes_ = std::make_unique<SignalSubscription>(bus, BusName, InterfaceName, "SettingChanged",
+                                                    ObjectPath, Namespace, changed, this);
+    owners_ = std::make_unique<SignalSubscription>(
+        bus, "org.freedesktop.DBus", "org.freedesktop.DBus", "NameOwnerChanged",
+        "/org/freedesktop/DBus", BusName, ownerChanged, this);
+    bool answersAtOnce = isStarting_;
+    for (Setting& setting : settings_) {
+      answersAtOnce = answersAtOnce && readAtOnce(setting);
+      if (!answersAtOnce) readLater(setting);
+    }
+  }
+
   static GVariant* readArguments(const Setting& setting) {
     return g_variant_new("(ss)", Namespace, setting.portalKey);
   }
@@ -142,7 +150,9 @@ class SettingsPortal {
       portal->readLater(setting);
   }
 
-  GDBusConnection* bus_;
+  /// Kept by the subscriptions.
+  GDBusConnection* bus_ = nullptr;
+  bool isStarting_ = true;
   Setting settings_[2] = {
       {"color-scheme", "AppleInterfaceStyle", ".GlobalPreferences",
        "AppleInterfaceThemeChangedNotification"},

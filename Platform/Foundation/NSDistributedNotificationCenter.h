@@ -2,8 +2,14 @@
 
 #include "Platform/Foundation/NSNotificationCenter.h"
 
+/// Delivered to this process's observers when the session bus is there again, or late: what other
+/// processes have posted meanwhile is lost, so what it told of is to be read again.
+constexpr std::string_view NSDistributedNotificationsMayBeMissedNotification =
+    "NSDistributedNotificationsMayBeMissedNotification";
+
 /// Notifications between processes: a signal on the D-Bus session bus. Handlers run on the main
-/// run loop, also for what this process posts itself. Without a bus it works inside the process.
+/// run loop, also for what this process posts itself. Without a bus, and while it is away, it works
+/// inside the process.
 ///
 /// What the desktop or the system tells (the clock set, the zone changed, a dark theme chosen)
 /// comes under its name to whoever observes it; the first observer starts the watch.
@@ -18,7 +24,8 @@ class NSDistributedNotificationCenter {
   [[nodiscard]] virtual NSObservation addObserver(std::string_view name,
                                                   NSNotificationHandler handler) = 0;
 
-  /// Returns when the bus has the signal, so that a process may end right after it.
+  /// Returns when the bus has the signal, so that a process may end right after it. A bus that does
+  /// not answer is waited for two seconds.
   virtual void postNotification(std::string_view name,
                                 const PropertyList::Dictionary& userInfo = {}) = 0;
 

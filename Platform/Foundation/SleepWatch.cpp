@@ -4,26 +4,27 @@
 // |-----------------------------------------------------|---------------------------------|
 // | resume from suspend or hibernation through logind   | yes: PrepareForSleep(false)     |
 // | suspend without logind (a script, another manager)  | no; the clock watch sees it     |
+// | the system bus ends and comes back                  | yes, from then on               |
 // | a virtual machine is paused and goes on             | no; the guest's clock jumps if  |
 // |                                                     | its host sets it                |
 
 #include "Platform/Foundation/DesktopWatch.h"
+#include "Platform/Foundation/MessageBus.h"
 #include "Platform/Foundation/SignalSubscription.h"
-#include "Platform/Foundation/SystemBus.h"
 
 namespace {
 
-class SleepWatch : public DesktopWatch {
+class SleepWatch : public DesktopWatch, private MessageBusDelegate {
  public:
-  SleepWatch() {
-    GDBusConnection* bus = systemBus();
-    if (bus == nullptr) return;
+  SleepWatch() { MessageBus::systemBus().addDelegate(*this); }
+
+ private:
+  void busConnected(GDBusConnection* bus) override {
     subscription_ = std::make_unique<SignalSubscription>(
         bus, "org.freedesktop.login1", "org.freedesktop.login1.Manager", "PrepareForSleep",
         "/org/freedesktop/login1", nullptr, received, nullptr);
   }
 
- private:
   static void received(GDBusConnection*, const char*, const char*, const char*, const char*,
                        GVariant* parameters, gpointer) {
     if (!g_variant_is_of_type(parameters, G_VARIANT_TYPE("(b)"))) return;

@@ -7,6 +7,7 @@
 // | the rules change: a new tzdata package              | yes, at the link's target            |
 // | a settings panel goes through timedated             | yes, by its signal, even where the   |
 // |                                                     | folder cannot be watched             |
+// | the same while the system bus is away               | yes, when it is there again          |
 // | TZ changes in another process's environment         | no; a process keeps its environment  |
 // | a folder above the link's target is renamed         | no, until the link is touched        |
 //
@@ -18,9 +19,9 @@
 #include <tuple>
 
 #include "Platform/Foundation/DesktopWatch.h"
+#include "Platform/Foundation/MessageBus.h"
 #include "Platform/Foundation/NSTimeZone.h"
 #include "Platform/Foundation/SignalSubscription.h"
-#include "Platform/Foundation/SystemBus.h"
 
 namespace fs = std::filesystem;
 
@@ -43,18 +44,21 @@ ZoneState presentState() {
           status.st_mtim.tv_nsec};
 }
 
-class TimeZoneWatch : public DesktopWatch {
+class TimeZoneWatch : public DesktopWatch, private MessageBusDelegate {
  public:
   TimeZoneWatch() : state_(presentState()), link_(watch(localTimeFile())) {
     watchTarget();
-    GDBusConnection* bus = systemBus();
-    if (bus == nullptr) return;
-    subscription_ = std::make_unique<SignalSubscription>(
-        bus, "org.freedesktop.timedate1", "org.freedesktop.DBus.Properties", "PropertiesChanged",
-        "/org/freedesktop/timedate1", "org.freedesktop.timedate1", propertiesChanged, this);
+    MessageBus::systemBus().addDelegate(*this);
   }
 
  private:
+  void busConnected(GDBusConnection* bus) override {
+    subscription_ = std::make_unique<SignalSubscription>(
+        bus, "org.freedesktop.timedate1", "org.freedesktop.DBus.Properties", "PropertiesChanged",
+        "/org/freedesktop/timedate1", "org.freedesktop.timedate1", propertiesChanged, this);
+    look();
+  }
+
   Monitor watch(const fs::path& path) {
     GFile* file = g_file_new_for_path(path.c_str());
     Monitor monitor(g_file_monitor_file(file, G_FILE_MONITOR_WATCH_MOVES, nullptr, nullptr));

@@ -41,6 +41,9 @@ ZEVPreferences_Time::ZEVPreferences_Time()
     updateMenubarTheme();
     updateContrast();
   }
+  missedNewsObservation_ = NSDistributedNotificationCenter::defaultCenter().addObserver(
+      NSDistributedNotificationsMayBeMissedNotification,
+      [this](const auto&) { menubarThemeChanged(); });
   bundle_ = NSBundle::bundleWithPath(BundlePath);
   loadDefaults();
   migrateIfNeeded();

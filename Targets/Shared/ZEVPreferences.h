@@ -96,6 +96,7 @@ class ZEVPreferences_Time {
   NSBundle bundle_;
   NSObservation themeObservation_;
   NSObservation contrastObservation_;
+  NSObservation missedNewsObservation_;
 };
 
 /// Readers answer 0, false or null where there is no value. The conversions are those of

@@ -1,27 +1,20 @@
 #include "Tests/Desktop/DesktopFixture.h"
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
-#include "Tests/Support/DisplayServers.h"
-
-DesktopFixture::DesktopFixture() {
-  startSessionBus();
-  systemBus_ = std::make_unique<ChildProcess>(std::vector<std::string>{
-      "dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address"});
-  if (!waitUntil([&] { return systemBus_->output().ends_with('\n'); })) {
-    ADD_FAILURE() << "no bus: " << systemBus_->errors();
-    return;
-  }
-  std::string address = systemBus_->output();
-  address.pop_back();
-  setenv("DBUS_SYSTEM_BUS_ADDRESS", address.c_str(), 1);
-  start();
-}
+DesktopFixture::DesktopFixture() { start(); }
 
 void DesktopFixture::start() {
   desktop_ = std::make_unique<ChildProcess>(std::vector<std::string>{FAKE_DESKTOP});
   EXPECT_TRUE(waitUntil([&] { return desktop_->output() == "ready\n"; })) << desktop_->errors();
+}
+
+void DesktopFixture::restartSession(unsigned colorScheme) {
+  sessionBus_.end();
+  stop();
+  sessionBus_.start();
+  start();
+  set("color-scheme", colorScheme);
 }
 
 void DesktopFixture::set(const std::string& key, unsigned value) {

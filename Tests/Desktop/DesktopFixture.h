@@ -5,9 +5,10 @@
 #include <vector>
 
 #include "Tests/Support/ChildProcess.h"
+#include "Tests/Support/TestBus.h"
 
-/// Starts a bus of the test's own and a fake desktop on it; the variables of this process name them
-/// from then on. Both end with this object.
+/// Starts buses of the test's own and a fake desktop on them; the variables of this process name
+/// them from then on. All end with this object.
 class DesktopFixture {
  public:
   DesktopFixture();
@@ -20,9 +21,14 @@ class DesktopFixture {
   void stop() { desktop_.reset(); }
   void start();
 
+  /// Ends the session's bus, and the desktop with it, and starts both anew, now in this colour
+  /// scheme.
+  void restartSession(unsigned colorScheme);
+
  private:
   void call(const std::vector<std::string>& arguments);
 
-  std::unique_ptr<ChildProcess> systemBus_;
+  TestBus sessionBus_{"DBUS_SESSION_BUS_ADDRESS"};
+  TestBus systemBus_{"DBUS_SYSTEM_BUS_ADDRESS"};
   std::unique_ptr<ChildProcess> desktop_;
 };

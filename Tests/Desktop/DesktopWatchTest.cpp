@@ -98,6 +98,17 @@ TEST(DesktopSettings, AreAskedAgainWhenThePortalComesBack) {
   EXPECT_FALSE(desktopIsDark());
 }
 
+TEST(DesktopSettings, OutlastTheSessionsBus) {
+  DesktopFixture desktop;
+  Counter themes("AppleInterfaceThemeChangedNotification");
+  EXPECT_FALSE(desktopIsDark());
+  desktop.restartSession(1);
+  EXPECT_TRUE(themes.reaches(1));
+  EXPECT_TRUE(desktopIsDark());
+  desktop.set("color-scheme", 0);
+  EXPECT_TRUE(themes.reaches(2));
+}
+
 TEST(SleepWatch, TellsAResumeOnceAndNoSuspend) {
   DesktopFixture desktop;
   Counter clock("NSSystemClockDidChangeNotification");

@@ -1,15 +1,21 @@
 #include "Platform/Foundation/NSNotificationCenter.h"
 
 #include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
 
+#include <chrono>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string>
 
 #include "Platform/Foundation/NSDistributedNotificationCenter.h"
 #include "Platform/Foundation/VirtualRunLoop.h"
 #include "Tests/Platform/Support/Files.h"
 #include "Tests/Support/ChildProcess.h"
+#include "Tests/Support/TestBus.h"
 
 namespace {
 
@@ -51,6 +57,30 @@ TEST_F(Notifications, ObserversMayComeAndGoDuringAPost) {
   EXPECT_EQ(notes, "first inner third third added ");
 }
 
+TEST_F(Notifications, OneThatThrowsSilencesNoOther) {
+  const auto a = noting("n", "a");
+  const auto faulty =
+      center->addObserver("n", [](const NSNotification&) { throw std::runtime_error("faulty"); });
+  const auto b = noting("n", "b");
+  testing::internal::CaptureStderr();
+  center->postNotification("n");
+  EXPECT_EQ(notes, "ab");
+  EXPECT_NE(testing::internal::GetCapturedStderr().find("error: faulty"), std::string::npos);
+}
+
+// What a handler held goes with its handle, and may hold handles itself.
+TEST_F(Notifications, ADroppedHandlerGoesAtOnce) {
+  auto held = std::make_shared<NSObservation>(noting("n", "never "));
+  auto observation = center->addObserver("n", [held](const NSNotification&) {});
+  const std::weak_ptr<NSObservation> watched = held;
+  held.reset();
+  EXPECT_FALSE(watched.expired());
+  observation = NSObservation();
+  EXPECT_TRUE(watched.expired());
+  center->postNotification("n");
+  EXPECT_EQ(notes, "");
+}
+
 TEST_F(Notifications, AHandleMayOutliveItsCentre) {
   auto observation = noting("n", "x");
   center.reset();
@@ -79,12 +109,24 @@ TEST(DistributedNotifications, WorkInsideTheProcessWithoutABus) {
   NSRunLoop::setMainRunLoop(nullptr);
 }
 
+/// As another process would.
+void send(const std::vector<std::string>& arguments) {
+  std::vector<std::string> command = {"dbus-send", "--session", "--type=signal",
+                                      "/com/wenmark/velmora5/Notifications",
+                                      "com.wenmark.velmora5.Notifications.Posted"};
+  command.insert(command.end(), arguments.begin(), arguments.end());
+  EXPECT_EQ(runToEnd(command).status, 0);
+}
+
+bool served(const std::function<bool()>& condition) {
+  return waitUntil([&] {
+    NSRunLoop::mainRunLoop().runPending();
+    return condition();
+  });
+}
+
 TEST(DistributedNotifications, ComeFromOtherProcesses) {
-  const ChildProcess bus({"dbus-daemon", "--session", "--nofork", "--print-address"});
-  ASSERT_TRUE(waitUntil([&] { return bus.output().ends_with('\n'); })) << bus.errors();
-  const std::string address = bus.output();
-  const EnvironmentVariable variable("DBUS_SESSION_BUS_ADDRESS",
-                                     address.substr(0, address.find('\n')));
+  const TestBus bus("DBUS_SESSION_BUS_ADDRESS");
   std::vector<PropertyList::Dictionary> seen;
   const auto observation = NSDistributedNotificationCenter::defaultCenter().addObserver(
       "org.example.n", [&](const NSNotification& news) { seen.push_back(news.userInfo); });
@@ -96,17 +138,63 @@ TEST(DistributedNotifications, ComeFromOtherProcesses) {
         {"string:org.example.n", "dict:string:string:a,b", "int32:7"},
         {"string:org.example.other", "dict:string:string:a,b"},
         {"string:org.example.n", "dict:string:string:k,é; v"}}) {
-    std::vector<std::string> command = {"dbus-send", "--session", "--type=signal",
-                                        "/com/wenmark/velmora5/Notifications",
-                                        "com.wenmark.velmora5.Notifications.Posted"};
-    command.insert(command.end(), arguments.begin(), arguments.end());
-    EXPECT_EQ(runToEnd(command).status, 0);
+    send(arguments);
   }
-  EXPECT_TRUE(waitUntil([&] {
-    NSRunLoop::mainRunLoop().runPending();
-    return !seen.empty();
-  }));
+  EXPECT_TRUE(served([&] { return !seen.empty(); }));
   EXPECT_EQ(seen, (std::vector<PropertyList::Dictionary>{{{"k", "é; v"}}}));
+}
+
+// A session's bus is restarted by an update, or crashes, while the clock goes on.
+TEST(DistributedNotifications, OutlastTheBus) {
+  TestBus bus("DBUS_SESSION_BUS_ADDRESS");
+  auto& center = NSDistributedNotificationCenter::defaultCenter();
+  std::string seen;
+  const auto observation = center.addObserver(
+      "org.example.n", [&](const NSNotification& news) { seen += news.textForKey("k"); });
+  int missed = 0;
+  const auto again = center.addObserver(NSDistributedNotificationsMayBeMissedNotification,
+                                        [&](const NSNotification&) { ++missed; });
+  for (const int round : {1, 2}) {
+    SCOPED_TRACE(round);
+    seen.clear();
+    center.postNotification("org.example.n", {{"k", "there "}});
+    EXPECT_TRUE(served([&] { return seen == "there "; })) << seen;
+    bus.end();
+    // The first comes before the end of the bus is known, the second after it.
+    center.postNotification("org.example.n", {{"k", "gone "}});
+    EXPECT_TRUE(served([&] { return seen == "there gone "; })) << seen;
+    center.postNotification("org.example.n", {{"k", "away "}});
+    EXPECT_TRUE(served([&] { return seen == "there gone away "; })) << seen;
+    bus.start();
+    EXPECT_TRUE(served([&] { return missed == round; }));
+    send({"string:org.example.n", "dict:string:string:k,back"});
+    EXPECT_TRUE(served([&] { return seen == "there gone away back"; })) << seen;
+  }
+}
+
+// What listens at the address may accept and say nothing, or be stopped later.
+TEST(DistributedNotifications, WaitForNoBusThatDoesNotAnswer) {
+  const auto socketFile = freshFolder() / "bus";
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  socketFile.string().copy(address.sun_path, sizeof address.sun_path - 1);
+  const int listening = socket(AF_UNIX, SOCK_STREAM, 0);
+  ASSERT_EQ(bind(listening, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+  ASSERT_EQ(listen(listening, 8), 0);
+  const EnvironmentVariable variable("DBUS_SESSION_BUS_ADDRESS",
+                                     "unix:path=" + socketFile.string());
+  testing::internal::CaptureStderr();
+  const auto start = std::chrono::steady_clock::now();
+  auto& center = NSDistributedNotificationCenter::defaultCenter();
+  int calls = 0;
+  const auto observation =
+      center.addObserver("org.example.n", [&](const NSNotification&) { ++calls; });
+  center.postNotification("org.example.n");
+  EXPECT_TRUE(served([&] { return calls == 1; }));
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+  EXPECT_NE(testing::internal::GetCapturedStderr().find("error: the session bus"),
+            std::string::npos);
+  close(listening);
 }
 
 }  // namespace
