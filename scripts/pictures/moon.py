@@ -8,15 +8,17 @@ never turned; it is the same from all sides.
 """
 
 from . import moon_face
-from .palette import (EDGE, MARE, MOONLIGHT, MOON_LIMB, MOON_SHADOW, PEN,
+from .palette import (EDGE, MARE, MOONLIGHT, MOON_LIMB, MOON_RIM, MOON_SHADOW,
                       SHADOW_STRENGTH, WHITE)
 from .svg import circle, path, picture, radial_gradient, smooth, stop
 
-# The disc leaves one point free on each side.
-MARGIN = 1
-
-# The rim of the lit side is thinner, or it would eat a young crescent.
-LIT_RIM = .65
+# The view clips the lit picture at a terminator that travels the whole square,
+# so the disc fills it: any margin, and any rim that is not lit, would be taken
+# off a young crescent. At small sizes the terminator stops short of the lit
+# area, by up to four hundredths of the disc. There the disc is larger than the
+# square by these points, so that the sides cut it off where nobody sees it,
+# which leaves less than three hundredths.
+OVERLAP = {16: .16, 32: .3}
 
 
 class Disc:
@@ -24,7 +26,7 @@ class Disc:
 
     def __init__(self, size):
         self.middle = size / 2
-        self.radius = size / 2 - MARGIN
+        self.radius = size / 2 + OVERLAP.get(size, 0)
 
     def point(self, longitude, latitude):
         x, y = moon_face.on_disc(longitude, latitude)
@@ -33,36 +35,44 @@ class Disc:
     def outline(self, places):
         return smooth([self.point(*place) for place in places])
 
-
-def rim(size, pen):
-    """A ring inside the edge: the outline on any background."""
-    return circle(size / 2, size / 2, size / 2 - MARGIN - pen / 2,
-                  fill="none", stroke=EDGE, stroke_width=pen)
+    def filled(self, paint, **more):
+        return circle(self.middle, self.middle, self.radius, fill=paint, **more)
 
 
-def lit_moon(size, plains):
+def limb(disc, start):
+    """The ground of a lit disc. It darkens and yellows towards the edge: that
+    is its outline on a light menu, and still lit beside the dark side."""
+    return (radial_gradient("ground", disc.middle, disc.middle, disc.radius,
+                            stop(0, MOONLIGHT), stop(start, MOONLIGHT),
+                            stop(1, MOON_RIM))
+            + disc.filled("url(#ground)"))
+
+
+def lit_moon(size, shores):
     disc = Disc(size)
-    shores = "".join(disc.outline(moon_face.plain_outline(name))
-                     for name in plains)
-    return picture(
-        size, size,
-        circle(disc.middle, disc.middle, disc.radius, fill=MOONLIGHT),
-        path(shores, fill=MARE), rim(size, LIT_RIM))
+    outlines = "".join(disc.outline(places) for places in shores)
+    return picture(size, size, limb(disc, 1 - 4 / size),
+                   path(outlines, fill=MARE))
 
 
 def dark_moon(size):
-    middle = size / 2
+    disc = Disc(size)
     return picture(
         size, size,
-        circle(middle, middle, middle - MARGIN - .5, fill=MOON_SHADOW,
-               fill_opacity=SHADOW_STRENGTH), rim(size, PEN))
+        disc.filled(MOON_SHADOW, fill_opacity=SHADOW_STRENGTH))
 
 
-# At the size of the bar only the large plains are more than a speck.
-SMALL_PLAINS = ["Imbrium", "Procellarum", "Serenitatis", "Tranquillitatis",
-                "Fecunditatis", "Nubium"]
-MIDDLE_PLAINS = SMALL_PLAINS + ["Crisium", "Nectaris", "Humorum", "Cognitum",
-                                "Frigoris", "Vaporum"]
+# At the size of the bar three plains are told apart: Procellarum with Imbrium,
+# Serenitatis with Tranquillitatis, Nubium with Humorum.
+SMALL_SHORES = [
+    [(-14, 50), (-40, 50), (-60, 38), (-62, 14), (-46, -2), (-30, 4),
+     (-16, 18), (-2, 26), (0, 42)],
+    [(10, 36), (24, 36), (33, 22), (48, 12), (50, -6), (36, -8), (22, 0),
+     (12, 18)],
+    moon_face.ring(-25, -24, 12)]
+MIDDLE_PLAINS = ["Imbrium", "Procellarum", "Serenitatis", "Tranquillitatis",
+                 "Fecunditatis", "Nubium", "Crisium", "Nectaris", "Humorum",
+                 "Cognitum", "Frigoris", "Vaporum"]
 
 
 # The large face shows soft shores, which a filter would blur at small sizes:
@@ -102,8 +112,9 @@ def large_face(size):
 
 
 def pictures():
-    yield "menubar-moon-light", lit_moon(16, SMALL_PLAINS)
+    yield "menubar-moon-light", lit_moon(16, SMALL_SHORES)
     yield "menubar-moon-dark", dark_moon(16)
-    yield "stats-calendar-moon-light", lit_moon(32, MIDDLE_PLAINS)
+    yield "stats-calendar-moon-light", lit_moon(
+        32, [moon_face.plain_outline(name) for name in MIDDLE_PLAINS])
     yield "stats-calendar-moon-dark", dark_moon(32)
     yield "stats-calendar-moon-header-lightmoon", large_face(120)

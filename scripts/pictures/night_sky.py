@@ -10,7 +10,7 @@ WIDTH, HEIGHT = 320, 160
 
 # The moon stands in the middle. The view draws no dark side, so the sky holds a
 # dim disc in its place: without it a new moon would leave nothing to see.
-MOON_X, MOON_Y, MOON_RADIUS = 160, 80, 59
+MOON_X, MOON_Y, MOON_RADIUS = 160, 80, 60
 GLOW = 84
 
 # Stars keep clear of the moon, of the edges and of each other.

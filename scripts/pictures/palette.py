@@ -23,13 +23,14 @@ CIVIL = "#d9653b"
 NAUTICAL = "#b364b8"
 ASTRONOMICAL = "#7477cf"
 
-# The Moon: lit ground, lava plains, and the side in shadow, which is laid on
-# with SHADOW_STRENGTH so that it takes some of the tone of what it stands on.
+# The Moon: lit ground, its edge, lava plains, and the side in shadow, which is
+# laid on with SHADOW_STRENGTH: it takes some of the tone of what it stands on.
 MOONLIGHT = "#f5f1e4"
 MOON_LIMB = "#d6d0c0"
+MOON_RIM = "#b89c5c"
 MARE = "#c2bcac"
 MOON_SHADOW = "#5f6675"
-SHADOW_STRENGTH = .55
+SHADOW_STRENGTH = .85
 
 # The night sky, from top to bottom.
 NIGHT_TOP = "#12182e"

@@ -1,9 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <vector>
 
 #include "Platform/AppKit/CairoGraphicsContext.h"
 #include "Platform/Foundation/NSTimeZone.h"
@@ -138,6 +140,95 @@ TEST_F(MoonPicture, AMissingPictureLeavesItsLayerOut) {
   EXPECT_NEAR(drawn(7, 0.5).points, 7.835, 0.06);
   moon.setLight("missing");
   EXPECT_EQ(drawn(7, 0.5).points, 0);
+}
+
+/// Color of each pixel of the Moon on a ground, row by row, and how much of it the Moon covers.
+struct Pixels {
+  std::vector<std::array<double, 3>> colors;
+  std::vector<double> coverage;
+};
+
+Pixels pixelsOf(MoonPhaseView_Time& moon, double age, double litFraction, double scale,
+                double ground) {
+  moon.showPhase(age, litFraction);
+  BitmapSurface surface(moon.frame().size, scale);
+  const NSCurrentGraphicsContext current(surface.context());
+  moon.image()->drawAtPoint({0, 0});
+  Pixels pixels;
+  for (int row = 0; row < surface.pixelHeight(); ++row) {
+    for (int column = 0; column < surface.pixelWidth(); ++column) {
+      const NSColor color = surface.pixelAt(column, row);
+      const double alpha = color.alphaComponent();
+      const auto onGround = [=](double part) { return alpha * part + (1 - alpha) * ground; };
+      pixels.colors.push_back({onGround(color.redComponent()), onGround(color.greenComponent()),
+                               onGround(color.blueComponent())});
+      pixels.coverage.push_back(alpha);
+    }
+  }
+  return pixels;
+}
+
+/// The share of the full Moon's disc that looks lit. A pixel counts as far as it has gone from its
+/// color at new moon to that at full moon; one that is much the same at both is never lit.
+double litShare(const Pixels& drawn, const Pixels& unlit, const Pixels& full) {
+  constexpr double LeastDifference = 0.2;
+  double lit = 0;
+  double disc = 0;
+  for (size_t i = 0; i < drawn.colors.size(); ++i) {
+    double along = 0;
+    double whole = 0;
+    for (size_t part = 0; part < 3; ++part) {
+      const double way = full.colors[i][part] - unlit.colors[i][part];
+      along += (drawn.colors[i][part] - unlit.colors[i][part]) * way;
+      whole += way * way;
+    }
+    disc += full.coverage[i];
+    const double least = LeastDifference * full.coverage[i];
+    if (whole > least * least && whole > 0) lit += full.coverage[i] * along / whole;
+  }
+  return lit / disc;
+}
+
+// The illuminated area of a sphere's disc is its illuminated fraction; the real pictures have to
+// show that much light, on a light bar and on a dark one.
+TEST(MoonPictures, ShowAsMuchLightAsThereIs) {
+  const EnvironmentVariable support{"VELMORA_SUPPORT_DIR", VELMORA_SOURCE_DIR "/Resources"};
+  struct Kind {
+    int size;
+    int range;
+    const char* light;
+    const char* dark;
+  };
+  for (const Kind& kind :
+       {Kind{16, 22, "menubar-moon-light", "menubar-moon-dark"},
+        Kind{32, 43, "stats-calendar-moon-light.tiff", "stats-calendar-moon-dark.tiff"},
+        Kind{120, 158, "stats-calendar-moon-header-lightmoon", ""}}) {
+    const auto side = static_cast<double>(kind.size);
+    MoonPhaseView_Time moon{NSMakeRect(0, 0, side, side)};
+    moon.setSize(kind.size);
+    moon.setRange(kind.range);
+    moon.setLight(kind.light);
+    moon.setDark(kind.dark);
+    for (const double scale : {1.0, 1.25, 1.5, 2.0}) {
+      for (const double ground : {0.96, 0.17}) {
+        // The largest stands on the night sky only.
+        if (ground > 0.5 && kind.size == 120) continue;
+        for (const int32_t hemisphere : {0, 1}) {
+          moon.setHemisphere(hemisphere);
+          const Pixels unlit = pixelsOf(moon, 0, 0, scale, ground);
+          const Pixels full = pixelsOf(moon, FullMoonAge, 1, scale, ground);
+          for (const double age : {7.0, 22.0}) {
+            for (int percent = 5; percent <= 95; percent += 5) {
+              const Pixels drawn = pixelsOf(moon, age, percent / 100.0, scale, ground);
+              EXPECT_NEAR(100 * litShare(drawn, unlit, full), percent, 3)
+                  << kind.size << " points at scale " << scale << " on " << ground
+                  << ", hemisphere " << hemisphere << ", age " << age;
+            }
+          }
+        }
+      }
+    }
+  }
 }
 
 struct CountingDelegate : MoonStatCollectorDelegate {
