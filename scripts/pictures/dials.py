@@ -2,25 +2,26 @@
 
 White hands of 11 and 8 points are drawn over them about the middle, so the
 marks of the hours stand outside the longer hand, and both dials are dark
-enough for white.
+enough for white. A round dot of an hour would be too small for its pixels and
+become a cross, so an hour is a short stroke towards the middle.
 """
 
 import math
 
 from .palette import (BLACK, DAY_BOTTOM, DAY_TOP, NIGHT_BOTTOM, NIGHT_TOP, PEN,
                       WHITE)
-from .svg import circle, picture, rect, stop, vertical_gradient
+from .svg import circle, line, picture, rect, stop, vertical_gradient
 
 SIZE = 32
 MIDDLE = SIZE // 2
 # As large as the moon of the row above.
-RADIUS = 15
+RADIUS = 16
 
-# The marks of the quarters are squares on whole points, the others dots.
+# The marks of the quarters are squares on whole points, the others strokes
+# from one radius to another.
 QUARTER = 2
 QUARTER_GAP = 1
-DOT = .6
-DOT_CIRCLE = 12.5
+STROKE = (13, 15)
 
 
 def marks(strength):
@@ -34,8 +35,10 @@ def marks(strength):
     for hour in range(12):
         if hour % 3:
             angle = math.radians(hour * 30)
-            yield circle(MIDDLE + DOT_CIRCLE * math.sin(angle),
-                         MIDDLE - DOT_CIRCLE * math.cos(angle), DOT, **paint)
+            yield line(*((MIDDLE + radius * math.sin(angle),
+                          MIDDLE - radius * math.cos(angle))
+                         for radius in STROKE), stroke=WHITE,
+                       stroke_opacity=strength)
 
 
 def dial(top, bottom, rim, rim_strength, mark_strength):

@@ -4,7 +4,7 @@ A leaf and a day number are drawn at the same point, so both have the same size
 and the number has to fall on the middle of the leaf.
 """
 
-from .palette import DIGIT_PEN, EDGE, INK, PAPER, WHITE
+from .palette import DIGIT_PEN, EDGE, HEM, INK, PAPER, WHITE
 from .svg import num, path, picture, rounded
 
 # Size of both, in points. The leaf leaves one point free on each side; the bar
@@ -62,8 +62,12 @@ def paper_leaf():
     edge = rounded(LEFT, TOP, RIGHT, BOTTOM + .5, CORNER + 1, CORNER)
     paper = rounded(LEFT + .5, TOP + .5, RIGHT - .5, BOTTOM, CORNER + .5,
                     CORNER - .5)
-    return picture(WIDTH, HEIGHT, path(edge, fill=EDGE),
-                   path(paper, fill=PAPER))
+    # The band is the program's: on a dark bar a black one would be lost without
+    # a light hem, which a light bar hides.
+    hem = rounded(LEFT - HEM, TOP - HEM, RIGHT + HEM, TOP + BAND, CORNER + HEM,
+                  0)
+    return picture(WIDTH, HEIGHT, path(hem, fill=WHITE, fill_opacity=.8),
+                   path(edge, fill=EDGE), path(paper, fill=PAPER))
 
 
 def outline_leaf(ink):

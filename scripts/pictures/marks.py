@@ -1,8 +1,8 @@
 """Small marks of rows: ticks, coloured dots, and the item that stands in the
 bar when no module shows."""
 
-from .palette import BLACK, BOLD_PEN, INK, LEGENDS, LINE, WHITE
-from .svg import circle, line, path, picture, stop, vertical_gradient
+from .palette import BOLD_PEN, EDGE, HEM, INK, LEGENDS, LINE, WHITE
+from .svg import circle, line, path, picture
 
 TICK = 12
 
@@ -17,27 +17,23 @@ DOT = 7
 LEGEND = 9
 
 
-def gloss(x, y):
-    """Light from above and a thin rim over a dot: the rim keeps yellow apart
-    from a light menu, the light keeps black apart from a dark one."""
-    radius = DOT / 2
-    return (vertical_gradient("gloss", y - radius, y + radius,
-                              stop(0, WHITE, .35), stop(.6, WHITE, 0)),
-            circle(x, y, radius, fill="url(#gloss)"),
-            circle(x, y, radius - .25, fill="none", stroke=BLACK,
-                   stroke_opacity=.2, stroke_width=.5))
+def hem(x, y):
+    """A thin ring on the edge of a dot: dark enough to keep yellow apart from a
+    light menu, light enough to keep grey apart from a dark one."""
+    return circle(x, y, (DOT - HEM) / 2, fill="none", stroke=EDGE,
+                  stroke_width=HEM)
 
 
 def overlay():
     """Two points higher than the dot, because it is drawn from the lower edge
     of the row's mark and the dot stands two points above it."""
-    return picture(DOT, DOT + 2, *gloss(DOT / 2, DOT / 2))
+    return picture(DOT, DOT + 2, hem(DOT / 2, DOT / 2))
 
 
 def legend(colour):
     middle = LEGEND / 2
     return picture(LEGEND, LEGEND, circle(middle, middle, DOT / 2, fill=colour),
-                   *gloss(middle, middle))
+                   hem(middle, middle))
 
 
 def combined(ink):

@@ -1,10 +1,10 @@
 """The month view: its grounds, the marks of days, the buttons of its head and
 the shadow at its foot."""
 
-from .palette import (BLACK, BLUE_BOTTOM, BLUE_TOP, BOLD_PEN, CORNER,
-                      MONTH_DARK, MONTH_LIGHT, PEN, SELECTION_BOTTOM,
-                      SELECTION_TOP, WHITE)
-from .svg import (line, path, picture, rect, rounded, stop, vertical_gradient)
+from .palette import (BLACK, BOLD_PEN, CORNER, DEEP_BOTTOM, DEEP_TOP, HIGHLIGHT,
+                      MONTH_DARK, MONTH_LIGHT, PEN, WHITE)
+from .svg import (circle, line, path, picture, rect, rounded, stop,
+                  vertical_gradient)
 
 # The view from top to bottom: a head, six weeks, a rule.
 WIDTH = 280
@@ -27,8 +27,8 @@ def ground(width, theme, with_weeks):
     days, weeks, rule = THEMES[theme]
     return picture(
         width, HEIGHT,
-        vertical_gradient("head", 0, HEAD, stop(0, BLUE_TOP),
-                          stop(1, BLUE_BOTTOM)),
+        vertical_gradient("head", 0, HEAD, stop(0, DEEP_TOP),
+                          stop(1, DEEP_BOTTOM)),
         rect(0, 0, width, HEAD, fill="url(#head)"),
         rect(0, HEAD, width, GRID_BOTTOM, fill=days),
         rect(0, HEAD, WEEK_COLUMN, GRID_BOTTOM, fill=weeks)
@@ -46,16 +46,16 @@ def day_mark(width, inset=0):
 def selected(width):
     return picture(
         width, DAY_HEIGHT,
-        vertical_gradient("day", 1, DAY_HEIGHT - 1, stop(0, SELECTION_TOP),
-                          stop(1, SELECTION_BOTTOM)),
+        vertical_gradient("day", 1, DAY_HEIGHT - 1, stop(0, DEEP_TOP),
+                          stop(1, DEEP_BOTTOM)),
         path(day_mark(width), fill="url(#day)"))
 
 
 def today(width, tint):
     return picture(
         width, DAY_HEIGHT,
-        path(day_mark(width), fill=BLUE_BOTTOM, fill_opacity=tint),
-        path(day_mark(width) + day_mark(width, PEN), fill=BLUE_BOTTOM,
+        path(day_mark(width), fill=HIGHLIGHT, fill_opacity=tint),
+        path(day_mark(width) + day_mark(width, PEN), fill=HIGHLIGHT,
              fill_rule="evenodd"))
 
 
@@ -76,11 +76,13 @@ def arrow(direction):
 
 
 def small_leaf():
-    """A leaf with a head and two rows of days, all edges on whole points."""
-    outer = rounded(4, 4, 16, 16, 1.5, 1.5)
-    inner = "M5 7H15V15H5Z"
-    days = "".join(f"M{x} {y}h2v2h-2Z" for y in (8, 12) for x in (6, 9, 12))
-    return path(outer + inner + days, fill=WHITE, fill_rule="evenodd")
+    """A leaf with a head and two rows of days. Its edges are on multiples of
+    four points, which are whole pixels at scale 1.25 and 1.5, too; the days are
+    four points apart, so that all come out alike."""
+    return (path(rounded(4, 8, 16, 16, 0, 1.5), fill=WHITE, fill_opacity=.3)
+            + path(rounded(4, 4, 16, 8, 1.5, 0), fill=WHITE)
+            + "".join(circle(x, y, 1.2, fill=WHITE)
+                      for y in (10, 14) for x in (6, 10, 14)))
 
 
 def shadow():

@@ -9,12 +9,11 @@ PAPER = "#fcfcfc"
 EDGE = "#8c8c8c"
 LINE = "#808080"
 
-# The blue of the highlight, from top to bottom, and a deeper one for what is
-# selected: it bears white text, and dots of any colour at its foot.
-BLUE_TOP = "#7bbfe0"
-BLUE_BOTTOM = "#729cdb"
-SELECTION_TOP = "#4576bb"
-SELECTION_BOTTOM = "#2d5798"
+# The blue of the highlight, and a deeper one, from top to bottom, for the head
+# of the month and what is selected in it: white on it has at least 4.5 to one.
+HIGHLIGHT = "#729cdb"
+DEEP_TOP = "#4576bb"
+DEEP_BOTTOM = "#2d5798"
 
 # Small pictures on menus: at least three to one on light and on dark.
 SUN = "#c77800"
@@ -56,8 +55,9 @@ LEGENDS = {"blue": "#3d8fe0", "red": "#e5484d", "lightgrey": "#b4b4b4",
            "darkgrey": "#6e6e6e", "purple": "#9a5fd0", "green": "#3fa64b",
            "yellow": "#edc32f", "orange": "#f08c2e"}
 
-# Widths of strokes: the ordinary line, that of digits, and that of marks.
+# Widths of strokes: the ordinary line, a hem, that of digits, that of marks.
 PEN = 1
+HEM = .5
 DIGIT_PEN = 1.3
 BOLD_PEN = 2
 

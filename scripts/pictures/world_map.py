@@ -10,7 +10,7 @@ Caspian Sea is a ring of its own, which the even-odd rule turns into a hole.
 import math
 import pathlib
 
-from .palette import (INK, LAND, LAND_STRENGTH, LEGENDS, LINE, MAP_SUN,
+from .palette import (INK, LAND, LAND_STRENGTH, LEGENDS, LINE,
                       MOONLIGHT, MOON_SHADOW, PEN, WHITE)
 from .sky_icons import full_sun
 from .svg import circle, num, path, picture
@@ -114,5 +114,5 @@ def pictures():
     yield "stats-calendar-map-header", continents()
     yield "map-location", pin(4, LINE)
     yield "map-location-selected", pin(5, LEGENDS["red"])
-    yield "map-icon-sun", full_sun(MAP_SUN)
+    yield "map-icon-sun", full_sun()
     yield "map-icon-moon", moon()
