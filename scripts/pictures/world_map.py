@@ -5,8 +5,13 @@ Earth (public domain), in Resources/Geography/land.txt: one ring a line, pairs
 of longitude and latitude in degrees. Rings are cut along the date line and
 Antarctica is closed along the pole, so each can be drawn as it stands; the
 Caspian Sea is a ring of its own, which the even-odd rule turns into a hole.
+
+Islands too small for those shores get a dot where people live: at the places of
+Resources/cities.csv (GeoNames, CC BY 4.0) that would stand in the open sea.
 """
 
+import collections
+import csv
 import math
 import pathlib
 
@@ -15,8 +20,9 @@ from .palette import (INK, LAND, LAND_STRENGTH, LEGENDS, LINE,
 from .sky_icons import full_sun
 from .svg import circle, num, path, picture
 
-LAND_FILE = (pathlib.Path(__file__).resolve().parents[2] / "Resources"
-             / "Geography" / "land.txt")
+RESOURCES = pathlib.Path(__file__).resolve().parents[2] / "Resources"
+LAND_FILE = RESOURCES / "Geography" / "land.txt"
+CITIES_FILE = RESOURCES / "cities.csv"
 
 WIDTH, HEIGHT = 320, 160
 
@@ -25,12 +31,59 @@ WIDTH, HEIGHT = 320, 160
 TOLERANCE = .06
 STEPS_PER_POINT = 20
 
+# An island's dot is a point across. Neither land nor another dot is so near
+# that they would touch, which the even-odd rule would show as a hole.
+ISLAND_RADIUS = .5
+FROM_LAND = .6
+FROM_ISLAND = 1.1
+
+
+def on_map(longitude, latitude):
+    return (longitude + 180) * WIDTH / 360, (90 - latitude) * HEIGHT / 180
+
 
 def rings():
     for text in LAND_FILE.read_text(encoding="ascii").splitlines():
         numbers = [float(word) for word in text.split()]
-        yield [((longitude + 180) * WIDTH / 360, (90 - latitude) * HEIGHT / 180)
-               for longitude, latitude in zip(numbers[::2], numbers[1::2])]
+        yield [on_map(*place) for place in zip(numbers[::2], numbers[1::2])]
+
+
+def cities():
+    """Places of the list on the map, the largest first."""
+    with CITIES_FILE.open(encoding="utf-8", newline="") as file:
+        for row in csv.DictReader(file):
+            yield on_map(float(row["longitude"]), float(row["latitude"]))
+
+
+class Shores:
+    """Answers how far land is, from segments sorted by the whole points of
+    height that they touch."""
+
+    def __init__(self, outlines):
+        self.bands = collections.defaultdict(list)
+        for ring in outlines:
+            for segment in zip(ring, ring[1:] + ring[:1]):
+                low, high = sorted(point[1] for point in segment)
+                for band in range(int(low), int(high) + 1):
+                    self.bands[band].append(segment)
+
+    def has_land_at(self, point):
+        x, y = point
+        crossings = 0
+        for (x0, y0), (x1, y1) in self.bands[int(y)]:
+            if (y0 > y) != (y1 > y):
+                crossings += x0 + (y - y0) * (x1 - x0) / (y1 - y0) > x
+        return crossings % 2 == 1
+
+    def has_land_within(self, reach, point):
+        x, y = point
+        for band in range(int(y - reach), int(y + reach) + 1):
+            for start, end in self.bands[band]:
+                if (min(start[0], end[0]) - reach < x
+                        < max(start[0], end[0]) + reach
+                        and distance_to_segment(point, start, end) < reach):
+                    return True
+        return self.has_land_at(point)
 
 
 def distance_to_segment(point, start, end):
@@ -81,10 +134,29 @@ def outline(ring):
     return data + "z"
 
 
+def islands(shores):
+    """Places to mark with a dot. The largest place of a group takes it."""
+    chosen = []
+    for city in cities():
+        if (all(math.dist(city, other) >= FROM_ISLAND for other in chosen)
+                and not shores.has_land_within(FROM_LAND, city)):
+            chosen.append(city)
+    return chosen
+
+
+def island(place):
+    """An octagon; in a coarser shape the diagonals would be short."""
+    return [(place[0] + ISLAND_RADIUS * math.sin(math.radians(angle)),
+             place[1] + ISLAND_RADIUS * math.cos(math.radians(angle)))
+            for angle in range(0, 360, 45)]
+
+
 def continents():
-    shores = "".join(outline(simplified_ring(ring)) for ring in rings())
+    land = [simplified_ring(ring) for ring in rings()]
+    land += [island(place) for place in islands(Shores(land))]
+    data = "".join(map(outline, land))
     return picture(WIDTH, HEIGHT,
-                   path(shores, fill=LAND, fill_opacity=LAND_STRENGTH,
+                   path(data, fill=LAND, fill_opacity=LAND_STRENGTH,
                         fill_rule="evenodd",
                         transform=f"scale({num(1 / STEPS_PER_POINT)})"))
 
