@@ -5,7 +5,8 @@
 #include <vector>
 
 /// The table of night outlines behind the light map, one for each day of the year: the whole night
-/// side of the Earth at 00:00 UTC, for the map to slide sideways by the time of day.
+/// side of the Earth at 00:00 UTC, by the true Sun, for the map to slide sideways by the time of
+/// day.
 ///
 /// An outline is text: comma-separated numbers in a plane 1024 wide and 512 high, x to the right
 /// from longitude -180, y downward from the north pole. First the x and y of the starting point,

@@ -63,22 +63,34 @@ std::vector<Segment> segmentsOf(std::string_view row) {
   return segments;
 }
 
-/// The Sun's declination in radians at 00:00 UTC of a day of 2027, by the Astronomical Almanac's
-/// low-precision formula (page C5), good to 0.01 degree.
-double declinationOf(int row) {
+/// Radians. The equation of time is positive when the sundial is ahead of the clock, and the Sun
+/// then west of the map's edges at 00:00 UTC.
+struct TrueSun {
+  double declination;
+  double equationOfTime;
+};
+
+/// For a day of 2027, by the Astronomical Almanac's low-precision formulas (page C5): 0.01 degree
+/// in declination, 0.1 minute of time in the equation of time.
+TrueSun trueSun(int row) {
   const double n = 61406 + row - 51544.5;
+  const double meanLongitude = (280.460 + 0.9856474 * n) * Degree;
   const double anomaly = (357.528 + 0.9856003 * n) * Degree;
   const double longitude =
-      280.460 + 0.9856474 * n + 1.915 * std::sin(anomaly) + 0.020 * std::sin(2 * anomaly);
-  return std::asin(std::sin((23.439 - 0.0000004 * n) * Degree) * std::sin(longitude * Degree));
+      meanLongitude + (1.915 * std::sin(anomaly) + 0.020 * std::sin(2 * anomaly)) * Degree;
+  const double obliquity = (23.439 - 0.0000004 * n) * Degree;
+  const double rightAscension =
+      std::atan2(std::cos(obliquity) * std::sin(longitude), std::cos(longitude));
+  return {std::asin(std::sin(obliquity) * std::sin(longitude)),
+          std::remainder(meanLongitude - rightAscension, 2 * M_PI)};
 }
 
-/// Sine of the Sun's altitude where a point of the plane lies, with the Sun over the map's edges.
-double sinAltitude(Point point, double declination) {
+/// Sine of the Sun's altitude where a point of the plane lies, at 00:00 UTC.
+double sinAltitude(Point point, const TrueSun& sun) {
   const double latitude = (90 - point.y * 180 / Height) * Degree;
-  const double hourAngle = point.x * 360 / Width * Degree;
-  return std::sin(latitude) * std::sin(declination) +
-         std::cos(latitude) * std::cos(declination) * std::cos(hourAngle);
+  const double hourAngle = point.x * 360 / Width * Degree + sun.equationOfTime;
+  return std::sin(latitude) * std::sin(sun.declination) +
+         std::cos(latitude) * std::cos(sun.declination) * std::cos(hourAngle);
 }
 
 /// The straight segments of a row, by index.
@@ -131,7 +143,7 @@ TEST(SunlightMapPaths, FormOfTheRows) {
 TEST(SunlightMapPaths, RegionIsTheNight) {
   const auto rows = table();
   for (int row = 0; row < Rows; ++row) {
-    const double declination = declinationOf(row);
+    const TrueSun sun = trueSun(row);
     std::vector<Point> outline;
     for (const Segment& segment : segmentsOf(rows[row])) {
       for (int step = 0; step < 8; ++step)
@@ -148,8 +160,8 @@ TEST(SunlightMapPaths, RegionIsTheNight) {
     };
     for (double x = 4; x < Width; x += 24) {
       for (double y = 0.5; y < Height; y += 5.3) {
-        const double sine = sinAltitude({x, y}, declination);
-        // Rounding to two decimals, the fit and the formula's 0.01 degree.
+        const double sine = sinAltitude({x, y}, sun);
+        // Rounding to two decimals, the fit, and what the formulas leave out.
         if (std::abs(sine) < std::sin((isPastEquinox(row) ? 0.35 : 0.08) * Degree)) continue;
         EXPECT_EQ(contains({x, y}), sine < 0) << "row " << row << " at " << x << "," << y;
       }
