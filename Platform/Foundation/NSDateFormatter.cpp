@@ -6,6 +6,7 @@
 #include <map>
 
 #include "Platform/Foundation/IcuTimeZone.h"
+#include "Platform/Foundation/IcuTimeZoneFormat.h"
 
 namespace {
 
@@ -23,6 +24,9 @@ struct CompiledLocale {
     UErrorCode status = U_ZERO_ERROR;
     auto format = std::make_unique<icu::SimpleDateFormat>(icu::UnicodeString::fromUTF8(pattern),
                                                           locale, status);
+    // Names of zones are read when they are first asked for; most patterns never do.
+    if (pattern.find('V') != std::string_view::npos)
+      format->adoptTimeZoneFormat(std::make_unique<IcuTimeZoneFormat>(locale, status).release());
     if (U_FAILURE(status)) return nullptr;
     // The patterns of all clocks together are few; the bound is for a list that is edited all day.
     constexpr size_t MaximumKept = 128;

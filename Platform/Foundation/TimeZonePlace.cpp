@@ -1,7 +1,5 @@
 #include "Platform/Foundation/TimeZonePlace.h"
 
-#include <unicode/timezone.h>
-
 #include <cmath>
 #include <fstream>
 #include <string>
@@ -33,7 +31,7 @@ std::optional<TimeZonePlace> placeOfCoordinates(std::string_view text) {
   return TimeZonePlace{*latitude, *longitude};
 }
 
-/// Columns are the country, the coordinates, the zone and a comment.
+/// By the table "zone.tab": its columns are the country, the coordinates, the zone and a comment.
 std::optional<TimeZonePlace> listedPlace(std::string_view name) {
   std::ifstream table(timeZoneFolder() / "zone.tab");
   for (std::string line; std::getline(table, line);) {
@@ -44,12 +42,16 @@ std::optional<TimeZonePlace> listedPlace(std::string_view name) {
   return {};
 }
 
+/// By the links of the compact source "tzdata.zi": a line for each, with "L", the present name and
+/// the old one. ICU's canonical names would not do: they are the old ones of many zones.
 std::string presentName(std::string_view name) {
-  icu::UnicodeString canonical;
-  UErrorCode error = U_ZERO_ERROR;
-  icu::TimeZone::getCanonicalID(icu::UnicodeString::fromUTF8(std::string(name)), canonical, error);
-  std::string text;
-  return U_SUCCESS(error) ? canonical.toUTF8String(text) : text;
+  std::ifstream source(timeZoneFolder() / "tzdata.zi");
+  for (std::string line; std::getline(source, line);) {
+    if (!line.starts_with("L ")) continue;
+    const auto columns = componentsSeparatedByString(line, " ");
+    if (columns.size() == 3 && columns[2] == name) return columns[1];
+  }
+  return {};
 }
 
 }  // namespace

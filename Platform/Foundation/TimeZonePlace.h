@@ -10,5 +10,6 @@ struct TimeZonePlace {
 };
 
 /// Where the principal city of a zone lies, by the table "zone.tab" beside the system's zone files.
-/// Old names of a zone count as its present one. Nothing for zones without a place, such as "UTC".
+/// An old name of a zone, by "tzdata.zi" there, counts as the present one. Nothing for zones
+/// without a place, such as "UTC".
 std::optional<TimeZonePlace> placeOfTimeZone(std::string_view name);

@@ -108,6 +108,38 @@ TEST(ZoneNamesInText, ARuleBySettingHasOnlyItsOffset) {
   NSTimeZone::resetSystemTimeZone();
 }
 
+struct GenericName {
+  const char* locale;
+  const char* zone;
+  const char* moment;
+  const char* text;
+};
+
+// Short identifiers, generic names and names by the season: CLDR 42 (timezone.xml, timeZoneNames).
+// Generic names are those of the whole year also in winter. The last summer before a zone keeps its
+// offset is a summer (Yukon, 2020), and so is one of two hours (London, 1945).
+TEST(ZoneNamesInText, OfTheWholeYear) {
+  for (const auto& [locale, zone, moment, text] :
+       {GenericName{"de_DE", "Europe/Berlin", "2024-01-15 12:00:00",
+                    "deber|MEZ|Mitteleuropäische Zeit|Mitteleuropäische Normalzeit"},
+        {"de_DE", "Europe/Berlin", "2024-07-15 12:00:00",
+         "deber|MEZ|Mitteleuropäische Zeit|Mitteleuropäische Sommerzeit"},
+        {"en_US", "America/New_York", "2024-12-01 12:00:00",
+         "usnyc|ET|Eastern Time|Eastern Standard Time"},
+        {"en_US", "Africa/Cairo", "2024-01-15 12:00:00",
+         "egcai|Egypt Time|Eastern European Time|Eastern European Standard Time"},
+        {"en_US", "Asia/Calcutta", "2024-01-15 12:00:00",
+         "inccu|India Time|India Standard Time|India Standard Time"},
+        {"en_US", "America/Whitehorse", "2020-07-15 12:00:00",
+         "cayxy|PT|Pacific Time|Pacific Daylight Time"},
+        {"en_US", "America/Whitehorse", "2024-07-15 12:00:00",
+         "cayxy|Whitehorse Time|Yukon Time|Yukon Time"},
+        {"en_GB", "Europe/London", "1945-06-15 12:00:00",
+         "gblon|United Kingdom Time|United Kingdom Time|British Summer Time"}}) {
+    EXPECT_EQ(formatted("V|v|vvvv|zzzz", locale, zone, utc(moment)), text) << zone << moment;
+  }
+}
+
 // The system's zone files, not the older ones inside the library: Cairo has summer time again
 // since 2023.
 TEST(ZoneNamesInText, RulesAreTheSystems) {

@@ -177,7 +177,8 @@ TEST_F(SystemZone, AnInstalledZoneStands) {
   EXPECT_EQ(NSTimeZone::systemTimeZone().name(), "UTC");
 }
 
-// By hand from the coordinates of the tz database: Sydney -3352+15113, Troll -720041+0023206.
+// By hand from the coordinates of the tz database: Sydney -3352+15113, Troll -720041+0023206. Old
+// names go by its links: Buenos Aires -3436-05827, Hobart -4253+14719, Kolkata +2232+08822.
 TEST(TimeZonePlace, IsThatOfThePrincipalCity) {
   struct Case {
     const char* zone;
@@ -186,6 +187,9 @@ TEST(TimeZonePlace, IsThatOfThePrincipalCity) {
   };
   for (const Case& sample : {Case{"Australia/Sydney", -33.8667, 151.2167},
                              {"Australia/NSW", -33.8667, 151.2167},
+                             {"America/Buenos_Aires", -34.6, -58.45},
+                             {"Australia/Currie", -42.8833, 147.3167},
+                             {"Asia/Calcutta", 22.5333, 88.3667},
                              {"Antarctica/Troll", -72.0114, 2.5350}}) {
     const auto place = placeOfTimeZone(sample.zone);
     ASSERT_TRUE(place) << sample.zone;
