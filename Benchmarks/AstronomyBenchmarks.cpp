@@ -1,10 +1,16 @@
-// What the records of Sun and Moon cost, beside a general astronomical library doing the same
-// work: link benchmark::benchmark and nova (Debian: libnova-dev).
+// What the records of Sun and Moon cost. The moon record stands beside the same search over the
+// 60-term Moon of ERFA; libnova's functions show what the full theories would cost. Link
+// benchmark::benchmark, erfa and nova (Debian: liberfa-dev, libnova-dev).
 
 #include <benchmark/benchmark.h>
+#include <erfa.h>
+#include <erfam.h>
 #include <libnova/libnova.h>
 
+#include <cmath>
+
 #include "Targets/VelmoraTime/Classes/MoonData.h"
+#include "Targets/VelmoraTime/Classes/RiseSetSearch.h"
 #include "Targets/VelmoraTime/Classes/SunData.h"
 #include "Targets/VelmoraTime/LightMapMath.h"
 
@@ -33,7 +39,7 @@ void sunRecord(benchmark::State& state) {
 }
 BENCHMARK(sunRecord);
 
-/// The rival: rise, set and three twilights only.
+/// The full theory's cost, and for rise, set and three twilights only.
 void libnovaSunEvents(benchmark::State& state) {
   ln_lnlat_posn observer{Longitude, Latitude};
   double time = Start;
@@ -59,6 +65,55 @@ void moonRecord(benchmark::State& state) {
 }
 BENCHMARK(moonRecord);
 
+/// The record of the same search over ERFA's Moon: 60 terms each for longitude, distance and
+/// latitude after Meeus, "Astronomical Algorithms", ch. 47, and their rates, which come with them.
+MoonData erfaMoonRecord(const NSDate& date, const NSTimeZone& zone, double longitude,
+                        double latitude) {
+  const ZoneMidnight midnight = zoneMidnight(date, zone);
+  const double start = midnight.modifiedJulianDate - midnight.zoneHours / 24;
+  const double sinLatitude = std::sin(latitude * AltitudeDegree);
+  const double cosLatitude = std::cos(latitude * AltitudeDegree);
+  double toEquatorOfDate[3][3];
+  eraPmat06(ERFA_DJM0, start, toEquatorOfDate);
+  const RiseSetSearch search = searchRiseAndSet([&](double hour) {
+    const double moment = start + hour / 24;
+    double moon[2][3], ofDate[3], rightAscension = 0, declination = 0;
+    eraMoon98(ERFA_DJM0, moment, moon);
+    eraRxp(toEquatorOfDate, moon[0], ofDate);
+    eraC2s(ofDate, &rightAscension, &declination);
+    const double hourAngle = lmst(moment, longitude) * 15 - rightAscension * ERFA_DR2D;
+    constexpr double EightMinutesOfArc = 0.00232710356629117;
+    return sineOfAltitude(declination * ERFA_DR2D, hourAngle, cosLatitude, sinLatitude) -
+           EightMinutesOfArc;
+  });
+  const auto event = [&](bool happens, double hour, int32_t absent) {
+    const int32_t seconds = happens ? secondsOfEvent(hour, midnight.zoneHours) : absent;
+    return eventSince1970(seconds, midnight);
+  };
+  return {{"rise", event(search.rises, search.riseHour, RiseSetNoRise)},
+          {"set", event(search.sets, search.setHour, RiseSetNoSet)}};
+}
+
+void moonRecordOverErfa(benchmark::State& state) {
+  const NSTimeZone zone = berlin();
+  double time = Start;
+  for (auto _ : state) {
+    time = nextDay(time);
+    benchmark::DoNotOptimize(erfaMoonRecord(dateAt(time), zone, Longitude, Latitude));
+  }
+  // Both must find the same events, or the comparison is void.
+  constexpr int Days = 100;
+  double apart = 0;
+  for (int day = 0; day < Days; ++day) {
+    const NSDate date = dateAt(Start + day * Day);
+    apart += std::abs(calculateMoonRiseAndSet(date, zone, Longitude, Latitude).at("rise") -
+                      erfaMoonRecord(date, zone, Longitude, Latitude).at("rise"));
+  }
+  state.counters["seconds_apart"] = apart / Days;
+}
+BENCHMARK(moonRecordOverErfa);
+
+/// The full theory's cost: some thousand terms for each position.
 void libnovaMoonEvents(benchmark::State& state) {
   ln_lnlat_posn observer{Longitude, Latitude};
   double time = Start;
@@ -106,7 +161,7 @@ void ephemerisUpdate(benchmark::State& state) {
 }
 BENCHMARK(ephemerisUpdate);
 
-/// The rival: equatorial positions of both by its full series, and sidereal time.
+/// The full theories' cost: equatorial positions of both, and sidereal time.
 void libnovaPositions(benchmark::State& state) {
   double time = Start;
   for (auto _ : state) {
