@@ -1,7 +1,10 @@
 #include "Shared/Database/HistoryDatabaseItem.h"
 
+#include <cstdlib>
+#include <iterator>
 #include <utility>
 
+#include "Platform/Dispatch/DispatchGroup.h"
 #include "Platform/Foundation/NSAssert.h"
 #include "Platform/Foundation/NSString.h"
 #include "Platform/Foundation/ObjectDescription.h"
@@ -12,18 +15,36 @@ namespace {
 /// Its address is the key under which a queue knows its item.
 constexpr char ItemKey = 0;
 
+/// So many writes of failed commits are kept: a database that never takes them must not fill the
+/// memory.
+constexpr size_t MaximumKept = 100'000;
+
+/// The commits that nobody waits for but the end of the process.
+const dispatch_group_t& commitsOnTheirWay() {
+  static const auto* const group = [] {
+    // The queues are there by now, so their threads stop after this. Work on one of them that ends
+    // the process would wait for itself.
+    std::atexit([] {
+      if (dispatch_get_specific(&ItemKey) == nullptr) dispatch_group_wait(commitsOnTheirWay());
+    });
+    return std::make_unique<dispatch_group_t>(dispatch_group_create()).release();
+  }();
+  return *group;
+}
+
 std::string textOfEntry(const PropertyList::Dictionary& write, std::string_view key) {
   const auto entry = write.find(key);
   const std::string* text = entry != write.end() ? entry->second.string() : nullptr;
   return text != nullptr ? *text : "";
 }
 
-bool runWrite(FMDatabase_Time& database, const PropertyList::Dictionary& write) {
+bool runWrite(FMDatabase_Time& database, const PropertyList::Dictionary& write,
+              std::optional<NSError>& error) {
   const std::string statement =
       stringByReplacingOccurrences(textOfEntry(write, "format"), "%@", textOfEntry(write, "table"));
   const auto entry = write.find("args");
   const PropertyList::Array* arguments = entry != write.end() ? entry->second.array() : nullptr;
-  return database.executeUpdate(statement,
+  return database.executeUpdate(statement, &error,
                                 arguments != nullptr ? *arguments : PropertyList::Array{});
 }
 
@@ -38,6 +59,7 @@ HistoryDatabaseItem_Time::HistoryDatabaseItem_Time(std::string path)
   dispatch_sync(queue_, [this] {
     database_->setLogsErrors(false);
     database_->setShouldCacheStatements(true);
+    database_->setWaitsForTurn(true);
     if (!database_->open()) DDLogLine("Could not open db.");
   });
 }
@@ -53,7 +75,10 @@ void HistoryDatabaseItem_Time::runAndWait(const std::function<void()>& work) {
 }
 
 void HistoryDatabaseItem_Time::close() {
-  runAndWait([this] { database_->close(); });
+  runAndWait([this] {
+    if (!taken_.empty()) runQueries();
+    database_->close();
+  });
 }
 
 void HistoryDatabaseItem_Time::addItem(PropertyList::Dictionary write) {
@@ -63,29 +88,50 @@ void HistoryDatabaseItem_Time::addItem(PropertyList::Dictionary write) {
 }
 
 void HistoryDatabaseItem_Time::commit() {
-  dispatch_async(queue_, [self = shared_from_this()] { self->runQueries(); });
+  dispatch_group_async(commitsOnTheirWay(), queue_, [self = shared_from_this()] {
+    self->takeQueries();
+    self->runQueries();
+  });
 }
 
 void HistoryDatabaseItem_Time::commitSync() {
-  runAndWait([this] { runQueries(); });
+  runAndWait([this] {
+    takeQueries();
+    runQueries();
+  });
+}
+
+void HistoryDatabaseItem_Time::takeQueries() {
+  busy_ = true;
+  taken_.insert(taken_.end(), std::make_move_iterator(queries_.begin()),
+                std::make_move_iterator(queries_.end()));
+  queries_.clear();
 }
 
 void HistoryDatabaseItem_Time::runQueries() {
-  busy_ = true;
-  PropertyList::Array queries = std::exchange(queries_, {});
-  if (!database_->beginTransaction() && database_->lastErrorCode() == FMResultBusy) {
-    queries_ = std::move(queries);
-    busy_ = false;
-    return;
-  }
-  for (const PropertyList& query : queries) {
-    runWrite(*database_, *query.dictionary());
-  }
+  std::optional<NSError> error;
+  const bool written = runTransaction(error);
   busy_ = false;
-  if (!database_->commit() && database_->inTransaction()) {
-    DDLogLine("Could not write to db: " + database_->lastErrorMessage());
-    database_->rollback();
+  if (!written) {
+    DDLogLine("Could not write to db: " + error->localizedDescription);
+    if (database_->inTransaction()) database_->rollback();
   }
+  // A rule that is checked at the end of a transaction would refuse the same writes again.
+  if (written || error->code == FMResultConstraint) taken_.clear();
+  if (taken_.size() > MaximumKept) {
+    DDLogLine("The oldest writes to db are given up.");
+    taken_.erase(taken_.begin(), taken_.end() - MaximumKept);
+  }
+}
+
+bool HistoryDatabaseItem_Time::runTransaction(std::optional<NSError>& error) {
+  if (!database_->beginTransaction(&error)) return false;
+  for (const PropertyList& write : taken_) {
+    if (runWrite(*database_, *write.dictionary(), error)) continue;
+    // A transaction that the failure has undone would let the other writes through one by one.
+    if (!database_->inTransaction() || !FMIsErrorOfStatement(error->code)) return false;
+  }
+  return database_->commit(&error);
 }
 
 void HistoryDatabaseItem_Time::queryDatabase(

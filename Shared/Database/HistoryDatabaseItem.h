@@ -3,6 +3,7 @@
 #include <atomic>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "Platform/Dispatch/DispatchQueue.h"
@@ -29,16 +30,18 @@ class HistoryDatabaseItem_Time : public std::enable_shared_from_this<HistoryData
   /// Whether writes are being run.
   bool busy() const { return busy_; }
 
-  /// Closes the database after the work before it, and waits for that. Writes that no `commit` has
-  /// taken are not written.
+  /// Closes the database after the work before it, and waits for that. Writes of failed commits are
+  /// tried once more; those that no commit has taken are not written.
   void close();
 
   /// Adds a write for the next commit: "format", an SQL statement in which "%@" stands for the
   /// table's name; "table", that name; "args", the list of values to be bound.
   void addItem(PropertyList::Dictionary write);
 
-  /// Runs the writes collected so far; one that fails does not stop the others. If another program
-  /// holds the database for longer than the connection waits, they stay for the next commit.
+  /// Runs the writes collected so far; one that is faulty does not stop the others. Where the
+  /// database takes none, because another program holds it for longer than the connection waits or
+  /// the disk is full, all of them stay for the next commit. `commit` does not wait, but a process
+  /// that ends in order does.
   void commit();
   void commitSync();
 
@@ -48,11 +51,17 @@ class HistoryDatabaseItem_Time : public std::enable_shared_from_this<HistoryData
 
  private:
   void runAndWait(const std::function<void()>& work);
+  void takeQueries();
   void runQueries();
+  /// Writes what was taken, or nothing of it.
+  bool runTransaction(std::optional<NSError>& error);
 
   const std::string path_;
   const std::shared_ptr<FMDatabase_Time> database_;
   const dispatch_queue_t queue_;
-  PropertyList::Array queries_;  ///< On the queue only.
+  // On the queue only.
+  PropertyList::Array queries_;
+  PropertyList::Array taken_;  ///< By commits, and not yet in the file.
+
   std::atomic<bool> busy_ = false;
 };

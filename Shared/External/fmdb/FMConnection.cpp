@@ -1,9 +1,14 @@
 #include "Shared/External/fmdb/FMConnection.h"
 
+#include <mutex>
+
 #include "Shared/External/Logging/DDLogLine.h"
 
 std::shared_ptr<FMConnection> FMConnection::open(const std::string& fileName, int flags,
                                                  const char* vfs, NSError& error) {
+  // The statistics are nobody's, and their one lock has connections wait for each other's threads.
+  static std::once_flag configured;
+  std::call_once(configured, [] { sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0); });
   sqlite3* handle = nullptr;
   const int code = sqlite3_open_v2(fileName.c_str(), &handle, flags, vfs);
   if (code == SQLITE_OK) return std::make_shared<FMConnection>(handle);

@@ -10,7 +10,21 @@
 #include "Shared/External/Logging/DDLogLine.h"
 
 static_assert(FMOpenReadOnly == SQLITE_OPEN_READONLY && FMOpenReadWrite == SQLITE_OPEN_READWRITE &&
-              FMOpenCreate == SQLITE_OPEN_CREATE && FMResultBusy == SQLITE_BUSY);
+              FMOpenCreate == SQLITE_OPEN_CREATE && FMResultConstraint == SQLITE_CONSTRAINT);
+
+bool FMIsErrorOfStatement(int64_t code) {
+  switch (code) {
+    case SQLITE_ERROR:
+    case SQLITE_TOOBIG:
+    case SQLITE_CONSTRAINT:
+    case SQLITE_MISMATCH:
+    case SQLITE_MISUSE:
+    case SQLITE_RANGE:
+      return true;
+    default:
+      return false;
+  }
+}
 
 std::shared_ptr<FMDatabase_Time> FMDatabase_Time::databaseWithPath(
     std::optional<std::string> path) {
@@ -60,7 +74,6 @@ bool FMDatabase_Time::close() {
     // First of all: what a call in progress makes now is no longer kept.
     const std::lock_guard lock(mutex_);
     connection = std::move(connection_);
-    inTransaction_ = false;
   }
   clearCachedStatements();
   closeOpenResultSets();

@@ -30,7 +30,11 @@ constexpr int FMOpenReadWrite = 2;
 constexpr int FMOpenCreate = 4;
 
 /// Answers of SQLite that a caller may want to tell apart.
-constexpr int FMResultBusy = 5;
+constexpr int FMResultConstraint = 19;
+
+/// Whether an error lies in the statement or its values, so that it would come again. Any other may
+/// pass: a lock, a full disk.
+bool FMIsErrorOfStatement(int64_t code);
 
 enum class FMTransactionKind { Exclusive, Deferred };
 
@@ -38,9 +42,9 @@ enum class FMTransactionKind { Exclusive, Deferred };
 /// be asked for.
 ///
 /// Any thread may call. Two execute calls do not run at once: the later one fails at once, with a
-/// log line that the connection is in use. Cursors are stepped independently of that. Closing may
-/// happen at any moment: it closes the open cursors, and the file as soon as a call in progress on
-/// another thread has ended.
+/// log line that the connection is in use, unless `setWaitsForTurn` has it wait. Cursors are
+/// stepped independently of that. Closing may happen at any moment: it closes the open cursors, and
+/// the file as soon as a call in progress on another thread has ended.
 class FMDatabase_Time : public std::enable_shared_from_this<FMDatabase_Time> {
  public:
   /// A closed connection to the file at `path`, which is resolved by `resolvedPath`. Null stands
@@ -80,6 +84,10 @@ class FMDatabase_Time : public std::enable_shared_from_this<FMDatabase_Time> {
   void setTraceExecution(bool traces) { traceExecution_ = traces; }
   bool checkedOut() const { return checkedOut_; }
   void setCheckedOut(bool checkedOut) { checkedOut_ = checkedOut; }
+
+  /// Whether an execute call waits for the end of another thread's, rather than fail.
+  bool waitsForTurn() const { return waitsForTurn_; }
+  void setWaitsForTurn(bool waits) { waitsForTurn_ = waits; }
 
   /// How long a call waits for a lock that another connection holds, in seconds; 0 or less: not.
   double maxBusyRetryTimeInterval() const { return maxBusyRetryTimeInterval_; }
@@ -154,11 +162,12 @@ class FMDatabase_Time : public std::enable_shared_from_this<FMDatabase_Time> {
   bool executeStatements(const std::string& sql) { return executeStatements(sql, nullptr); }
   bool executeStatements(const std::string& sql, const FMExecuteStatementsBlock& resultBlock);
 
-  bool inTransaction() const { return inTransaction_; }
+  /// By SQLite's own word: some failures, such as a full disk, undo a transaction by themselves.
+  bool inTransaction() const;
   /// Takes the lock for writing at once; `beginDeferredTransaction` when it is first needed.
-  bool beginTransaction();
+  bool beginTransaction(std::optional<NSError>* error = nullptr);
   bool beginDeferredTransaction();
-  bool commit();
+  bool commit(std::optional<NSError>* error = nullptr);
   bool rollback();
   /// Runs `block` within a transaction: commits, or undoes what it did if it asks for that, throws
   /// or cannot be committed. False if the transaction could not be begun, in which case nothing is
@@ -248,6 +257,9 @@ class FMDatabase_Time : public std::enable_shared_from_this<FMDatabase_Time> {
   using Statements = std::vector<std::shared_ptr<FMStatement_Time>>;
   using StatementCache = std::unordered_map<std::string, Statements, TextHash, std::equal_to<>>;
 
+  /// Whether a statement's text may come again, so that the statement is worth keeping.
+  enum class TextUse { Repeated, Once };
+
   explicit FMDatabase_Time(std::optional<std::string> path);
 
   std::shared_ptr<FMConnection> connection() const;
@@ -257,8 +269,8 @@ class FMDatabase_Time : public std::enable_shared_from_this<FMDatabase_Time> {
   std::shared_ptr<FMResultSet_Time> executeQueryWithArguments(std::string_view sql,
                                                               const FMArguments& arguments);
   bool executeUpdateWithArguments(std::string_view sql, std::optional<NSError>* error,
-                                  const FMArguments& arguments);
-  bool runUpdate(std::string_view sql, const FMArguments& arguments, NSError& error);
+                                  const FMArguments& arguments, TextUse use = TextUse::Repeated);
+  bool runUpdate(std::string_view sql, const FMArguments& arguments, TextUse use, NSError& error);
   std::shared_ptr<FMStatement_Time> statementForQuery(
       const std::shared_ptr<FMConnection>& connection, std::string_view sql, NSError& error);
   std::shared_ptr<FMStatement_Time> cachedStatementForQuery(std::string_view sql);
@@ -283,7 +295,7 @@ class FMDatabase_Time : public std::enable_shared_from_this<FMDatabase_Time> {
   std::atomic<bool> crashOnErrors_ = false;
   std::atomic<bool> traceExecution_ = false;
   std::atomic<bool> checkedOut_ = false;
-  std::atomic<bool> inTransaction_ = false;
+  std::atomic<bool> waitsForTurn_ = false;
   std::atomic<bool> isExecutingStatement_ = false;
   std::atomic<double> maxBusyRetryTimeInterval_ = 2;
 

@@ -13,22 +13,30 @@
 
 namespace {
 
-/// Marks the connection as in use for the length of a call, unless it is already.
+/// Marks the connection as in use for the length of a call, unless it is already. One that waits
+/// does so until it is not.
 class ExecutionGuard {
  public:
-  explicit ExecutionGuard(std::atomic<bool>& inUse)
-      : inUse_(inUse), isFirst_(!inUse.exchange(true)) {}
+  ExecutionGuard(std::atomic<bool>& inUse, bool waits)
+      : inUse_(inUse), isFirst_(!inUse.exchange(true)) {
+    while (waits && !isFirst_) {
+      inUse_.wait(true);
+      isFirst_ = !inUse_.exchange(true);
+    }
+  }
   ExecutionGuard(const ExecutionGuard&) = delete;
   ExecutionGuard& operator=(const ExecutionGuard&) = delete;
   ~ExecutionGuard() {
-    if (isFirst_) inUse_ = false;
+    if (!isFirst_) return;
+    inUse_ = false;
+    inUse_.notify_one();
   }
 
   bool isFirst() const { return isFirst_; }
 
  private:
   std::atomic<bool>& inUse_;
-  const bool isFirst_;
+  bool isFirst_;
 };
 
 void trace(const std::string& database, const char* call, std::string_view sql) {
@@ -83,7 +91,7 @@ std::shared_ptr<FMResultSet_Time> FMDatabase_Time::executeQueryWithArguments(
   NSError error;
   const auto current = connectionForCall(error);
   if (!current) return nullptr;
-  const ExecutionGuard guard(isExecutingStatement_);
+  const ExecutionGuard guard(isExecutingStatement_, waitsForTurn_);
   if (!guard.isFirst()) {
     warnInUse();
     return nullptr;
@@ -109,18 +117,18 @@ std::shared_ptr<FMResultSet_Time> FMDatabase_Time::executeQueryWithArguments(
 
 bool FMDatabase_Time::executeUpdateWithArguments(std::string_view sql,
                                                  std::optional<NSError>* error,
-                                                 const FMArguments& arguments) {
+                                                 const FMArguments& arguments, TextUse use) {
   NSError failure;
-  const bool succeeded = runUpdate(sql, arguments, failure);
+  const bool succeeded = runUpdate(sql, arguments, use, failure);
   if (!succeeded && error != nullptr) *error = std::move(failure);
   return succeeded;
 }
 
-bool FMDatabase_Time::runUpdate(std::string_view sql, const FMArguments& arguments,
+bool FMDatabase_Time::runUpdate(std::string_view sql, const FMArguments& arguments, TextUse use,
                                 NSError& error) {
   const auto current = connectionForCall(error);
   if (!current) return false;
-  const ExecutionGuard guard(isExecutingStatement_);
+  const ExecutionGuard guard(isExecutingStatement_, waitsForTurn_);
   if (!guard.isFirst()) {
     error = warnInUse();
     return false;
@@ -147,7 +155,7 @@ bool FMDatabase_Time::runUpdate(std::string_view sql, const FMArguments& argumen
                sql);
   }
   const std::lock_guard lock(mutex_);
-  if (connection_ == current) cacheStatement(statement, sql);
+  if (connection_ == current && use == TextUse::Repeated) cacheStatement(statement, sql);
   statement->setInUse(false);
   return succeeded;
 }

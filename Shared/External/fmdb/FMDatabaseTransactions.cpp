@@ -1,6 +1,7 @@
 #include <atomic>
 
 #include "Platform/Foundation/NSString.h"
+#include "Shared/External/fmdb/FMConnection.h"
 #include "Shared/External/fmdb/FMDatabase.h"
 
 namespace {
@@ -11,29 +12,24 @@ std::string savePointName(std::string_view name) {
 
 }  // namespace
 
-bool FMDatabase_Time::beginTransaction() {
-  if (!executeUpdate("begin exclusive transaction")) return false;
-  inTransaction_ = true;
-  return true;
+bool FMDatabase_Time::inTransaction() const {
+  const auto current = connection();
+  return current && sqlite3_get_autocommit(current->handle()) == 0;
+}
+
+bool FMDatabase_Time::beginTransaction(std::optional<NSError>* error) {
+  return executeUpdateWithArguments("begin exclusive transaction", error, {});
 }
 
 bool FMDatabase_Time::beginDeferredTransaction() {
-  if (!executeUpdate("begin deferred transaction")) return false;
-  inTransaction_ = true;
-  return true;
+  return executeUpdate("begin deferred transaction");
 }
 
-bool FMDatabase_Time::commit() {
-  if (!executeUpdate("commit transaction")) return false;
-  inTransaction_ = false;
-  return true;
+bool FMDatabase_Time::commit(std::optional<NSError>* error) {
+  return executeUpdateWithArguments("commit transaction", error, {});
 }
 
-bool FMDatabase_Time::rollback() {
-  if (!executeUpdate("rollback transaction")) return false;
-  inTransaction_ = false;
-  return true;
-}
+bool FMDatabase_Time::rollback() { return executeUpdate("rollback transaction"); }
 
 bool FMDatabase_Time::inTransaction(FMTransactionKind kind,
                                     const std::function<void(bool& rollback)>& block) {
@@ -50,23 +46,24 @@ bool FMDatabase_Time::inTransaction(FMTransactionKind kind,
   if (undo) return rollback();
   if (commit()) return true;
   // Left open, it would swallow whatever comes next.
-  rollback();
+  if (inTransaction()) rollback();
   return false;
 }
 
 bool FMDatabase_Time::startSavePointWithName(std::string_view name, std::optional<NSError>* error) {
-  return executeUpdate("savepoint " + savePointName(name), error, PropertyList::Array{});
+  return executeUpdateWithArguments("savepoint " + savePointName(name), error, {}, TextUse::Once);
 }
 
 bool FMDatabase_Time::releaseSavePointWithName(std::string_view name,
                                                std::optional<NSError>* error) {
-  return executeUpdate("release savepoint " + savePointName(name), error, PropertyList::Array{});
+  return executeUpdateWithArguments("release savepoint " + savePointName(name), error, {},
+                                    TextUse::Once);
 }
 
 bool FMDatabase_Time::rollbackToSavePointWithName(std::string_view name,
                                                   std::optional<NSError>* error) {
-  return executeUpdate("rollback transaction to savepoint " + savePointName(name), error,
-                       PropertyList::Array{});
+  return executeUpdateWithArguments("rollback transaction to savepoint " + savePointName(name),
+                                    error, {}, TextUse::Once);
 }
 
 std::optional<NSError> FMDatabase_Time::inSavePoint(

@@ -21,6 +21,7 @@ bool isLetter(char letter) {
 
 bool isField(char letter, int width) {
   if (letter == 'M') return width <= 2;  // Longer ones are names.
+  if (letter == 'y') return width != 2;  // The year without its century, which is lost.
   return std::string_view("ydHmsS").find(letter) != std::string_view::npos;
 }
 

@@ -9,13 +9,14 @@
 
 /// How dates are stored as text: a pattern of the numeric fields of a date in GMT, such as
 /// "yyyy-MM-dd HH:mm:ss.SSS". The fields are y, M, d, H, m, s and S; a field's width is its number
-/// of letters at least, and 3 letters of M would be a name and are none of them. Text between
-/// apostrophes and signs that are no letters stand for themselves.
+/// of letters at least. 3 letters of M, which would be a name, and 2 of y, which would be a year
+/// without its century, are none of them. Text between apostrophes and signs that are no letters
+/// stand for themselves.
 ///
 /// A value that any thread may use.
 class FMDateFormat {
  public:
-  /// Null for a pattern with another letter in it.
+  /// Null for a pattern with another field in it.
   static std::optional<FMDateFormat> formatWithPattern(std::string_view pattern);
 
   std::string stringFromDate(const NSDate& date) const;

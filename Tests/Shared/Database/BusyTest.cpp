@@ -1,14 +1,11 @@
-// Two processes on one file. The clock of the program stands still in these tests: the wait for a
+// Two connections to one file. The clock of the program stands still in these tests: the wait for a
 // lock must end all the same.
-
-#include <signal.h>
 
 #include <chrono>
 #include <future>
 
 #include "Platform/Foundation/SystemClock.h"
 #include "Tests/Shared/Database/DatabaseFixture.h"
-#include "Tests/Support/ChildProcess.h"
 
 namespace {
 
@@ -20,10 +17,9 @@ class Busy : public DatabaseFixture {
   Busy() : database_(numbers("busy.db", 3)) { SystemClock::install(&standingClock_); }
   ~Busy() override { SystemClock::install(nullptr); }
 
-  std::unique_ptr<ChildProcess> lockFile() const {
-    auto holder = std::make_unique<ChildProcess>(
-        std::vector<std::string>{DATABASE_TEST_HELPER, pathTo("busy.db")});
-    EXPECT_TRUE(waitUntil([&] { return holder->output() == "locked\n"; })) << holder->errors();
+  std::shared_ptr<FMDatabase_Time> lockFile() const {
+    auto holder = FMDatabase_Time::databaseWithPath(pathTo("busy.db"));
+    EXPECT_TRUE(holder->open() && holder->beginTransaction());
     return holder;
   }
 

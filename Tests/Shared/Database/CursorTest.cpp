@@ -78,6 +78,10 @@ TEST_F(Cursor, TwoOnOneTextGoTheirOwnWays) {
   EXPECT_EQ(database->intForQuery(query, 0), 1);
   EXPECT_EQ(statementCount(*database), 2);
 
+  // A save point's text never comes again.
+  database->inSavePoint([](bool&) {});
+  EXPECT_EQ(statementCount(*database), 2);
+
   const auto third = database->executeQuery(query, 0);
   ASSERT_TRUE(third->next());
   database->clearCachedStatements();

@@ -1,8 +1,6 @@
 #include "Tests/Shared/Database/DatabaseFixture.h"
 
 #include <atomic>
-#include <fstream>
-#include <iterator>
 #include <mutex>
 #include <utility>
 
@@ -55,13 +53,4 @@ std::shared_ptr<FMDatabase_Time> DatabaseFixture::numbers(std::string_view name,
 std::vector<std::string> DatabaseFixture::logLines() {
   DDLog_Time::flushLog();
   return collector_->takeLines();
-}
-
-std::string readFile(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-void writeFile(const std::string& path, std::string_view bytes) {
-  std::ofstream(path, std::ios::binary) << bytes;
 }

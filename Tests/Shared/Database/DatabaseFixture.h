@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "Shared/External/fmdb/FMDatabase.h"
+#include "Tests/Platform/Support/Files.h"
 
 class LineCollector;
 
@@ -30,9 +31,6 @@ class DatabaseFixture : public testing::Test {
   std::filesystem::path folder_;
   std::shared_ptr<LineCollector> collector_;
 };
-
-std::string readFile(const std::string& path);
-void writeFile(const std::string& path, std::string_view bytes);
 
 /// What `work` writes to the system log.
 template <typename Work>

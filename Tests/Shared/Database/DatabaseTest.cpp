@@ -218,6 +218,11 @@ TEST_F(Database, UndoesWhatATransactionShouldNotLeave) {
   EXPECT_FALSE(database->inTransaction());
   EXPECT_EQ(count(), 1);
 
+  // Some failures undo the whole transaction by themselves.
+  EXPECT_TRUE(database->beginTransaction());
+  EXPECT_FALSE(database->executeUpdate("insert or rollback into numbers (rowid) values (1)"));
+  EXPECT_FALSE(database->inTransaction());
+
   EXPECT_TRUE(database->beginDeferredTransaction());
   insert();
   database->close();

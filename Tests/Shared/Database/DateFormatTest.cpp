@@ -33,7 +33,7 @@ TEST(DateFormat, RefusesWhatIsNoDate) {
                            "2023-01-01 -1:00", "99999999999999-01-01 00:00"}) {
     EXPECT_EQ(format->dateFromString(text), std::nullopt) << text;
   }
-  for (const char* pattern : {"EEEE", "d MMM", "hh:mm a"}) {
+  for (const char* pattern : {"EEEE", "d MMM", "hh:mm a", "yy-MM-dd"}) {
     EXPECT_FALSE(FMDateFormat::formatWithPattern(pattern).has_value()) << pattern;
   }
 }

@@ -1,5 +1,11 @@
 // The store of measured values.
 
+#include <atomic>
+#include <cstdlib>
+#include <iostream>
+#include <thread>
+
+#include "Platform/Dispatch/Dispatch.h"
 #include "Shared/Database/HistoryDatabaseController.h"
 #include "Tests/Shared/Database/DatabaseFixture.h"
 #include "Tests/Support/ChildProcess.h"
@@ -11,7 +17,7 @@ using Lines = std::vector<std::string>;
 PropertyList::Dictionary write(int number, const char* table = "numbers") {
   return {{"format", "insert into %@ values (?, ?)"},
           {"table", table},
-          {"args", PropertyList::Array{number, "new"}}};
+          {"args", PropertyList::Array{number, std::string(5000, 'x')}}};
 }
 
 int countIn(HistoryDatabaseItem_Time& item) {
@@ -63,18 +69,86 @@ TEST_F(History, AFailingWriteDoesNotStopTheOthers) {
   EXPECT_EQ(logLines(), Lines{});
 }
 
-TEST_F(History, WritesWaitForALockedDatabase) {
-  const auto store = item();
+TEST_F(History, WritesWaitForADatabaseThatTakesNone) {
   const auto locker = FMDatabase_Time::databaseWithPath(pathTo("history.db"));
-  ASSERT_TRUE(locker->open() && locker->beginTransaction());
-  store->database()->setMaxBusyRetryTimeInterval(0);
-  store->addItem(write(1));
-  store->commitSync();
-  ASSERT_TRUE(locker->commit());
-  EXPECT_EQ(countIn(*store), 0);
-  store->addItem(write(2));
-  store->commitSync();
-  EXPECT_EQ(countIn(*store), 2);
+  const auto limitPages = [](HistoryDatabaseItem_Time& store, const char* pages) {
+    store.queryDatabase([pages](FMDatabase_Time& db) {
+      db.executeQuery(std::string("pragma max_page_count = ") + pages)->next();
+    });
+  };
+  using Item = HistoryDatabaseItem_Time;
+  const struct {
+    const char* name;
+    std::function<void(Item&)> fails;
+    std::function<void(Item&)> mends;
+    void (Item::*triesAgain)();
+  } cases[] = {
+      {"locked", [&](Item&) { locker->beginTransaction(); }, [&](Item&) { locker->commit(); },
+       &Item::commitSync},
+      {"locked until the close", [&](Item&) { locker->beginTransaction(); },
+       [&](Item&) { locker->commit(); }, &Item::close},
+      // A write takes more than a page of 4096 bytes.
+      {"full", [&](Item& store) { limitPages(store, "3"); },
+       [&](Item& store) { limitPages(store, "1000"); }, &Item::commitSync},
+  };
+  for (const auto& entry : cases) {
+    std::filesystem::remove(pathTo("history.db"));
+    const auto store = item();
+    ASSERT_TRUE(locker->open());
+    store->database()->setMaxBusyRetryTimeInterval(0);
+    entry.fails(*store);
+    store->addItem(write(1, "nowhere"));
+    for (const int number : {2, 3, 4})
+      store->addItem(write(number));
+    store->commitSync();
+    entry.mends(*store);
+    EXPECT_FALSE(store->database()->inTransaction()) << entry.name;
+    EXPECT_EQ(locker->intForQuery("select count(*) from numbers"), 0) << entry.name;
+    ((*store).*entry.triesAgain)();
+    EXPECT_EQ(locker->stringForQuery("select group_concat(n) from numbers"), "2,3,4") << entry.name;
+    locker->close();
+  }
+}
+
+TEST_F(History, AnotherThreadsCallsCostNoWrite) {
+  const auto store = item();
+  std::atomic<bool> done = false;
+  std::thread other([&] {
+    while (!done)
+      store->database()->executeQuery("select 1");
+  });
+  for (int number = 1; number <= 200; ++number) {
+    store->addItem(write(number));
+    store->commitSync();
+  }
+  done = true;
+  other.join();
+  EXPECT_EQ(countIn(*store), 200);
+  EXPECT_EQ(logLines(), Lines{});
+}
+
+// The item's queue is held until the process is about to end. What was arranged first for the end
+// comes last.
+TEST_F(History, TheOrdinaryEndOfAProcessWritesWhatWasCommitted) {
+  static std::string path;
+  static dispatch_semaphore_t ending;
+  path = pathTo("history.db");
+  ending = dispatch_semaphore_create(0);
+  const auto end = [&] {
+    std::atexit([] {
+      const auto reader = FMDatabase_Time::databaseWithPath(path);
+      reader->open();
+      std::cerr << reader->intForQuery("select count(*) from numbers") << " written";
+    });
+    const auto store = item();
+    store->queryDatabaseAsync([](FMDatabase_Time&) { dispatch_semaphore_wait(ending); });
+    store->addItem(write(1));
+    store->commit();
+    std::atexit([] { dispatch_semaphore_signal(ending); });
+    std::exit(0);
+  };
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_EXIT(end(), testing::ExitedWithCode(0), "1 written");
 }
 
 TEST_F(History, EndsTheProgramRatherThanWaitForItself) {
@@ -143,6 +217,32 @@ TEST_F(History, ABadBackupLeavesNoFile) {
   }
   for (const auto& entry : std::filesystem::directory_iterator(pathTo("")))
     EXPECT_EQ(entry.path().string().find("restored"), std::string::npos) << entry.path();
+}
+
+TEST_F(History, WhoAsksDuringARestoreGetsTheDatabaseBeforeOrBehindIt) {
+  HistoryDatabaseController_Time controller;
+  const std::string path = pathTo("asked.db");
+  numbers("backup.db", 3)->close();
+  controller.restoreBackup(pathTo("backup.db"), path);
+  std::atomic<bool> done = false;
+  std::thread asking([&] {
+    while (!done) {
+      controller.databaseWithPath(path);
+      // Were it missing at any moment, a crash then would leave none.
+      EXPECT_TRUE(std::filesystem::exists(path));
+    }
+  });
+  for (int round = 0; round < 50; ++round) {
+    EXPECT_TRUE(controller.restoreBackup(pathTo("backup.db"), path));
+    const auto store = controller.databaseWithPath(path);
+    store->addItem(write(4));
+    store->commitSync();
+    const auto reader = FMDatabase_Time::databaseWithPath(path);
+    ASSERT_TRUE(reader->open());
+    EXPECT_EQ(reader->intForQuery("select count(*) from numbers"), 4);
+  }
+  done = true;
+  asking.join();
 }
 
 }  // namespace

@@ -85,6 +85,8 @@ TEST_F(Queue, UndoesAndReports) {
   }),
             std::nullopt);
   EXPECT_EQ(numberIn(*shared), 1);
+  shared->inSavePoint([](FMDatabase_Time& db, bool&) { db.executeUpdate(Increment); });
+  EXPECT_EQ(numberIn(*shared), 2);
   // A rule that is checked at the end: the commit fails, and the next piece begins afresh.
   EXPECT_TRUE(shared->inDatabase([](FMDatabase_Time& db) {
     db.executeStatements(
@@ -97,7 +99,7 @@ TEST_F(Queue, UndoesAndReports) {
   }));
   EXPECT_TRUE(
       shared->inTransaction([](FMDatabase_Time& db, bool&) { db.executeUpdate(Increment); }));
-  EXPECT_EQ(numberIn(*shared), 2);
+  EXPECT_EQ(numberIn(*shared), 3);
 
   std::shared_ptr<FMResultSet_Time> left;
   shared->inDatabase([&](FMDatabase_Time& db) { left = db.executeQuery("select 1"); });

@@ -1,5 +1,4 @@
-// One connection under several threads, as lookups and searches share it; for the thread sanitizer
-// above all.
+// One connection under several threads; for the thread sanitizer above all.
 
 #include <atomic>
 #include <thread>
@@ -10,44 +9,6 @@
 namespace {
 
 class Threads : public DatabaseFixture {};
-
-TEST_F(Threads, ALookupAndASearchShareAConnection) {
-  const auto database = numbers("shared.db", 500);
-  database->setShouldCacheStatements(true);
-  std::atomic<bool> done = false;
-  std::atomic<int> refused = 0;
-  std::thread search([&] {
-    for (int pass = 0; pass < 100; ++pass) {
-      const auto rows = database->executeQuery("select * from numbers order by n");
-      if (!rows) {
-        ++refused;
-        continue;
-      }
-      int64_t expected = 0;
-      while (rows->next())
-        EXPECT_EQ(rows->resultDictionary()->at("n"), PropertyList(++expected));
-      EXPECT_EQ(expected, 500);
-    }
-    done = true;
-  });
-  int found = 0;
-  for (int number = 1; !done || found == 0; number = number % 500 + 1) {
-    const auto row = database->executeQuery("select word from numbers where n = ?", number);
-    if (!row) {
-      ++refused;
-      continue;
-    }
-    ASSERT_TRUE(row->next());
-    EXPECT_EQ(row->stringForColumnIndex(0), "word " + std::to_string(number));
-    ++found;
-  }
-  search.join();
-  const std::string words = "The FMDatabase " + database->description() + " is currently in use.";
-  const auto lines = logLines();
-  EXPECT_EQ(std::count(lines.begin(), lines.end(), words), refused);
-  EXPECT_EQ(static_cast<int>(lines.size()), refused);
-  EXPECT_FALSE(database->hasOpenResultSets());
-}
 
 // The first call waits for another connection's lock, which is held until the second one has been
 // answered.
