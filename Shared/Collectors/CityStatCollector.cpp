@@ -36,6 +36,15 @@ std::string selection(const std::vector<std::string_view>& columns, std::string_
   return query + " LIMIT " + std::to_string(MaximumRows);
 }
 
+std::vector<CityRecord> rows(FMDatabase_Time& database, const std::string& query) {
+  std::vector<CityRecord> records;
+  const auto cursor = database.executeQuery(query);
+  while (cursor && cursor->next()) {
+    if (auto record = cursor->resultDictionary()) records.push_back(std::move(*record));
+  }
+  return records;
+}
+
 void append(std::vector<CityRecord>& cities, std::vector<CityRecord> more) {
   cities.insert(cities.end(), std::make_move_iterator(more.begin()),
                 std::make_move_iterator(more.end()));
@@ -88,6 +97,7 @@ std::shared_ptr<FMDatabase_Time> CityStatCollector_Time::database() const {
 void CityStatCollector_Time::loadDatabase() {
   dispatch_async(queue_, [self = shared_from_this()] {
     const auto database = FMDatabase_Time::databaseWithPath(DatabasePath);
+    database->setWaitsForTurn(true);
     database->openWithFlags(FMOpenReadOnly);
     {
       const std::lock_guard guard(self->mutex_);
@@ -98,14 +108,11 @@ void CityStatCollector_Time::loadDatabase() {
   });
 }
 
-std::vector<CityRecord> CityStatCollector_Time::rows(const std::string& query) {
-  std::vector<CityRecord> records;
-  const auto database = this->database();
-  const auto cursor = database ? database->executeQuery(query) : nullptr;
-  while (cursor && cursor->next()) {
-    if (auto record = cursor->resultDictionary()) records.push_back(std::move(*record));
-  }
-  return records;
+std::shared_ptr<FMDatabase_Time> CityStatCollector_Time::databaseForSearch() const {
+  const auto lookups = database();
+  if (!lookups || lookups->db() == nullptr) return nullptr;
+  auto own = FMDatabase_Time::databaseWithPath(DatabasePath);
+  return own->openWithFlags(FMOpenReadOnly) ? own : nullptr;
 }
 
 std::optional<CityRecord> CityStatCollector_Time::cityWithIdentifier(
@@ -141,19 +148,22 @@ void CityStatCollector_Time::runSearchQueue() {
 }
 
 std::vector<CityRecord> CityStatCollector_Time::citiesWithMatch(std::string_view text) {
-  auto cities = rows(selection({"city", "city_plain", "state"}, text));
-  if (cities.size() < MaximumRows) append(cities, rows(selection({"country"}, text)));
+  const auto database = databaseForSearch();
+  if (!database) return {};
+  auto cities = rows(*database, selection({"city", "city_plain", "state"}, text));
+  if (cities.size() < MaximumRows) append(cities, rows(*database, selection({"country"}, text)));
   const std::string lowered = lowercaseString(text);
   for (const SaintForm& form : SaintForms) {
     if (!lowered.starts_with(form.prefix)) continue;
     for (const std::string_view expansion : form.expansions) {
       const std::string expanded = std::string(expansion).append(text.substr(form.prefix.size()));
-      append(cities, rows(selection({"city", "city_plain"}, expanded)));
+      append(cities, rows(*database, selection({"city", "city_plain"}, expanded)));
     }
   }
   return cities;
 }
 
 std::vector<CityRecord> CityStatCollector_Time::citiesWithStateMatch(std::string_view text) {
-  return rows(selection({"state"}, text));
+  const auto database = databaseForSearch();
+  return database ? rows(*database, selection({"state"}, text)) : std::vector<CityRecord>();
 }

@@ -32,7 +32,9 @@ class CityStatCollectorDelegate {
 /// The cities of the world, from the read-only database that is installed beside the program. A
 /// database that is missing or damaged has no cities; nothing is said about it.
 ///
-/// `searchWithString` belongs to the main thread; everything else may be called from any.
+/// `searchWithString` belongs to the main thread; everything else may be called from any. Lookups
+/// share a connection and take turns, a matter of microseconds; each search has one of its own, so
+/// that no lookup waits for it.
 class CityStatCollector_Time : public std::enable_shared_from_this<CityStatCollector_Time> {
  public:
   /// Made at the first call and kept for the life of the process.
@@ -67,7 +69,8 @@ class CityStatCollector_Time : public std::enable_shared_from_this<CityStatColle
  private:
   std::shared_ptr<FMDatabase_Time> database() const;
   std::vector<std::shared_ptr<CityStatCollectorDelegate>> livingDelegates() const;
-  std::vector<CityRecord> rows(const std::string& query);
+  /// Null where there is no database to look into.
+  std::shared_ptr<FMDatabase_Time> databaseForSearch() const;
   void runSearchQueue();
 
   const dispatch_queue_t queue_;

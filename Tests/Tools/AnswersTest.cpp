@@ -158,6 +158,8 @@ TEST(Answers, Cities) {
   ASSERT_EQ(cities.size(), 529);
   EXPECT_EQ(cities[0]["city"], "São Paulo");
   EXPECT_EQ(timectl({"cities", "search", "Utopia"}).output, "[]\n");
+  EXPECT_EQ(Json::parse(timectl({"cities", "search", "Huai'an"}).output)[0]["timezone"],
+            "Asia/Shanghai");
 }
 
 TEST(Answers, HelpAndVersion) {

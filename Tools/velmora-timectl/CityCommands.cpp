@@ -1,6 +1,7 @@
 #include <array>
 
 #include "Platform/Dispatch/Dispatch.h"
+#include "Platform/Foundation/NSString.h"
 #include "Shared/Collectors/CityStatCollector.h"
 #include "Tools/velmora-timectl/Command.h"
 #include "Tools/velmora-timectl/Errors.h"
@@ -25,6 +26,9 @@ class LoadedCities : public CityStatCollectorDelegate {
   const dispatch_semaphore_t loaded_ = dispatch_semaphore_create(0);
 };
 
+/// The collector puts texts between the apostrophes of an SQL text, where two stand for one.
+std::string escaped(std::string_view text) { return stringByReplacingOccurrences(text, "'", "''"); }
+
 Json cityJson(const CityRecord& city) {
   Json json = Json::object();
   for (const char* column : {"identifier", "city", "city_plain", "state", "country", "timezone",
@@ -38,7 +42,7 @@ Json cityJson(const CityRecord& city) {
 Json getCity(const Arguments& arguments) {
   arguments.expectRest(std::array<std::string_view, 2>{"get", "ID"});
   const std::string& identifier = arguments.rest()[1];
-  const auto city = LoadedCities::collector().cityWithIdentifier(identifier);
+  const auto city = LoadedCities::collector().cityWithIdentifier(escaped(identifier));
   if (!city) {
     throw CommandFailure("there is no city '" + identifier +
                          "' in the database; 'cities search TEXT' finds identifiers");
@@ -53,7 +57,7 @@ Json searchCities(const Arguments& arguments) {
     throw UsageError("cities search: TEXT is empty; give the beginning of a name");
   }
   Json list = Json::array();
-  for (const CityRecord& city : LoadedCities::collector().citiesWithMatch(text))
+  for (const CityRecord& city : LoadedCities::collector().citiesWithMatch(escaped(text)))
     list.push_back(cityJson(city));
   return list;
 }
