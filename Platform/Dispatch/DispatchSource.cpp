@@ -139,7 +139,7 @@ class DispatchFileWatch::State : public std::enable_shared_from_this<State> {
   }
 
   void cancel() {
-    if (&loop_ == &NSRunLoop::mainRunLoop()) loop_.unwatchDescriptor(watch_);
+    if (watch_ != 0 && &loop_ == &NSRunLoop::mainRunLoop()) loop_.unwatchDescriptor(watch_);
     handler_.cancel();
   }
 
@@ -202,9 +202,4 @@ DispatchFileWatch& DispatchFileWatch::operator=(DispatchFileWatch&& other) noexc
 
 void DispatchFileWatch::reset() {
   if (const auto state = std::exchange(state_, nullptr)) state->cancel();
-}
-
-void DispatchFileWatch::look() {
-  // Held here: the handler may drop the watch.
-  if (const auto state = state_; state && state->takeNews()) state->deliver();
 }

@@ -37,8 +37,7 @@ class [[nodiscard]] DispatchTimer {
 /// `DispatchTimer`.
 ///
 /// The main run loop hears of what happened and hands the handler to the queue, so nothing is
-/// noticed while the main thread is busy; `look` does not wait for it. The file itself is watched,
-/// whatever its name:
+/// noticed while the main thread is busy. The file itself is watched, whatever its name:
 ///
 /// | what happens                                      | seen here                        |
 /// |---------------------------------------------------|----------------------------------|
@@ -59,10 +58,6 @@ class [[nodiscard]] DispatchFileWatch {
   ~DispatchFileWatch() { reset(); }
 
   void reset();
-
-  /// Runs the handler here and now if one of the events has happened and the handler has not run
-  /// for it. To be called from the queue's own work. The handler may drop this watch.
-  void look();
 
  private:
   class State;

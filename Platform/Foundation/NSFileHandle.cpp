@@ -55,8 +55,9 @@ bool NSFileHandle::endsInLineEnd() const {
 bool NSFileHandle::isFileAtPath(const std::filesystem::path& path) const {
   struct stat own {};
   struct stat other {};
-  return fstat(descriptor_, &own) == 0 && stat(path.c_str(), &other) == 0 &&
-         own.st_ino == other.st_ino && own.st_dev == other.st_dev;
+  // A folder that can no longer be looked into does not mean that the file has gone.
+  if (stat(path.c_str(), &other) != 0) return errno != ENOENT && errno != ENOTDIR;
+  return fstat(descriptor_, &own) == 0 && own.st_ino == other.st_ino && own.st_dev == other.st_dev;
 }
 
 void NSFileHandle::synchronizeFile() {

@@ -32,7 +32,7 @@ class NSFileHandle {
   /// Whether the file is empty or ends in a line end.
   bool endsInLineEnd() const;
 
-  /// Whether this very file is the one at `path`.
+  /// Whether this very file is the one at `path`, as far as it can be told.
   bool isFileAtPath(const std::filesystem::path& path) const;
 
   /// Returns when all that was written is on the disk.

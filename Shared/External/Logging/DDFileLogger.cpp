@@ -190,8 +190,12 @@ DDLogFileInfo_Time* DDFileLogger_Time::currentLogFileInfo() {
 }
 
 NSFileHandle* DDFileLogger_Time::currentLogFileHandle() {
-  // The main thread may be too busy to tell in time of a file that was deleted or renamed.
-  currentLogFileVnode_.look();
+  // The watch may be late, as it is when the main thread is busy, or deaf: the system gives a user
+  // so many watches and no more.
+  if (currentLogFileHandle_ &&
+      !currentLogFileHandle_->isFileAtPath(currentLogFileInfo_->filePath())) {
+    rollLogFileNow();
+  }
   for (int attempt = 0; !currentLogFileHandle_ && attempt < OpeningAttempts; ++attempt) {
     if (currentLogFileInfo() == nullptr) break;
     openCurrentLogFile();

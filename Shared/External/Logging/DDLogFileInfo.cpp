@@ -69,17 +69,14 @@ bool DDLogFileInfo_Time::isArchived() const {
 
 void DDLogFileInfo_Time::setIsArchived(bool archived) {
   std::error_code error;
-  if (!archived) {
-    fs::remove(markFile(), error);
-    error = removeExtendedAttribute(filePath_, ArchivedAttribute);
-    if (!error || error == std::errc::not_supported) return;
-    return report(attributeFailure("removexattr", filePath_), "error = " + error.message());
-  }
-  error = setExtendedAttribute(filePath_, ArchivedAttribute);
-  // A file that was deleted from outside needs no mark.
+  if (!archived) fs::remove(markFile(), error);
+  error = archived ? setExtendedAttribute(filePath_, ArchivedAttribute)
+                   : removeExtendedAttribute(filePath_, ArchivedAttribute);
+  // A file that was deleted from outside needs no mark and has none.
   if (!error || error == std::errc::no_such_file_or_directory) return;
-  if (std::ofstream(markFile()).is_open()) return;
-  report(attributeFailure("setxattr", filePath_), "error = " + error.message());
+  if (archived ? std::ofstream(markFile()).is_open() : error == std::errc::not_supported) return;
+  report(attributeFailure(archived ? "setxattr" : "removexattr", filePath_),
+         "error = " + error.message());
 }
 
 void DDLogFileInfo_Time::renameFile(const std::string& newFileName) {

@@ -203,18 +203,6 @@ TEST_F(FileWatch, WatchesTheOpenFileNotItsPath) {
   EXPECT_EQ(calls, 1);
 }
 
-TEST_F(FileWatch, LookingDoesNotWaitForTheMainLoopAndTellsOnce) {
-  DispatchFileWatch watched = watch();
-  watched.look();
-  EXPECT_EQ(calls, 0);
-  fs::remove(file);
-  dispatch_sync(queue, [&] { watched.look(); });
-  EXPECT_EQ(calls, 1);
-  dispatch_sync(queue, [&] { watched.look(); });
-  pass(1);
-  EXPECT_EQ(calls, 1);
-}
-
 TEST_F(FileWatch, TellsNothingOnceItsHandleHasGone) {
   const auto release = dispatch_semaphore_create(0);
   dispatch_async(queue, [release] { dispatch_semaphore_wait(release); });
@@ -234,7 +222,6 @@ TEST_F(FileWatch, ItsHandlerMayDropIt) {
     ++calls;
   });
   fs::remove(file);
-  dispatch_sync(queue, [&] { watched.look(); });
   pass(1);
   EXPECT_EQ(calls, 1);
 }

@@ -120,6 +120,12 @@ TEST_F(LogFile, KeepsItsMarkThroughARename) {
   EXPECT_TRUE(info.isArchived());
   info.setIsArchived(false);
   EXPECT_FALSE(DDLogFileInfo_Time(folder / newName).isArchived());
+  // Deleted from outside, it has no mark to tell of.
+  fs::remove(folder / newName);
+  testing::internal::CaptureStderr();
+  info.setIsArchived(false);
+  info.setIsArchived(true);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
 // Fills what the file system gives a file for attributes, as one without them has none to give.
