@@ -2,9 +2,14 @@
 
 #include <benchmark/benchmark.h>
 
+#include <cstdlib>
+#include <iostream>
+
 #include "Shared/Collectors/CityStatCollector.h"
 
 namespace {
+
+constexpr const char* Sydney = "2147714";
 
 struct Loaded : CityStatCollectorDelegate {
   void cityCollectorFinishedLoading() override { dispatch_semaphore_signal(done); }
@@ -37,10 +42,18 @@ BENCHMARK_CAPTURE(citySearch, saintPaul, "Saint Paul")->Unit(benchmark::kMillise
 
 void cityLookup(benchmark::State& state) {
   for (auto _ : state)
-    benchmark::DoNotOptimize(cities().cityWithIdentifier("2147714"));
+    benchmark::DoNotOptimize(cities().cityWithIdentifier(Sydney));
 }
 BENCHMARK(cityLookup)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv) {
+  benchmark::Initialize(&argc, argv);
+  if (!cities().cityWithIdentifier(Sydney)) {
+    std::cerr << "city_benchmarks: there is no database of cities to measure; build the target "
+                 "'cities' or set VELMORA_SUPPORT_DIR to its folder\n";
+    return EXIT_FAILURE;
+  }
+  benchmark::RunSpecifiedBenchmarks();
+}
