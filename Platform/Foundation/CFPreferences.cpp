@@ -1,10 +1,12 @@
 #include "Platform/Foundation/CFPreferences.h"
 
 #include <memory>
+#include <stdexcept>
 #include <string>
 
 #include "Platform/Foundation/DesktopSettings.h"
 #include "Platform/Foundation/NSPathUtilities.h"
+#include "Platform/Foundation/NSPropertyListSerialization.h"
 #include "Platform/Foundation/PreferenceFile.h"
 
 namespace {
@@ -56,15 +58,25 @@ PropertyList CFPreferencesCopyAppValue(std::string_view key, std::string_view ap
 
 void CFPreferencesSetAppValue(std::string_view key, const PropertyList& value,
                               std::string_view applicationId) {
+  // One value that no file can hold would keep all others from being written.
+  if (!value.isNull()) {
+    const PropertyList entry = PropertyList::Dictionary{{std::string(key), value}};
+    if (propertyListWithData(dataWithPropertyList(entry)) != entry) {
+      throw std::invalid_argument("a settings file cannot hold the value of " + std::string(key) +
+                                  ": lists nest at most " +
+                                  std::to_string(MaximumPropertyListDepth - 1) +
+                                  " deep, and texts have no control characters");
+    }
+  }
   domainNamed(applicationId).unwritten.insert_or_assign(std::string(key), value);
 }
 
 bool CFPreferencesAppSynchronize(std::string_view applicationId) {
   Domain& domain = domainNamed(applicationId);
   if (domain.unwritten.empty()) return true;
-  const bool written = domain.file.apply(domain.unwritten);
+  if (!domain.file.apply(domain.unwritten)) return false;
   domain.unwritten.clear();
-  return written;
+  return true;
 }
 
 PropertyList::Dictionary CFPreferencesCopyAllValues(std::string_view applicationId) {
@@ -90,6 +102,11 @@ void setPreferenceOverride(std::string_view key, const PropertyList& value,
 
 void ignoreStoredPreferences(std::string_view applicationId) {
   domainNamed(applicationId).ignoresFile = true;
+}
+
+bool CFPreferencesAppValueIsForced(std::string_view key, std::string_view applicationId) {
+  const Domain& domain = domainNamed(applicationId);
+  return domain.ignoresFile || domain.overrides.contains(key);
 }
 
 void resetPreferences() { allDomains().clear(); }

@@ -9,12 +9,12 @@
 PropertyList CFPreferencesCopyAppValue(std::string_view key, std::string_view applicationId);
 
 /// Sets a key, or removes it with a null value. Nothing is written before the domain is
-/// synchronised.
+/// synchronised. Raises `std::invalid_argument` for a value that would not read back the same.
 void CFPreferencesSetAppValue(std::string_view key, const PropertyList& value,
                               std::string_view applicationId);
 
 /// Writes what has been set since the last call. False if it could not be written; the reason is in
-/// the log and the changes are dropped.
+/// the log and the next call tries again.
 bool CFPreferencesAppSynchronize(std::string_view applicationId);
 
 /// Every stored key of a domain with its value, overrides included.
@@ -28,6 +28,10 @@ void setPreferenceOverride(std::string_view key, const PropertyList& value,
 
 /// From here on this process sees nothing of what the domain's file holds.
 void ignoreStoredPreferences(std::string_view applicationId);
+
+/// Whether nothing but an override can answer for a key: it has one, or the domain's file is
+/// ignored.
+bool CFPreferencesAppValueIsForced(std::string_view key, std::string_view applicationId);
 
 /// Forgets domains, overrides and unwritten changes; the next use starts anew from the files.
 void resetPreferences();

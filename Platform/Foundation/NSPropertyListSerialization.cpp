@@ -1,23 +1,21 @@
 #include "Platform/Foundation/NSPropertyListSerialization.h"
 
-#include <fstream>
-#include <sstream>
-
 #include "Platform/Foundation/BinaryPropertyList.h"
+#include "Platform/Foundation/FileContents.h"
 #include "Platform/Foundation/XmlPropertyList.h"
 
-std::optional<PropertyList> propertyListWithData(std::string_view bytes) {
-  return bytes.starts_with("bplist") ? binaryPropertyListWithData(bytes)
-                                     : xmlPropertyListWithData(bytes);
+std::optional<PropertyList> propertyListWithData(std::string_view bytes,
+                                                 std::vector<std::string>* droppedKeys) {
+  std::vector<std::string> dropped;
+  auto value = bytes.starts_with("bplist") ? binaryPropertyListWithData(bytes, dropped)
+                                           : xmlPropertyListWithData(bytes, dropped);
+  if (droppedKeys != nullptr) *droppedKeys = std::move(dropped);
+  return value;
 }
 
 std::optional<PropertyList> propertyListWithContentsOfFile(const std::filesystem::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  std::ostringstream bytes;
-  // The stream's own operator: an iterator lets a failed read, as of a folder, through as an
-  // exception.
-  if (!stream || !(bytes << stream.rdbuf())) return std::nullopt;
-  return propertyListWithData(bytes.view());
+  const auto contents = contentsOfRegularFile(file);
+  return contents.bytes ? propertyListWithData(*contents.bytes) : std::nullopt;
 }
 
 std::string dataWithPropertyList(const PropertyList& value) {

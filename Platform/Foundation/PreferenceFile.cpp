@@ -3,40 +3,31 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
-#include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstring>
 #include <optional>
-#include <utility>
+#include <thread>
 
+#include "Platform/Foundation/FileContents.h"
 #include "Platform/Foundation/NSDate.h"
 #include "Platform/Foundation/NSLog.h"
 #include "Platform/Foundation/NSPropertyListSerialization.h"
 
 namespace fs = std::filesystem;
+using namespace std::chrono_literals;
 
 namespace {
 
-/// Owns an open file, or nothing (-1).
-class FileDescriptor {
- public:
-  explicit FileDescriptor(int descriptor) : descriptor_(descriptor) {}
-  FileDescriptor(FileDescriptor&& other) noexcept
-      : descriptor_(std::exchange(other.descriptor_, -1)) {}
-  FileDescriptor(const FileDescriptor&) = delete;
-  FileDescriptor& operator=(const FileDescriptor&) = delete;
-  ~FileDescriptor() {
-    if (descriptor_ >= 0) close(descriptor_);
-  }
+/// A writer has the lock for as long as the disk takes for a small file.
+constexpr auto LockPause = 1ms;
+constexpr int LockAttempts = 2000;
 
-  explicit operator bool() const { return descriptor_ >= 0; }
-  int get() const { return descriptor_; }
-
- private:
-  int descriptor_;
-};
+/// A damaged file that has not changed for so long is not being written.
+constexpr auto RestTime = 1s;
+constexpr auto RestPause = 20ms;
+constexpr int RestLooks = 150;
 
 fs::path sibling(const fs::path& path, const std::string& suffix) {
   fs::path result = path;
@@ -44,15 +35,29 @@ fs::path sibling(const fs::path& path, const std::string& suffix) {
   return result;
 }
 
-/// The lock file stays for good: removing it would let two writers lock two files. The kernel
-/// drops the lock of a process that dies.
-FileDescriptor lock(const fs::path& path) {
-  FileDescriptor file(open(sibling(path, ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
-  if (!file) return file;
-  while (flock(file.get(), LOCK_EX) != 0) {
-    if (errno != EINTR) return FileDescriptor(-1);
+/// The file that a path leads to through its links; it need not be there.
+fs::path linkedFile(const fs::path& path) {
+  constexpr int MostLinks = 40;
+  std::error_code error;
+  fs::path file = path;
+  for (int link = 0; link < MostLinks && fs::is_symlink(file, error); ++link) {
+    file = file.parent_path() / fs::read_symlink(file, error);
   }
   return file;
+}
+
+/// A name beside a file that is not taken yet.
+fs::path asideName(const fs::path& file) {
+  const auto time = static_cast<int64_t>(NSDate::date().timeIntervalSince1970());
+  std::error_code error;
+  for (int attempt = 0;; ++attempt) {
+    fs::path aside = sibling(file, ".corrupt-" + std::to_string(time + attempt));
+    if (!fs::exists(aside, error)) return aside;
+  }
+}
+
+std::string systemProblem(std::string_view what) {
+  return std::string(what) + ": " + std::strerror(errno);
 }
 
 bool writeAll(int descriptor, std::string_view bytes) {
@@ -65,26 +70,28 @@ bool writeAll(int descriptor, std::string_view bytes) {
   return true;
 }
 
-/// Nothing, with the reason in `errno`, if the file cannot be read.
-std::optional<std::string> fileBytes(const fs::path& path) {
-  const FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
-  if (!file) return std::nullopt;
-  std::string bytes;
-  std::array<char, 16384> block{};
-  while (true) {
-    const ssize_t count = ::read(file.get(), block.data(), block.size());
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0) return std::nullopt;
-    if (count == 0) return bytes;
-    bytes.append(block.data(), static_cast<size_t>(count));
-  }
-}
-
 /// The dictionary that a file's bytes hold, or nothing if they are no such list.
-std::optional<PropertyList::Dictionary> parsed(const std::string& bytes) {
-  const auto list = propertyListWithData(bytes);
+std::optional<PropertyList::Dictionary> parsed(const std::string& bytes,
+                                               std::vector<std::string>* droppedKeys = nullptr) {
+  const auto list = propertyListWithData(bytes, droppedKeys);
   if (!list || list->dictionary() == nullptr) return std::nullopt;
   return *list->dictionary();
+}
+
+/// Writes a new file to the disk and reads it back. What went wrong, or an empty text.
+std::string writeProblem(const fs::path& file, const PropertyList::Dictionary& contents) {
+  unlink(file.c_str());  // What a killed writer left.
+  {
+    const FileDescriptor output(
+        open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
+    if (!output || !writeAll(output.get(), dataWithPropertyList(contents)) ||
+        fsync(output.get()) != 0) {
+      return systemProblem("cannot be written");
+    }
+  }
+  const auto written = contentsOfRegularFile(file);
+  const bool isSame = written.bytes && parsed(*written.bytes) == contents;
+  return isSame ? "" : "cannot be written: it would not read back as it is";
 }
 
 }  // namespace
@@ -96,54 +103,115 @@ PreferenceFile::Signature PreferenceFile::signature() const {
           status.st_mtim.tv_sec * 1'000'000'000 + status.st_mtim.tv_nsec};
 }
 
+FileDescriptor PreferenceFile::lock() {
+  // The lock file stays for good: removing it would let two writers lock two files. The kernel
+  // drops the lock of a process that dies.
+  FileDescriptor file(
+      open(sibling(path_, ".lock").c_str(), O_RDWR | O_CREAT | O_NONBLOCK | O_CLOEXEC, 0600));
+  if (!file) {
+    failed(systemProblem("cannot be locked"));
+    return file;
+  }
+  for (int attempt = 0; attempt < LockAttempts; ++attempt) {
+    if (flock(file.get(), LOCK_EX | LOCK_NB) == 0) return file;
+    if (errno != EWOULDBLOCK && errno != EINTR) break;
+    std::this_thread::sleep_for(LockPause);
+  }
+  failed(errno == EWOULDBLOCK ? "cannot be locked: another program does not give its lock back"
+                              : systemProblem("cannot be locked"));
+  return FileDescriptor(-1);
+}
+
 const PropertyList::Dictionary& PreferenceFile::contents() {
   if (signature() != seen_ && read() == State::Damaged) {
     // A damaged file is moved only under the lock, after another look: another process may have
     // been faster, and a whole file may stand here again.
-    const FileDescriptor locked = lock(path_);
-    if (read() == State::Damaged) setAside();
+    const FileDescriptor locked = lock();
+    if (!locked) {
+      failed("is damaged and cannot be set aside");
+    } else if (readAtRest(locked) == State::Damaged) {
+      setAside();
+    }
   }
   return contents_;
 }
 
 PreferenceFile::State PreferenceFile::read() {
   seen_ = signature();
-  contents_.clear();
-  if (seen_.size < 0) return State::Read;
-  const auto bytes = fileBytes(path_);
-  if (!bytes) {
-    failed("cannot be read");
+  droppedKeys_.clear();
+  if (seen_.size < 0) {
+    contents_.clear();
+    return State::Read;
+  }
+  const auto file = contentsOfRegularFile(path_);
+  if (!file.bytes) {
+    failed(file.problem);
     seen_ = {};  // The next look-up tries again.
     return State::Unreadable;
   }
-  auto dictionary = parsed(*bytes);
+  auto dictionary = parsed(*file.bytes, &droppedKeys_);
   if (!dictionary) return State::Damaged;
   contents_ = std::move(*dictionary);
+  if (!droppedKeys_.empty()) {
+    std::string keys;
+    for (const std::string& key : droppedKeys_)
+      keys += " " + key;
+    failed("holds values that cannot be read, and the defaults hold for them:" + keys);
+  }
   return State::Read;
 }
 
-void PreferenceFile::setAside() {
-  const auto time = static_cast<int64_t>(NSDate::date().timeIntervalSince1970());
-  fs::path aside;
-  for (int attempt = 0; aside.empty() || fs::exists(aside); ++attempt) {
-    aside = sibling(path_, ".corrupt-" + std::to_string(time + attempt));
+PreferenceFile::State PreferenceFile::readAtRest(const FileDescriptor& locked) {
+  const auto isAtRest = [&] {
+    // The present by the file system's clock, by which the file's own time is told.
+    struct stat status {};
+    if (futimens(locked.get(), nullptr) != 0 || fstat(locked.get(), &status) != 0) return true;
+    const auto age = std::chrono::seconds(status.st_mtim.tv_sec) +
+                     std::chrono::nanoseconds(status.st_mtim.tv_nsec - seen_.modified);
+    return age < 0s || age >= RestTime;
+  };
+  State state = read();
+  for (int look = 0; look < RestLooks; ++look) {
+    if (state != State::Damaged || isAtRest()) return state;
+    std::this_thread::sleep_for(RestPause);
+    if (signature() != seen_) state = read();
   }
-  if (rename(path_.c_str(), aside.c_str()) == 0) {
-    NSLog("error: the settings in " + path_.string() + " are damaged; they were set aside as " +
-          aside.filename().string() + " and the defaults hold");
-  } else {
-    failed("is damaged and cannot be set aside");
+  failed("cannot be read: another program keeps changing it");
+  seen_ = {};
+  return State::Unreadable;
+}
+
+bool PreferenceFile::setAside() {
+  const fs::path file = linkedFile(path_);
+  const fs::path aside = asideName(file);
+  if (rename(file.c_str(), aside.c_str()) != 0) {
+    return failed(systemProblem("is damaged and cannot be set aside"));
   }
+  contents_.clear();
+  NSLog("error: the settings in " + path_.string() + " are damaged; they were set aside as " +
+        aside.string() + " and the defaults hold");
+  return true;
+}
+
+bool PreferenceFile::keepCopy() {
+  const fs::path file = linkedFile(path_);
+  const fs::path aside = asideName(file);
+  std::error_code error;
+  if (!fs::copy_file(file, aside, error)) {
+    return failed("cannot be written: no copy can be made of it: " + error.message());
+  }
+  NSLog("error: the settings in " + path_.string() + " are kept as they were in " + aside.string());
+  return true;
 }
 
 bool PreferenceFile::apply(const Changes& changes) {
   std::error_code error;
   fs::create_directories(path_.parent_path(), error);
-  const FileDescriptor locked = lock(path_);
-  if (!locked) return failed("cannot be locked");
-  const State state = read();
+  const FileDescriptor locked = lock();
+  if (!locked) return false;
+  const State state = readAtRest(locked);
   if (state == State::Unreadable) return false;  // To replace it would lose what it holds.
-  if (state == State::Damaged) setAside();
+  if (state == State::Damaged && !setAside()) return false;
   PropertyList::Dictionary updated = contents_;
   for (const auto& [key, value] : changes) {
     if (value.isNull()) {
@@ -152,31 +220,36 @@ bool PreferenceFile::apply(const Changes& changes) {
       updated.insert_or_assign(key, value);
     }
   }
-  return updated == contents_ || replace(updated);
+  if (updated == contents_) return true;
+  if (!droppedKeys_.empty() && !keepCopy()) return false;
+  return replace(updated);
 }
 
 bool PreferenceFile::replace(const PropertyList::Dictionary& contents) {
-  // One fixed name, guarded by the lock: what a killed writer left is overwritten by the next.
-  const fs::path fresh = sibling(path_, ".new");
-  {  // The file is closed before it takes the old one's place.
-    const FileDescriptor file(open(fresh.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
-    if (!file || !writeAll(file.get(), dataWithPropertyList(contents)) || fsync(file.get()) != 0) {
-      return failed("cannot be written");
-    }
+  const fs::path file = linkedFile(path_);
+  std::error_code error;
+  fs::create_directories(file.parent_path(), error);
+  const fs::path fresh = sibling(file, ".new");  // One name for all: the lock guards it.
+  std::string problem = writeProblem(fresh, contents);
+  if (problem.empty() && rename(fresh.c_str(), file.c_str()) != 0) {
+    problem = systemProblem("cannot be replaced");
   }
-  if (rename(fresh.c_str(), path_.c_str()) != 0) return failed("cannot be replaced");
-  const FileDescriptor folder(
-      open(path_.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (!problem.empty()) {
+    unlink(fresh.c_str());
+    return failed(problem);
+  }
+  const FileDescriptor folder(open(file.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (folder) fsync(folder.get());
   seen_ = signature();
   contents_ = contents;
+  droppedKeys_.clear();
+  lastProblem_.clear();
   return true;
 }
 
-bool PreferenceFile::failed(std::string_view what) {
+bool PreferenceFile::failed(std::string_view problem) {
   // A read is tried at every look-up; the log gets each reason once.
-  std::string failure = path_.string() + " " + std::string(what) + ": " + std::strerror(errno);
-  if (failure != lastFailure_) NSLog("error: " + failure);
-  lastFailure_ = std::move(failure);
+  if (problem != lastProblem_) NSLog("error: " + path_.string() + " " + std::string(problem));
+  lastProblem_ = problem;
   return false;
 }

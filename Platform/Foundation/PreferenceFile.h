@@ -3,20 +3,23 @@
 #include <sys/types.h>
 
 #include <cstdint>
-#include <ctime>
 #include <filesystem>
 #include <map>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "Platform/Foundation/FileDescriptor.h"
 #include "Platform/Foundation/PropertyList.h"
 
 /// One preference domain's file: an XML property list that several processes read and write.
 ///
 /// Reads see another process's write at once. A write reads, changes and replaces the whole file
-/// under a lock: after a kill at any point the old file or the new one is there. A file that is no
-/// property list is set aside as `<name>.corrupt-<time>`, which is logged, and the domain starts
-/// empty.
+/// under a lock: after a kill at any point the old file or the new one is there. Where the path is
+/// a link, the file behind it is replaced. A file that is no property list, and is not just being
+/// written by a program that knows no lock, is set aside as `<name>.corrupt-<time>`, which is
+/// logged, and the domain starts empty. A file that cannot be read is left alone, and what was read
+/// of it last holds.
 class PreferenceFile {
  public:
   using Changes = std::map<std::string, PropertyList, std::less<>>;
@@ -41,20 +44,32 @@ class PreferenceFile {
 
   Signature signature() const;
 
+  /// Waits for the writers' lock, but not for ever; nothing, with the reason logged, without it.
+  FileDescriptor lock();
+
   enum class State { Read, Unreadable, Damaged };
 
-  /// Takes the file's content over; an absent, unreadable or damaged file counts as empty.
+  /// Takes the file's content over; an absent file counts as empty.
   State read();
 
+  /// Reads a file until it is whole or, while it is damaged, at rest. The lock must be held.
+  State readAtRest(const FileDescriptor& locked);
+
   /// Moves a damaged file out of the way. The lock must be held.
-  void setAside();
+  bool setAside();
+
+  /// Keeps a copy of a file before the values in it that cannot be read are lost to a write.
+  bool keepCopy();
 
   /// Puts a new file in the place of the old one. The lock must be held.
   bool replace(const PropertyList::Dictionary& contents);
-  bool failed(std::string_view what);
+
+  /// Logs what is wrong with the file, once; false.
+  bool failed(std::string_view problem);
 
   std::filesystem::path path_;
   Signature seen_;
   PropertyList::Dictionary contents_;
-  std::string lastFailure_;
+  std::vector<std::string> droppedKeys_;
+  std::string lastProblem_;
 };

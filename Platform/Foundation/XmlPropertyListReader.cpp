@@ -7,11 +7,11 @@
 #include <memory>
 #include <vector>
 
+#include "Platform/Foundation/NSPropertyListSerialization.h"
 #include "Platform/Foundation/XmlPropertyList.h"
 
 namespace {
 
-constexpr size_t MaximumDepth = 64;
 constexpr std::string_view Blanks = " \t\r\n";
 
 std::string_view trimmed(std::string_view text) {
@@ -28,19 +28,21 @@ std::optional<Number> wholeText(std::string_view text) {
   return number;
 }
 
-std::optional<PropertyList> integerFromText(std::string_view text) {
+// What an element holds; null for what it cannot hold.
+
+PropertyList integerFromText(std::string_view text) {
   if (text.starts_with('+')) text.remove_prefix(1);
   const auto number = wholeText<int64_t>(text);
-  return number ? std::optional(PropertyList(*number)) : std::nullopt;
+  return number ? PropertyList(*number) : PropertyList();
 }
 
-std::optional<PropertyList> realFromText(std::string_view text) {
+PropertyList realFromText(std::string_view text) {
   if (text.starts_with('+')) text.remove_prefix(1);
   const auto number = wholeText<double>(text);
-  return number ? std::optional(PropertyList(*number)) : std::nullopt;
+  return number && !std::isnan(*number) ? PropertyList(*number) : PropertyList();
 }
 
-std::optional<PropertyList> dateFromText(std::string_view text) {
+PropertyList dateFromText(std::string_view text) {
   int year = 0;
   unsigned month = 0;
   unsigned day = 0;
@@ -51,12 +53,13 @@ std::optional<PropertyList> dateFromText(std::string_view text) {
   char rest = 0;
   const int count = std::sscanf(std::string(text).c_str(), "%d-%2u-%2uT%2d:%2d:%2d%c%c", &year,
                                 &month, &day, &hour, &minute, &second, &zone, &rest);
-  if (count != 7 || zone != 'Z' || std::abs(year) > 9999) return std::nullopt;
+  if (count != 7 || zone != 'Z' || year < 1 || year > 9999) return {};
   const auto date = std::chrono::year(year) / static_cast<int>(month) / static_cast<int>(day);
-  if (!date.ok()) return std::nullopt;
+  if (!date.ok()) return {};
   const int64_t days = std::chrono::sys_days(date).time_since_epoch().count();
-  return PropertyList(
-      PropertyList::Date{static_cast<double>(days * 86'400 + hour * 3600 + minute * 60 + second)});
+  const auto seconds = static_cast<double>(days * 86'400 + hour * 3600 + minute * 60 + second);
+  if (seconds < EarliestXmlDate || seconds > LatestXmlDate) return {};
+  return PropertyList::Date{seconds};
 }
 
 PropertyList dataFromText(std::string_view text) {
@@ -69,6 +72,8 @@ PropertyList dataFromText(std::string_view text) {
 /// Builds values while GLib's parser walks the elements.
 class Builder {
  public:
+  explicit Builder(std::vector<std::string>& droppedKeys) : droppedKeys_(droppedKeys) {}
+
   std::optional<PropertyList> parse(std::string_view text) {
     constexpr GMarkupParser Functions = {started, ended, heard, nullptr, nullptr};
     const std::unique_ptr<GMarkupParseContext, decltype(&g_markup_parse_context_free)> context(
@@ -78,7 +83,7 @@ class Builder {
         g_markup_parse_context_parse(context.get(), text.data(), static_cast<gssize>(text.size()),
                                      nullptr) != FALSE &&
         g_markup_parse_context_end_parse(context.get(), nullptr) != FALSE;
-    return isWhole ? std::move(root_) : std::nullopt;
+    return isWhole && root_ && !root_->isNull() ? std::move(root_) : std::nullopt;
   }
 
  private:
@@ -87,6 +92,7 @@ class Builder {
     PropertyList::Array values;
     PropertyList::Dictionary entries;
     std::optional<std::string> key;
+    bool hasGap = false;  ///< A list lacks a value: without it the others would be misplaced.
   };
 
   static void fail(GError** error) {
@@ -117,8 +123,8 @@ class Builder {
     }
     if (!isInList_) return false;
     if (name == "dict" || name == "array") {
-      if (containers_.size() >= MaximumDepth) return false;
-      containers_.push_back({name == "dict", {}, {}, {}});
+      if (containers_.size() >= MaximumPropertyListDepth) return false;
+      containers_.push_back({name == "dict", {}, {}, {}, false});
       return true;
     }
     return isInLeaf_ = true;
@@ -139,35 +145,36 @@ class Builder {
       Container container = std::move(containers_.back());
       containers_.pop_back();
       if (container.key) return false;
+      if (container.hasGap) return add({});
       return container.isDictionary ? add(std::move(container.entries))
                                     : add(std::move(container.values));
     }
     isInLeaf_ = false;
     if (name == "key") return takeKey();
-    auto value = leafValue(name);
-    return value && add(std::move(*value));
+    return add(leafValue(name));
   }
 
-  std::optional<PropertyList> leafValue(std::string_view name) const {
+  PropertyList leafValue(std::string_view name) const {
     const std::string_view content = trimmed(text_);
-    if (name == "string") return PropertyList(text_);
+    if (name == "string") return xmlCharacters(text_);
     if (name == "integer") return integerFromText(content);
     if (name == "real") return realFromText(content);
     if (name == "date") return dateFromText(content);
     if (name == "data") return dataFromText(content);
-    if (name == "true" && content.empty()) return PropertyList(true);
-    if (name == "false" && content.empty()) return PropertyList(false);
-    return std::nullopt;
+    if (name == "true" && content.empty()) return true;
+    if (name == "false" && content.empty()) return false;
+    return {};
   }
 
   bool takeKey() {
     if (containers_.empty() || !containers_.back().isDictionary || containers_.back().key) {
       return false;
     }
-    containers_.back().key = text_;
+    containers_.back().key = xmlCharacters(text_);
     return true;
   }
 
+  /// Takes a value to its place; null is one to be dropped.
   bool add(PropertyList value) {
     if (containers_.empty()) {
       if (root_) return false;
@@ -176,15 +183,21 @@ class Builder {
     }
     Container& container = containers_.back();
     if (!container.isDictionary) {
+      container.hasGap |= value.isNull();
       container.values.push_back(std::move(value));
       return true;
     }
     if (!container.key) return false;
-    container.entries.insert_or_assign(std::move(*container.key), std::move(value));
+    if (value.isNull()) {
+      droppedKeys_.push_back(std::move(*container.key));
+    } else {
+      container.entries.insert_or_assign(std::move(*container.key), std::move(value));
+    }
     container.key.reset();
     return true;
   }
 
+  std::vector<std::string>& droppedKeys_;
   std::optional<PropertyList> root_;
   std::vector<Container> containers_;
   std::string text_;
@@ -194,7 +207,8 @@ class Builder {
 
 }  // namespace
 
-std::optional<PropertyList> xmlPropertyListWithData(std::string_view text) {
+std::optional<PropertyList> xmlPropertyListWithData(std::string_view text,
+                                                    std::vector<std::string>& droppedKeys) {
   if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
-  return Builder().parse(text);
+  return Builder(droppedKeys).parse(text);
 }

@@ -26,7 +26,7 @@ class XmlWriter {
   void element(int depth, std::string_view name, std::string_view content) {
     indent(depth);
     text_.append("<").append(name).append(">");
-    escape(validUtf8(content));
+    escape(xmlCharacters(content));
     text_.append("</").append(name).append(">\n");
   }
 
@@ -52,13 +52,8 @@ class XmlWriter {
         case '\r':
           text_ += "&#13;";  // As it stands, a reader makes a line feed of it.
           break;
-        case '\t':
-        case '\n':
-          text_ += character;
-          break;
         default:
-          // XML has no form for the other control characters.
-          if (static_cast<unsigned char>(character) >= ' ') text_ += character;
+          text_ += character;
       }
     }
   }
@@ -101,10 +96,8 @@ class XmlWriter {
   }
 
   static std::string dateText(double seconds) {
-    // The form has four digits for the year.
-    constexpr double Earliest = -62'135'596'800;
-    constexpr double Latest = 253'402'300'799;
-    const double nearest = std::isnan(seconds) ? 0 : std::clamp(seconds, Earliest, Latest);
+    const double nearest =
+        std::isnan(seconds) ? 0 : std::clamp(seconds, EarliestXmlDate, LatestXmlDate);
     const auto whole = static_cast<time_t>(std::floor(nearest));
     tm fields{};
     gmtime_r(&whole, &fields);
@@ -117,5 +110,17 @@ class XmlWriter {
 };
 
 }  // namespace
+
+std::string xmlCharacters(std::string_view text) {
+  constexpr std::string_view NoCharacters[] = {"\xEF\xBF\xBE", "\xEF\xBF\xBF"};
+  std::string kept = validUtf8(text);
+  std::erase_if(kept, [](char character) {
+    return static_cast<unsigned char>(character) < ' ' && character != '\t' && character != '\n' &&
+           character != '\r';
+  });
+  for (const std::string_view none : NoCharacters)
+    kept = stringByReplacingOccurrences(kept, none, "");
+  return kept;
+}
 
 std::string xmlDataWithPropertyList(const PropertyList& value) { return XmlWriter().write(value); }

@@ -1,5 +1,6 @@
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 
 #include "Platform/AppKit/NSKeyedUnarchiver.h"
 #include "Platform/Foundation/NSPropertyListSerialization.h"
@@ -9,7 +10,6 @@
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   unarchiveObjectWithData(PropertyList::Data(data, data + size));
   const auto value = propertyListWithData({reinterpret_cast<const char*>(data), size});
-  if (!value || value->dictionary() == nullptr) return 0;
-  propertyListWithData(dataWithPropertyList(*value));
+  if (value && propertyListWithData(dataWithPropertyList(*value)) != value) std::abort();
   return 0;
 }

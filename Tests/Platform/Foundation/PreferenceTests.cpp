@@ -1,9 +1,16 @@
 #include "Platform/Foundation/CFPreferences.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
+#include <sys/stat.h>
 
+#include <cmath>
 #include <filesystem>
+#include <functional>
+#include <thread>
 
+#include "Platform/Foundation/FileDescriptor.h"
 #include "Platform/Foundation/NSPropertyListSerialization.h"
 #include "Platform/Foundation/SystemClock.h"
 #include "Tests/Platform/Support/Files.h"
@@ -34,6 +41,12 @@ class Preferences : public testing::Test {
     writeFile(folder / "outside", dataWithPropertyList(values));
     fs::create_directories(file.parent_path());
     fs::rename(folder / "outside", file);
+  }
+
+  /// A file that nobody has been writing for an hour.
+  void writeLongAgo(std::string_view bytes) const {
+    writeFile(file, bytes);
+    fs::last_write_time(file, fs::last_write_time(file) - std::chrono::hours(1));
   }
 
   std::vector<fs::path> setAside() const {
@@ -123,7 +136,7 @@ TEST_F(Preferences, ADamagedFileIsSetAsideWithItsBytes) {
   const std::vector<std::string> damages = {whole.substr(0, whole.size() / 2), "", "no list",
                                             dataWithPropertyList(PropertyList::Array{1})};
   for (size_t round = 0; round < damages.size(); ++round) {
-    writeFile(file, damages[round]);
+    writeLongAgo(damages[round]);
     testing::internal::CaptureStderr();
     EXPECT_TRUE(value("a").isNull());
     EXPECT_TRUE(value("a").isNull());
@@ -138,7 +151,7 @@ TEST_F(Preferences, ADamagedFileIsSetAsideWithItsBytes) {
     EXPECT_EQ(readFile(file.parent_path() / name), damages[round]);
   }
   // A write that finds the damage first does the same.
-  writeFile(file, "damaged");
+  writeLongAgo("damaged");
   set("b", 2);
   testing::internal::CaptureStderr();
   EXPECT_TRUE(CFPreferencesAppSynchronize(Domain));
@@ -147,32 +160,109 @@ TEST_F(Preferences, ADamagedFileIsSetAsideWithItsBytes) {
   EXPECT_EQ(setAside().size(), damages.size() + 1);
 }
 
-// A folder stands for every file that is there and cannot be read: nothing may take its place.
-TEST_F(Preferences, AnUnreadableFileIsReportedAndKept) {
-  fs::create_directories(file / "inside");
-  testing::internal::CaptureStderr();
-  EXPECT_TRUE(value("a").isNull());
-  EXPECT_TRUE(value("a").isNull());
-  set("a", 1);
-  EXPECT_FALSE(CFPreferencesAppSynchronize(Domain));
-  const std::string log = testing::internal::GetCapturedStderr();
-  EXPECT_NE(log.find("cannot be read"), std::string::npos) << log;
-  EXPECT_EQ(log.find('\n'), log.size() - 1) << log;
-  EXPECT_TRUE(fs::exists(file / "inside"));
+// An editor empties the file and fills it again, without the lock: here it waits for the look at
+// the damaged file, which makes the lock's.
+TEST_F(Preferences, AFileInTheMiddleOfBeingWrittenIsAwaited) {
+  const std::string whole = dataWithPropertyList(Dictionary{{"a", 1}});
+  writeFile(file, whole.substr(0, whole.size() / 2));
+  std::thread editor([&] {
+    while (!fs::exists(file.string() + ".lock"))
+      std::this_thread::yield();
+    writeFile(file, whole);
+  });
+  EXPECT_EQ(value("a"), PropertyList(1));
+  editor.join();
   EXPECT_TRUE(setAside().empty());
-  // Readable again, it counts again.
-  fs::remove_all(file);
-  writeFromOutside({{"a", 7}});
-  EXPECT_EQ(value("a"), PropertyList(7));
 }
 
-TEST_F(Preferences, AFolderThatCannotBeMadeFailsTheWrite) {
+TEST_F(Preferences, OneBadNumberIsDroppedAloneAndKeptInACopy) {
+  std::string bytes = dataWithPropertyList(Dictionary{{"a", 1}, {"b", 22}});
+  bytes.replace(bytes.find("22"), 2, "99999999999999999999");
+  writeFile(file, bytes);
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(CFPreferencesCopyAllValues(Domain), (Dictionary{{"a", 1}}));
+  set("c", 3);
+  EXPECT_TRUE(CFPreferencesAppSynchronize(Domain));
+  EXPECT_NE(testing::internal::GetCapturedStderr().find("hold for them: b\n"), std::string::npos);
+  EXPECT_EQ(stored(), (Dictionary{{"a", 1}, {"c", 3}}));
+  ASSERT_EQ(setAside().size(), 1U);
+  EXPECT_EQ(readFile(setAside().front()), bytes);
+}
+
+// What is there and cannot be read: nothing waits for it, and nothing may take its place.
+TEST_F(Preferences, AnUnreadableFileIsReportedAndKept) {
+  const std::function<void()> makers[] = {[&] { fs::create_directory(file); },
+                                          [&] { mkfifo(file.c_str(), 0600); },
+                                          [&] { fs::create_symlink("/dev/zero", file); }};
+  fs::create_directories(file.parent_path());
+  for (const auto& make : makers) {
+    make();
+    const fs::file_type type = fs::symlink_status(file).type();
+    resetPreferences();
+    testing::internal::CaptureStderr();
+    EXPECT_TRUE(value("a").isNull());
+    EXPECT_TRUE(value("a").isNull());
+    set("b", 1);
+    EXPECT_FALSE(CFPreferencesAppSynchronize(Domain));
+    const std::string log = testing::internal::GetCapturedStderr();
+    EXPECT_NE(log.find("cannot be read"), std::string::npos) << log;
+    EXPECT_EQ(log.find('\n'), log.size() - 1) << log;
+    EXPECT_EQ(fs::symlink_status(file).type(), type);
+    EXPECT_TRUE(setAside().empty());
+    // Readable again, it counts again.
+    fs::remove(file);
+    writeFromOutside({{"a", 7}});
+    EXPECT_EQ(value("a"), PropertyList(7));
+    fs::remove(file);
+  }
+}
+
+TEST_F(Preferences, ALinkStaysALink) {
+  fs::create_directories(file.parent_path());
+  fs::create_symlink("../elsewhere/settings", file);
+  for (int round = 1; round <= 2; ++round) {
+    set("a", round);
+    EXPECT_TRUE(CFPreferencesAppSynchronize(Domain));
+    EXPECT_TRUE(fs::is_symlink(file));
+    EXPECT_FALSE(fs::is_symlink(folder / "elsewhere" / "settings"));
+    EXPECT_EQ(stored(), (Dictionary{{"a", round}}));
+  }
+}
+
+// No folder, then a lock that its holder keeps: what could not be written goes with the next write.
+TEST_F(Preferences, AFailedWriteKeepsItsChanges) {
   writeFile(folder / "velmora5", "a file where the folder should be");
   set("a", 1);
   testing::internal::CaptureStderr();
   EXPECT_FALSE(CFPreferencesAppSynchronize(Domain));
-  EXPECT_NE(testing::internal::GetCapturedStderr().find("cannot be locked"), std::string::npos);
-  EXPECT_TRUE(value("a").isNull());
+  fs::remove(folder / "velmora5");
+  fs::create_directory(folder / "velmora5");
+  {
+    const FileDescriptor holder(open((file.string() + ".lock").c_str(), O_RDWR | O_CREAT, 0600));
+    ASSERT_EQ(flock(holder.get(), LOCK_EX), 0);
+    set("b", 2);
+    EXPECT_FALSE(CFPreferencesAppSynchronize(Domain));
+  }
+  const std::string log = testing::internal::GetCapturedStderr();
+  EXPECT_NE(log.find("cannot be locked: Not a directory\n"), std::string::npos) << log;
+  EXPECT_NE(log.find("does not give its lock back\n"), std::string::npos) << log;
+  EXPECT_EQ(value("a"), PropertyList(1));
+  EXPECT_TRUE(CFPreferencesAppSynchronize(Domain));
+  EXPECT_EQ(stored(), (Dictionary{{"a", 1}, {"b", 2}}));
+}
+
+// One such value, written, would make the whole file unreadable.
+TEST_F(Preferences, AValueThatWouldNotReadBackIsRefused) {
+  PropertyList deep = 1;
+  for (int level = 0; level < 63; ++level)
+    deep = PropertyList::Array{deep};
+  set("deep", deep);
+  EXPECT_TRUE(CFPreferencesAppSynchronize(Domain));
+  EXPECT_EQ(stored(), (Dictionary{{"deep", deep}}));
+  for (const PropertyList& bad : {PropertyList(PropertyList::Array{deep}), PropertyList("a\x01"),
+                                  PropertyList(std::nan("")), PropertyList("\xFF")}) {
+    EXPECT_THROW(set("bad", bad), std::invalid_argument);
+  }
 }
 
 TEST_F(Preferences, WhatAKilledWriterLeftIsNoHindrance) {

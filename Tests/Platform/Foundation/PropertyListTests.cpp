@@ -180,14 +180,44 @@ TEST(DamagedPropertyList, GarbageIsNoTrap) {
 }
 
 TEST(DamagedPropertyList, DeepNestingIsNoTrap) {
-  for (const int depth : {50, 100, 1'000'000}) {
+  for (const int depth : {64, 65, 1'000'000}) {
     std::string xml = "<plist version=\"1.0\">";
     for (int level = 0; level < depth; ++level)
       xml += "<array>";
     for (int level = 0; level < depth; ++level)
       xml += "</array>";
-    EXPECT_EQ(propertyListWithData(xml + "</plist>").has_value(), depth == 50) << depth;
+    EXPECT_EQ(propertyListWithData(xml + "</plist>").has_value(), depth == 64) << depth;
   }
+}
+
+// What no settings file can hold takes the entry along in which it stands, and nothing else.
+TEST(DamagedPropertyList, LosesOnlyTheEntryOfABadValue) {
+  for (const std::string bad :
+       {"<integer>9223372036854775808</integer>", "<integer>1x</integer>", "<real>nan</real>",
+        "<real>1e999</real>", "<date>0000-01-01T00:00:00Z</date>", "<true>1</true>", "<unknown/>",
+        "<array><true/><integer/></array>"}) {
+    std::vector<std::string> dropped;
+    const auto list = propertyListWithData(
+        "<plist><dict><key>b</key>" + bad + "<key>c</key><true/></dict></plist>", &dropped);
+    EXPECT_EQ(list, PropertyList(Dictionary{{"c", true}})) << bad;
+    EXPECT_EQ(dropped, std::vector<std::string>{"b"}) << bad;
+  }
+}
+
+/// A list that is `count` references to one text.
+std::string repeatingList(uint16_t count, uint16_t length) {
+  const auto number = [](uint64_t value, int width) {
+    std::string bytes;
+    while (width-- > 0)
+      bytes += static_cast<char>(value >> (8 * width));
+    return bytes;
+  };
+  const std::string array = "\xAF\x11" + number(count, 2) + std::string(count, '\1');
+  const std::string text = "\x5F\x11" + number(length, 2) + std::string(length, 'x');
+  const std::string head = "bplist00";
+  return head + array + text + number(head.size(), 4) + number(head.size() + array.size(), 4) +
+         std::string(6, '\0') + "\4\1" + number(2, 8) + number(0, 8) +
+         number(head.size() + array.size() + text.size(), 8);
 }
 
 /// Arrays in a row, each with two references to the next, and a truth value at the end.
@@ -206,10 +236,13 @@ std::string doublingList(size_t levels) {
   return list + std::string(15, '\0') + table;
 }
 
-// A list of 100 bytes would otherwise take the memory of 2^40 arrays.
+// A list of 100 bytes would otherwise take the memory of 2^40 arrays, one of 130 KB that of 4 GB.
 TEST(DamagedPropertyList, DoublingReferencesDoNotFillTheMemory) {
   EXPECT_TRUE(propertyListWithData(doublingList(3)).has_value());
   EXPECT_FALSE(propertyListWithData(doublingList(40)).has_value());
+  EXPECT_EQ(propertyListWithData(repeatingList(3000, 50)),
+            PropertyList(Array(3000, std::string(50, 'x'))));
+  EXPECT_FALSE(propertyListWithData(repeatingList(65535, 65535)).has_value());
 }
 
 }  // namespace
