@@ -1,6 +1,6 @@
 #include "Targets/Shared/ZEVTranslations.h"
 
-#include <vector>
+#include <algorithm>
 
 #include "Platform/Foundation/NSBundle.h"
 #include "Platform/Foundation/NSUserDefaults.h"
@@ -18,6 +18,17 @@ std::vector<std::string> userLanguages() {
     if (language.string() != nullptr) languages.push_back(*language.string());
   }
   return languages;
+}
+
+NSBundle moduleBundle() {
+  return NSBundle::bundleForCode(
+      reinterpret_cast<const void*>(&ZEVTranslations_Time::sharedTranslations), "VelmoraTime");
+}
+
+constexpr std::string_view Portuguese = "pt_PT";
+
+bool isOtherNameOfPortuguese(std::string_view language) {
+  return language == "pt" || language == "pt_BR" || language == "pt-PT";
 }
 
 }  // namespace
@@ -42,9 +53,20 @@ std::optional<std::string> ZEVTranslations_Time::localizedString(std::string_vie
   return found->second;
 }
 
+std::vector<std::string> ZEVTranslations_Time::languages() {
+  return moduleBundle().localizations();
+}
+
+bool ZEVTranslations_Time::hasLanguage(std::string_view language) {
+  const auto names = languages();
+  const auto has = [&](std::string_view name) {
+    return std::find(names.begin(), names.end(), name) != names.end();
+  };
+  return has(language) || (isOtherNameOfPortuguese(language) && has(Portuguese));
+}
+
 ZEVTranslations_Time::Table ZEVTranslations_Time::loadTable(const std::string& fileName) const {
-  const NSBundle bundle = NSBundle::bundleForCode(
-      reinterpret_cast<const void*>(&ZEVTranslations_Time::sharedTranslations), "VelmoraTime");
+  const NSBundle bundle = moduleBundle();
   std::vector<std::string> languages =
       NSBundle::preferredLocalizationsFromArray(bundle.localizations(), userLanguages());
   const PropertyList chosen = ZEVObjectForKey("language");
@@ -53,8 +75,8 @@ ZEVTranslations_Time::Table ZEVTranslations_Time::loadTable(const std::string& f
 
   const std::string& language = languages.front();
   auto file = bundle.pathForResource(fileName, language);
-  if (file.empty() && (language == "pt" || language == "pt_BR" || language == "pt-PT")) {
-    file = bundle.pathForResource(fileName, "pt_PT");
+  if (file.empty() && isOtherNameOfPortuguese(language)) {
+    file = bundle.pathForResource(fileName, Portuguese);
   }
   if (file.empty()) return {};
   return stringsTableFromFile(file).value_or(Table());

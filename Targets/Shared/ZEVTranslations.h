@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// Translated texts by table and key. Each table is read once, in one language: that of the setting
 /// "language", else the best that the system's languages allow. Main thread only.
@@ -14,6 +15,10 @@ class ZEVTranslations_Time {
   /// The translation of a key; nothing if the table lacks it. An empty table name means
   /// "Localizable".
   std::optional<std::string> localizedString(std::string_view key, std::string_view table);
+
+  /// The languages that there are translations in, and whether one of them answers to a name.
+  static std::vector<std::string> languages();
+  static bool hasLanguage(std::string_view language);
 
  private:
   using Table = std::map<std::string, std::string, std::less<>>;

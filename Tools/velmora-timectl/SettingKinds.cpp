@@ -1,9 +1,12 @@
 #include "Tools/velmora-timectl/SettingKinds.h"
 
 #include <algorithm>
+#include <charconv>
 
+#include "Platform/Foundation/NSString.h"
 #include "Targets/Shared/ZEVColorText.h"
 #include "Targets/Shared/ZEVPreferences.h"
+#include "Targets/Shared/ZEVTranslations.h"
 
 namespace {
 
@@ -17,37 +20,68 @@ bool isListOf(const PropertyList& value) {
 }
 
 bool isNumber(const PropertyList& value) { return value.isNumber(); }
-bool isColor(const PropertyList& value) { return colorFromString(value).has_value(); }
+
+bool isColorPart(std::string_view text) {
+  double number = 0;
+  const char* const end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, number);
+  return error == std::errc() && stop == end && number >= 0 && number <= 1;
+}
+
+/// Stricter than the clock, which makes a colour of every text of four pieces.
+bool isColor(const PropertyList& value) {
+  if (!colorFromString(value)) return false;
+  const auto parts = componentsSeparatedByString(*value.string(), " ");
+  return std::all_of(parts.begin(), parts.end(), isColorPart);
+}
+
+/// The clock cannot take both ends off a literal of one character.
+bool isFormatElement(const PropertyList& value) { return isText(value) && *value.string() != "'"; }
+
+bool isLanguage(const PropertyList& value) {
+  return isText(value) && ZEVTranslations_Time::hasLanguage(*value.string());
+}
 
 bool isNamesByCity(const PropertyList& value) {
   return isDictionary(value) && std::all_of(value.dictionary()->begin(), value.dictionary()->end(),
                                             [](const auto& entry) { return isText(entry.second); });
 }
 
-constexpr SettingKind Number = {"a number", "13", isNumber};
-constexpr SettingKind Text = {"a text", "'\"1,2\"'", isText};
-constexpr SettingKind Color = {"a colour, red, green, blue and alpha from 0 to 1",
-                               "'\"0.11 0.11 0.11 1.0\"'", isColor};
-constexpr SettingKind Texts = {"a list of texts", "'[\"HH\",\":\",\"mm\"]'", isListOf<isText>};
-constexpr SettingKind Dictionaries = {"a list of dictionaries", "'[{\"level\":10}]'",
-                                      isListOf<isDictionary>};
-constexpr SettingKind CityNames = {"a dictionary of texts by city identifier",
-                                   "'{\"2643743\":\"Home\"}'", isNamesByCity};
-constexpr SettingKind Language = {"a text", "'\"de\"'", isText};
+SettingKind text() { return {"a text", "'\"1,2\"'", isText}; }
+
+SettingKind clockFormat() {
+  return {"a list of texts (an apostrophe itself is \"'''\")", "'[\"HH\",\":\",\"mm\"]'",
+          isListOf<isFormatElement>};
+}
+
+SettingKind language() {
+  std::string languages;
+  for (const std::string& name : ZEVTranslations_Time::languages())
+    languages += (languages.empty() ? "" : ", ") + name;
+  return {"one of the languages " + languages, "'\"de\"'", isLanguage};
+}
 
 SettingKind kindOfDefault(const PropertyList& value) {
-  if (value.isNumber()) return Number;
-  if (isColor(value)) return Color;
-  if (isListOf<isText>(value)) return Texts;
-  return value.array() != nullptr ? Dictionaries : Text;
+  if (value.isNumber()) return {"a number", "13", isNumber};
+  if (isColor(value)) {
+    return {"a colour, red, green, blue and alpha from 0 to 1", "'\"0.11 0.11 0.11 1.0\"'",
+            isColor};
+  }
+  if (isListOf<isText>(value)) return {"a list of texts", "'[\"2643743\"]'", isListOf<isText>};
+  if (value.array() == nullptr) return text();
+  return {"a list of dictionaries", "'[{\"level\":10}]'", isListOf<isDictionary>};
 }
 
 }  // namespace
 
 std::optional<SettingKind> kindOfSetting(std::string_view key) {
-  if (key == "language") return Language;
-  if (key == "CombinedMenubarDisplayMode") return Text;
-  if (key == "Time_CityNames") return CityNames;
+  if (key == "language") return language();
+  if (key == "CombinedMenubarDisplayMode") return text();
+  if (key == "Time_MenubarFormat" || key == "Time_DropdownFormat") return clockFormat();
+  if (key == "Time_CityNames") {
+    return SettingKind{"a dictionary of texts by city identifier", "'{\"2643743\":\"Home\"}'",
+                       isNamesByCity};
+  }
   const auto& defaults = ZEVPreferences_Time::sharedPreferences()->defaults();
   const auto known = defaults.find(key);
   if (known == defaults.end()) return std::nullopt;
