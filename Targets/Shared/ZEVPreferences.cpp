@@ -1,10 +1,12 @@
 #include "Targets/Shared/ZEVPreferences.h"
 
 #include <array>
+#include <stdexcept>
 
 #include "Platform/Foundation/CFPreferences.h"
 #include "Platform/Foundation/HardwareModel.h"
 #include "Platform/Foundation/NSDistributedNotificationCenter.h"
+#include "Platform/Foundation/NSLog.h"
 #include "Platform/Foundation/NSString.h"
 #include "Targets/Shared/WENVersions.h"
 #include "Targets/Shared/ZEVColorText.h"
@@ -17,6 +19,15 @@ constexpr std::string_view BundlePath = "/Library/Application Support/Velmora 5/
 constexpr std::string_view NetworkBundlePath = "/System/Library/PreferencePanes/Network.prefpane";
 
 const PropertyList NoValue;
+
+/// A value that no settings file can hold is left out.
+void setInDomain(std::string_view key, const PropertyList& value) {
+  try {
+    CFPreferencesSetAppValue(key, value, ZEVPreferences_Time::Domain);
+  } catch (const std::invalid_argument& error) {
+    NSLog(std::string("error: ") + error.what());
+  }
+}
 
 std::unique_ptr<ZEVPreferences_Time>& sharedInstance() {
   static auto instance = std::make_unique<ZEVPreferences_Time>();
@@ -59,9 +70,9 @@ void ZEVPreferences_Time::migrateIfNeeded() {
 void ZEVPreferences_Time::migrateToV5() {
   for (auto& [key, value] : migratedSettings(bundle_)) {
     if (supportsMigration_) {
-      CFPreferencesSetAppValue(key, value, Domain);
-    } else {
-      cache_.insert_or_assign(key, std::move(value));
+      setInDomain(key, value);
+    } else if (!CFPreferencesAppValueIsForced(key, Domain)) {
+      cache_.insert_or_assign(key, CachedValue{std::move(value), true});
     }
   }
   if (supportsMigration_) CFPreferencesAppSynchronize(Domain);
@@ -107,19 +118,24 @@ void ZEVPreferences_Time::updateContrast() {
 const PropertyList& ZEVPreferences_Time::objectForKey(std::string_view key) {
   const auto found = cache_.find(key);
   if (found != cache_.end()) {
-    const auto* value = std::get_if<PropertyList>(&found->second);
-    return value != nullptr ? *value : NoValue;
+    const auto* cached = std::get_if<CachedValue>(&found->second);
+    return cached != nullptr ? cached->value : NoValue;
   }
   PropertyList value = prefenceValueForKey(key);
   if (value.isNull()) {
     const auto fallback = defaults_.find(key);
     if (fallback != defaults_.end()) value = fallback->second;
   }
-  CacheEntry entry;
-  if (!value.isNull()) entry = std::move(value);
-  const auto kept = cache_.emplace(key, std::move(entry)).first;
-  const auto* keptValue = std::get_if<PropertyList>(&kept->second);
-  return keptValue != nullptr ? *keptValue : NoValue;
+  const auto kept = cache_.emplace(key, CachedValue{std::move(value)}).first;
+  return std::get<CachedValue>(kept->second).value;
+}
+
+SettingSource ZEVPreferences_Time::sourceOfKey(std::string_view key) const {
+  const auto found = cache_.find(key);
+  const auto* cached = found != cache_.end() ? std::get_if<CachedValue>(&found->second) : nullptr;
+  if (cached != nullptr && cached->isPrevious) return SettingSource::Previous;
+  if (!prefenceValueForKey(key).isNull()) return SettingSource::Stored;
+  return defaults_.contains(key) ? SettingSource::Default : SettingSource::None;
 }
 
 PropertyList ZEVPreferences_Time::objectForKeyWithoutCache(std::string_view key) const {
@@ -131,7 +147,7 @@ PropertyList ZEVPreferences_Time::prefenceValueForKey(std::string_view key) cons
 }
 
 void ZEVPreferences_Time::setObject(std::string_view key, const PropertyList& value) {
-  CFPreferencesSetAppValue(key, value, Domain);
+  setInDomain(key, value);
   CFPreferencesAppSynchronize(Domain);
   resetValueForKey(key);
 }

@@ -12,6 +12,9 @@
 #include "Platform/Foundation/NSNotificationCenter.h"
 #include "Platform/Foundation/PropertyList.h"
 
+/// Where the value of a setting comes from.
+enum class SettingSource { None, Default, Stored, Previous };
+
 /// The settings that the family of modules shares: a read cache in front of the preference domain,
 /// with a table of defaults behind it. Everything but this file's own tests goes through the free
 /// functions below. Main thread only.
@@ -46,6 +49,9 @@ class ZEVPreferences_Time {
   PropertyList objectForKeyWithoutCache(std::string_view key) const;
   PropertyList prefenceValueForKey(std::string_view key) const;
 
+  /// Where `objectForKey` has its answer from: "Previous" is the file of the previous version.
+  SettingSource sourceOfKey(std::string_view key) const;
+
   /// Writes through to the domain at once; a null value removes the key.
   void setObject(std::string_view key, const PropertyList& value);
   void removeObjectForKey(std::string_view key) { setObject(key, {}); }
@@ -70,8 +76,11 @@ class ZEVPreferences_Time {
   const PropertyList::Dictionary& defaults() const { return defaults_; }
 
  private:
-  /// `std::monostate` is the null marker of a key without any value.
-  using CacheEntry = std::variant<std::monostate, PropertyList, std::shared_ptr<NSImage>>;
+  struct CachedValue {
+    PropertyList value;  ///< Null for a key without any value.
+    bool isPrevious = false;
+  };
+  using CacheEntry = std::variant<CachedValue, std::shared_ptr<NSImage>>;
 
   void loadDefaults();
   void migrateIfNeeded();

@@ -63,7 +63,14 @@ TEST(Misuse, Arguments) {
       {{"defaults", "write", "Key", "[1,[null]]"}, "cannot hold null"},
       {{"defaults", "write", "Key", "18446744073709551615"}, "too large"},
       {{"defaults", "write", "Key", std::string(60'000, '[') + std::string(60'000, ']')}, "nested"},
+      {{"defaults", "write", "Key", std::string(64, '[') + std::string(64, ']')}, "63 deep"},
+      {{"defaults", "write", "Key", R"("a\u0001b")"}, "no control characters"},
       {{"defaults", "write", "", "1"}, "KEY is empty"},
+      {{"defaults", "write", "Time_MenubarFormat", R"(["HH","'"])"}, "list of texts"},
+      {{"defaults", "write", "Time_TextColor", R"("a b c d")"}, "from 0 to 1"},
+      {{"defaults", "write", "Time_TextColor", R"("1 1 1 1.1")"}, "from 0 to 1"},
+      {{"defaults", "write", "Time_TextColor", R"("1 1 1 1x")"}, "from 0 to 1"},
+      {{"defaults", "write", "language", R"("xx")"}, "ar, de, en, es, fr, ja, pt_PT"},
   };
   for (const Call& call : calls)
     expectComplaint(call, 2);

@@ -64,6 +64,40 @@ TEST(Settings, OfAWrongKindNeedForce) {
             R"({"key":"Time_MenubarFormat","value":"HH","source":"stored"})");
 }
 
+TEST(Settings, OfTheRightKindNeedNone) {
+  constexpr std::pair<const char*, const char*> Settings[] = {
+      {"language", R"("pt_BR")"},
+      {"Time_TextColor", R"("1 0.5 .25 0")"},
+      {"Time_MenubarFormat", R"(["HH","'''","''"])"}};
+  for (const auto& [key, value] : Settings)
+    EXPECT_NE(answer({"defaults", "write", key, value}).find(value), std::string::npos);
+}
+
+TEST(Settings, OfThePreviousVersionAreToldAndGiveWay) {
+  const auto file = testFolder() / "config/velmora5/com.wenmark.velmora.extras.plist";
+  std::filesystem::create_directories(file.parent_path());
+  std::ofstream(file) << "<plist><dict><key>ClockFontSize</key><integer>9</integer></dict></plist>";
+  const auto size = [](int value, const std::string& source) {
+    return R"({"key":"Time_TextSize","value":)" + std::to_string(value) + R"(,"source":")" +
+           source + "\"}";
+  };
+  const std::vector<std::string> read = {"defaults", "read", "Time_TextSize"};
+  const auto readWith = [&](std::vector<std::string> options) {
+    options.insert(options.end(), read.begin(), read.end());
+    return answer(options);
+  };
+  EXPECT_EQ(readWith({}), size(9, "previous"));
+  EXPECT_EQ(readWith({"--set", "Time_TextSize=20"}), size(20, "stored"));
+  EXPECT_EQ(readWith({"--set", "Time_TextSize=null"}), size(13, "default"));
+  EXPECT_EQ(readWith({"--no-user-settings"}), size(13, "default"));
+  const auto written = timectl({"defaults", "write", "Time_TextSize", "15"});
+  EXPECT_EQ(written.output, size(15, "stored") + "\n") << "the running clock's";
+  EXPECT_NE(written.errors.find("defaults write Migrated_5.0 true"), std::string::npos);
+  EXPECT_EQ(readWith({}), size(9, "previous")) << "that of a clock that starts";
+  answer({"defaults", "write", "Migrated_5.0", "true"});
+  EXPECT_EQ(readWith({}), size(15, "stored"));
+}
+
 TEST(Settings, ThatCannotBeStoredAreAFailure) {
   const auto file = testFolder() / "a-file";
   std::ofstream(file) << "no folder";

@@ -1,9 +1,11 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
+#include <stdexcept>
 
 #include "Platform/Foundation/CFPreferences.h"
 #include "Platform/Foundation/NSDistributedNotificationCenter.h"
+#include "Platform/Foundation/NSLog.h"
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Tools/velmora-timectl/Command.h"
 #include "Tools/velmora-timectl/Errors.h"
@@ -43,24 +45,48 @@ std::string resetKeyFor(const std::string& key, const Arguments& arguments) {
   return rule != std::end(ResetRules) ? std::string(rule->resetKey) : "";
 }
 
+std::string_view sourceName(SettingSource source) {
+  switch (source) {
+    case SettingSource::Stored:
+      return "stored";
+    case SettingSource::Previous:
+      return "previous";
+    case SettingSource::Default:
+      return "default";
+    case SettingSource::None:
+      break;
+  }
+  return "none";
+}
+
+/// What the clock uses.
 Json settingJson(const std::string& key) {
-  const PropertyList stored = CFPreferencesCopyAppValue(key, Domain);
-  if (!stored.isNull()) {
-    return {{"key", key}, {"value", jsonFromPropertyList(stored)}, {"source", "stored"}};
-  }
-  const auto& defaults = ZEVPreferences_Time::sharedPreferences()->defaults();
-  const auto fallback = defaults.find(key);
-  if (fallback == defaults.end()) {
-    return {{"key", key}, {"value", nullptr}, {"source", "none"}};
-  }
-  return {{"key", key}, {"value", jsonFromPropertyList(fallback->second)}, {"source", "default"}};
+  auto& settings = *ZEVPreferences_Time::sharedPreferences();
+  return {{"key", key},
+          {"value", jsonFromPropertyList(settings.objectForKey(key))},
+          {"source", sourceName(settings.sourceOfKey(key))}};
+}
+
+/// A running clock follows a change; one that starts later takes the old value again.
+void warnOfPreviousVersion(const std::string& key) {
+  const auto& settings = *ZEVPreferences_Time::sharedPreferences();
+  if (settings.sourceOfKey(key) != SettingSource::Previous) return;
+  NSLog("the settings of the previous version hold " + key +
+        ", too, for every clock that starts; 'velmora-timectl defaults write Migrated_5.0 true' "
+        "leaves them behind");
 }
 
 Json changeSetting(const std::string& key, const PropertyList& value, const Arguments& arguments) {
-  CFPreferencesSetAppValue(key, value, Domain);
+  try {
+    CFPreferencesSetAppValue(key, value, Domain);
+  } catch (const std::invalid_argument& error) {
+    throw UsageError(std::string("defaults write: ") + error.what());
+  }
   if (!CFPreferencesAppSynchronize(Domain)) {
     throw CommandFailure("the setting " + key + " could not be stored");
   }
+  warnOfPreviousVersion(key);
+  ZEVRefreshKey(key);
   PropertyList::Dictionary userInfo = {{"key", key}};
   const std::string resetKey = resetKeyFor(key, arguments);
   if (!resetKey.empty()) userInfo.emplace("resetKey", resetKey);
@@ -95,9 +121,8 @@ Json readSetting(const Arguments& arguments) {
 void expectRightKind(const std::string& key, const PropertyList& value) {
   const auto wanted = kindOfSetting(key);
   if (!wanted || wanted->fits(value)) return;
-  throw UsageError("defaults write: " + key + " must be " + std::string(wanted->description) +
-                   ", such as " + std::string(wanted->example) +
-                   "; --force stores the value all the same");
+  throw UsageError("defaults write: " + key + " must be " + wanted->description + ", such as " +
+                   std::string(wanted->example) + "; --force stores the value all the same");
 }
 
 Json writeSetting(const Arguments& arguments) {

@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 
+#include "Platform/Foundation/NSPropertyListSerialization.h"
 #include "Tools/velmora-timectl/Errors.h"
 
 namespace {
@@ -27,10 +28,10 @@ std::string stringText(const std::string& value) {
   return Json(value).dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
-PropertyList propertyListOf(const nlohmann::json& value, std::string_view what, int depth = 0) {
+PropertyList propertyListOf(const nlohmann::json& value, std::string_view what, size_t depth = 0) {
   // Settings are a few levels deep; this walk and the property list's own are recursive.
-  constexpr int Deepest = 64;
-  if (depth > Deepest) throw UsageError(std::string(what) + ": lists are nested too deeply");
+  if (depth > MaximumPropertyListDepth)
+    throw UsageError(std::string(what) + ": lists are nested too deeply");
   if (depth > 0 && value.is_null()) {
     throw UsageError(std::string(what) + ": a list or an object cannot hold null");
   }
