@@ -112,11 +112,32 @@ TEST(Answers, Fuzzy) {
   // 03:23 in New York. The spellings are two on purpose.
   const std::vector<std::string> call = {"--system-zone", "America/New_York",     "fuzzy",
                                          "--time",        "2026-11-21T08:23:00Z", "--copy"};
-  for (const auto& [copy, text] :
-       {std::pair{"utilities", "twentyfive past three"}, {"menubar", "twenty five past three"}}) {
+  struct Case {
+    std::vector<std::string> copy;
+    const char* text;
+  };
+  // The cities' zones: 08:23 in UTC, 13:53 in Kolkata, 00:23 in Los Angeles, where an hour has a
+  // name that the bar does not give it, and with a German word of its own.
+  const Case cases[] = {{{"utilities"}, "twentyfive past three"},
+                        {{"menubar"}, "twenty five past three"},
+                        {{"clock"}, "twenty five past three"},
+                        {{"clock", "--zone", "UTC"}, "twenty five past eight"},
+                        {{"clock", "--zone", "Asia/Kolkata"}, "five to two"},
+                        {{"clock", "--zone", "America/Los_Angeles"}, "twenty five past midnight"}};
+  for (const auto& [copy, text] : cases) {
     auto arguments = call;
-    arguments.emplace_back(copy);
+    arguments.insert(arguments.end(), copy.begin(), copy.end());
     expectAnswers({{arguments, std::string(R"({"text":")") + text + "\"}"}});
+  }
+  const std::pair<const char*, const char*> nights[] = {{"23:58", "Mitternacht"},
+                                                        {"23:30", "halb zwölf nachts"},
+                                                        {"00:05", "fünf nach zwölf nachts"},
+                                                        {"12:05", "fünf nach zwölf"},
+                                                        {"13:02", "gegen eins"}};
+  for (const auto& [time, text] : nights) {
+    expectAnswers({{{"--set", "language=\"de\"", "fuzzy", "--copy", "clock", "--zone", "UTC",
+                     "--time", std::string("2026-11-21T") + time + ":00Z"},
+                    std::string(R"({"text":")") + text + "\"}"}});
   }
 }
 

@@ -2,6 +2,7 @@
 #include <memory>
 
 #include "Platform/Foundation/SystemClock.h"
+#include "Targets/VelmoraTime/Classes/FuzzyClock.h"
 #include "Targets/VelmoraTime/Classes/ZEVDateAndTimeUtilities.h"
 #include "Tools/velmora-timectl/Command.h"
 #include "Tools/velmora-timectl/Errors.h"
@@ -94,18 +95,26 @@ Json weekCommand(const Arguments& arguments) {
   return {{"week", ZEVDateAndTimeUtilities::sharedUtilities().week(time.timeIntervalSince1970())}};
 }
 
+std::string fuzzyClockInZone(const NSDate& date, const NSTimeZone& zone) {
+  return fuzzyClockOfCity(date.dateByAddingTimeInterval(zone.secondsFromGMTForDate(date)));
+}
+
 Json fuzzyCommand(const Arguments& arguments) {
   arguments.expectRest({});
-  const double time =
-      instantFromText(arguments.required("--time"), "--time").timeIntervalSince1970();
+  const NSDate date = instantFromText(arguments.required("--time"), "--time");
   const std::string copy = arguments.required("--copy");
-  if (copy != "utilities" && copy != "menubar") {
-    throw UsageError("--copy: there is no copy '" + copy + "'; there are: utilities, menubar");
+  const auto zone = arguments.value("--zone");
+  if (copy == "clock") {
+    return {{"text", fuzzyClockInZone(date, zone ? zoneFromText(*zone, "--zone")
+                                                 : NSTimeZone::systemTimeZone())}};
   }
-  const std::string text = copy == "menubar"
-                               ? makeMenubarContent().view->fuzzyClock(time)
-                               : ZEVDateAndTimeUtilities::sharedUtilities().fuzzyClock(time);
-  return {{"text", text}};
+  if (zone) throw UsageError("--zone goes with --copy clock only; the others show the system zone");
+  const double time = date.timeIntervalSince1970();
+  if (copy == "menubar") return {{"text", makeMenubarContent().view->fuzzyClock(time)}};
+  if (copy == "utilities") {
+    return {{"text", ZEVDateAndTimeUtilities::sharedUtilities().fuzzyClock(time)}};
+  }
+  throw UsageError("--copy: there is no copy '" + copy + "'; there are: utilities, menubar, clock");
 }
 
 constexpr OptionSpec TimeOption = {"--time", "INSTANT", "the instant to show", true};
@@ -118,7 +127,8 @@ constexpr OptionSpec MenubarOptions[] = {
     {"--flash", "0|1", "whether the flashing separators are shown or hidden", true}};
 constexpr OptionSpec WeekOptions[] = {TimeOption};
 constexpr OptionSpec FuzzyOptions[] = {TimeOption,
-                                       {"--copy", "utilities|menubar", "whose wording", true}};
+                                       {"--copy", "utilities|menubar|clock", "whose wording", true},
+                                       {"--zone", "ZONE", "the city's zone, for clock"}};
 
 constexpr Command Commands[] = {
     {"format", "", "the text of a format list for an instant", FormatOptions, formatCommand},
@@ -126,7 +136,7 @@ constexpr Command Commands[] = {
      menubarCommand},
     {"dropdown-time-format", "", "the format list of a bare time", {}, dropdownTimeFormatCommand},
     {"week", "", "the week number of an instant, on the UTC calendar", WeekOptions, weekCommand},
-    {"fuzzy", "", "the time in words, in the system zone", FuzzyOptions, fuzzyCommand},
+    {"fuzzy", "", "the time in words, in the system zone or a city's", FuzzyOptions, fuzzyCommand},
 };
 
 }  // namespace

@@ -2,8 +2,10 @@
 
 #include <array>
 
+#include "Platform/Foundation/NSCalendar.h"
 #include "Platform/Foundation/NSString.h"
 #include "Targets/Shared/ZEVTranslations.h"
+#include "Targets/VelmoraTime/Classes/SystemCalendar.h"
 
 namespace {
 
@@ -39,6 +41,12 @@ std::string fuzzyHourName(int64_t hour) {
   return WENLocalizedString(Names[static_cast<size_t>(onDial)], "", Table);
 }
 
+std::string fuzzyHourNameOfCity(int64_t hour) {
+  if (hour != 0 && hour < 24) return fuzzyHourName(hour);
+  return WENLocalizedString("FUZZY_CLOCK_MIDNIGHT", WENLocalizedString("midnight", "", Table),
+                            Table);
+}
+
 std::string fuzzyClockPhrase(int64_t hour, int64_t minute, const FuzzyClockStyle& style) {
   // The buckets are centred on the five-minute marks; the top of the hour reaches from 58 to 2.
   const int64_t mark = (minute + 2) / 5;
@@ -48,4 +56,13 @@ std::string fuzzyClockPhrase(int64_t hour, int64_t minute, const FuzzyClockStyle
   const int64_t index = isTop ? 1 : mark + 1;
   const int64_t namedHour = isTop ? topHour : hour + addedHours(index);
   return stringByReplacingOccurrences(phraseFor(index, style), "%@", style.nameForHour(namedHour));
+}
+
+std::string fuzzyClockOfCity(const NSDate& date) {
+  // With the system's offset taken off, the system's calendar reads the city's wall clock.
+  const NSDate shifted = dateShowingUniversalTime(date);
+  const NSCalendar calendar = NSCalendar::gregorianCalendar();
+  return fuzzyClockPhrase(calendar.component(NSCalendarUnitHour, shifted),
+                          calendar.component(NSCalendarUnitMinute, shifted),
+                          {"twenty five past %@", "twenty five to %@", fuzzyHourNameOfCity});
 }

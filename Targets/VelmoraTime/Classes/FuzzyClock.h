@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "Platform/Foundation/NSDate.h"
+
 /// What differs between the copies of the fuzzy clock. The keys of the twenty-fives are two
 /// spellings on purpose; every language provides both.
 struct FuzzyClockStyle {
@@ -18,3 +20,10 @@ std::string fuzzyClockPhrase(int64_t hour, int64_t minute, const FuzzyClockStyle
 
 /// The name of an hour on a 12-hour dial, translated; 0 and everything from 24 on is "twelve".
 std::string fuzzyHourName(int64_t hour);
+
+/// The same in a city's clock, where 0 and everything from 24 on is "midnight": the language's own
+/// name for that hour, or the word that stands alone.
+std::string fuzzyHourNameOfCity(int64_t hour);
+
+/// The phrase of a city's clock. `date` has the offset of the city's zone added to it already.
+std::string fuzzyClockOfCity(const NSDate& date);

@@ -4,6 +4,7 @@
 
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/VelmoraTime/Classes/ClockElements.h"
+#include "Targets/VelmoraTime/Classes/FuzzyClock.h"
 #include "Targets/VelmoraTime/Classes/ZEVDateAndTimeUtilities.h"
 #include "Tests/Targets/SimulatedTime.h"
 
@@ -38,6 +39,7 @@ TEST(FuzzyClockHours, HoursOffTheDialAreNamedToo) {
 
 TEST(FuzzyClockHours, AnUnknownLanguageGivesTheKeys) {
   ZEVSetObjectForKey("language", "qad");
+  EXPECT_EQ(fuzzyHourNameOfCity(24), "midnight");
   EXPECT_EQ(phrase(4, 40), "twenty to five");
   EXPECT_EQ(relativeDayText(), "Today");
 }
