@@ -9,7 +9,6 @@
 #include "Hosts/Gtk/GtkBar.h"
 #include "Platform/Foundation/NSDistributedNotificationCenter.h"
 #include "Platform/Foundation/NSRunLoop.h"
-#include "Platform/SystemUIPlugin/NSMenuExtraBundle.h"
 
 namespace {
 
@@ -36,12 +35,12 @@ void showMenuBar(const Options& options, char** commandLine) {
   BarMonitors monitors(options.outputName, [&] { bar.showOn(monitors.barMonitor()); });
   if (options.outputName) checkOutputName(*options.outputName, monitors.names());
 
-  const NSMenuExtraBundle bundle(options.bundle.value_or(NSBundle::installedPath("VelmoraTime")));
-  bar.slot().setExtra(bundle.makeExtra(bar.slot()));
+  bar.slot().load(
+      NSMenuExtraBundle(options.bundle.value_or(NSBundle::installedPath("VelmoraTime"))));
   const NSObservation appearance = NSDistributedNotificationCenter::defaultCenter().addObserver(
       "AppleInterfaceThemeChangedNotification", [&](const NSNotification&) { bar.redraw(); });
   bar.showOn(monitors.barMonitor());
 
   NSRunLoop::mainRunLoop().run();
-  NSRunLoop::guarded([&] { bar.slot().extra()->willUnload(); });
+  bar.slot().unload();
 }

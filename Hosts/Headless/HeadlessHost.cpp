@@ -9,7 +9,6 @@
 #include "Platform/AppKit/RecordingGraphicsContext.h"
 #include "Platform/Foundation/NSRunLoop.h"
 #include "Platform/SystemUIPlugin/NSMenuBarSlot.h"
-#include "Platform/SystemUIPlugin/NSMenuExtraBundle.h"
 
 namespace {
 
@@ -31,13 +30,11 @@ HeadlessPicture drawHeadless(const HeadlessOptions& options) {
   if (error) {
     throw std::runtime_error(options.output.string() + " cannot be made: " + error.message());
   }
-  const NSMenuExtraBundle bundle(options.bundle);
   NSMenuBarSlot slot;
-  slot.setExtra(bundle.makeExtra(slot));
+  slot.load(NSMenuExtraBundle(options.bundle));
   // The extra starts on the next pass of the loop, behind its host.
   NSRunLoop::mainRunLoop().runPending();
 
-  // The first pass tells the item's width and its words.
   RecordingGraphicsContext words;
   slot.draw(words);
   BitmapSurface surface({slot.length() + 2 * Margin, NSMenuExtra::Height}, options.scale);
@@ -55,6 +52,6 @@ HeadlessPicture drawHeadless(const HeadlessOptions& options) {
 
   HeadlessPicture picture{words.joinedText(), options.output / fileName(options)};
   surface.writePng(picture.file.string());
-  slot.extra()->willUnload();
+  slot.unload();
   return picture;
 }

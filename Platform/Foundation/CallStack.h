@@ -2,5 +2,6 @@
 
 #include <string>
 
-/// The functions on the present call stack, one a line, innermost first.
-std::string callStackSymbols();
+/// The functions on the call stack from which this thread threw its last exception, one a line,
+/// innermost first; empty if it has thrown none.
+std::string callStackSymbolsOfException();

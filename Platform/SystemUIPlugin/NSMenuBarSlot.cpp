@@ -1,7 +1,56 @@
 #include "Platform/SystemUIPlugin/NSMenuBarSlot.h"
 
+#include <utility>
+
+#include "Platform/AppKit/RecordingGraphicsContext.h"
 #include "Platform/Foundation/CFPreferences.h"
 #include "Platform/Foundation/NSRunLoop.h"
+
+void NSMenuBarSlot::load(NSMenuExtraBundle bundle) {
+  bundle_ = std::move(bundle);
+  makeExtra();
+  showOnceStarted();
+}
+
+void NSMenuBarSlot::makeExtra() {
+  startingLength_ = 0;
+  extra_ = bundle_->makeExtra(*this);
+}
+
+void NSMenuBarSlot::showOnceStarted() {
+  // Behind the extra's own start, which waits for the same pass.
+  performSelectorAfterDelay("showOnceStarted", 0, [this] {
+    // An item tells its width while it draws: this drawing is for the width alone.
+    RecordingGraphicsContext measuring;
+    draw(measuring);
+    const double length = startingLength_.value_or(length_);
+    startingLength_.reset();
+    if (length != length_) lengthChanged(length);
+    needsDisplay();
+  });
+}
+
+void NSMenuBarSlot::unload() {
+  setMenuDown(false);
+  cancelPreviousPerformRequests("reload");
+  cancelPreviousPerformRequests("showOnceStarted");
+  // Dropped first: what it still asks for while it ends must not have it drawn.
+  if (const auto extra = std::exchange(extra_, nullptr)) {
+    NSRunLoop::guarded([&] { extra->willUnload(); });
+  }
+}
+
+void NSMenuBarSlot::reloadExtra() {
+  if (!bundle_) return;
+  // On another pass: the extra asks from within its own work.
+  cancelPreviousPerformRequests("reload");
+  performSelectorAfterDelay("reload", 0, [this] {
+    startingLength_ = 0;
+    unload();
+    NSRunLoop::guarded([this] { makeExtra(); });
+    showOnceStarted();
+  });
+}
 
 void NSMenuBarSlot::setMenuDown(bool isDown) {
   if (isDown == isMenuDown_) return;
@@ -18,12 +67,16 @@ void NSMenuBarSlot::draw(NSGraphicsContext& context) const {
 }
 
 void NSMenuBarSlot::lengthChanged(double length) {
+  if (startingLength_) {
+    startingLength_ = length;
+    return;
+  }
   length_ = length;
   if (onLengthChanged) onLengthChanged();
 }
 
 void NSMenuBarSlot::needsDisplay() {
-  if (onNeedsDisplay) onNeedsDisplay();
+  if (onNeedsDisplay && !startingLength_) onNeedsDisplay();
 }
 
 NSColor menuBarBackgroundColor(bool isDark) {

@@ -25,6 +25,10 @@ void NSMenuExtra::setLength(double length) {
   if (slot_ != nullptr) slot_->lengthChanged(length);
 }
 
+void NSMenuExtra::reload() {
+  if (slot_ != nullptr) slot_->reloadExtra();
+}
+
 void NSMenuExtra::drawMenuBackground(bool selected) {
   if (!selected || !view_) return;
   NSColor::selectedMenuItemColor().setFill();

@@ -16,7 +16,12 @@ class NSMenuExtraSlot {
   virtual void needsDisplay() = 0;
   /// Whether the extra's menu is open.
   virtual bool isMenuDown() const = 0;
+  /// The extra wants to be unloaded and loaded anew; not within this call.
+  virtual void reloadExtra() = 0;
 };
+
+/// What an extra is made of: a list of its family's own kind.
+struct NSMenuExtraModules {};
 
 /// One status item. A host makes it from a bundle, draws its view, asks it for a menu on a click
 /// and tells it when to unload. Main thread only.
@@ -45,6 +50,13 @@ class NSMenuExtra : public NSObject, private NSViewHost {
   /// Asked for on a click. Null means that nothing opens.
   virtual std::shared_ptr<NSMenu> menu() { return nullptr; }
   virtual void willUnload() {}
+
+  /// Asks the host to unload this extra and to load it anew into the same slot: for a setting that
+  /// everything follows from.
+  void reload();
+
+  /// Null for an extra without modules.
+  virtual const NSMenuExtraModules* modules() const { return nullptr; }
 
   virtual std::string title() const { return ""; }
   virtual std::string AXTitle() const { return title(); }

@@ -1,6 +1,8 @@
 #include "Targets/Shared/ZEVMenuExtra.h"
 
 #include <exception>
+#include <map>
+#include <utility>
 
 #include "Platform/Foundation/CallStack.h"
 #include "Platform/Foundation/NSDate.h"
@@ -15,6 +17,13 @@
 namespace {
 
 constexpr double PlaceholderLength = 20;
+
+/// The logger of each folder, as long as the log has it. An extra that is loaded anew goes on in
+/// its file: one more logger would write every line twice, and taking one out archives the file.
+std::weak_ptr<DDFileLogger_Time>& fileLoggerOfFolder(const std::string& folder) {
+  static std::map<std::string, std::weak_ptr<DDFileLogger_Time>> loggers;
+  return loggers[folder];
+}
 
 }  // namespace
 
@@ -36,10 +45,14 @@ void ZEVMenuExtra_Time::setupLog() {
   constexpr double ThirtyDays = 2'592'000;
   constexpr uint64_t FilesToKeep = 7;
   constexpr uint64_t FiveMebibytes = 5'242'880;
-  const auto manager =
-      std::make_shared<DDLogFileManagerDefault_Time>("~/Library/Logs/Velmora/" + extraName() + "/");
+  const std::string folder = "~/Library/Logs/Velmora/" + extraName() + "/";
+  auto& known = fileLoggerOfFolder(folder);
+  fileLogger_ = known.lock();
+  if (fileLogger_) return;
+  const auto manager = std::make_shared<DDLogFileManagerDefault_Time>(folder);
   manager->setMaximumNumberOfLogFiles(FilesToKeep);
   fileLogger_ = std::make_shared<DDFileLogger_Time>(manager);
+  known = fileLogger_;
   fileLogger_->setRollingFrequency(ThirtyDays);
   fileLogger_->setMaximumFileSize(FiveMebibytes);
   DDLog_Time::addLogger(fileLogger_);
@@ -94,7 +107,7 @@ void ZEVMenuExtra_Time::start(std::string& stage) {
 void ZEVMenuExtra_Time::collapse(const std::string& stage, const std::string& reason) {
   const std::string start = "Velmora exception in " + extraName() + " - ";
   const std::string report = NSDate::date().description() + "\n\n" + start + reason + "\n" + start +
-                             stage + "\n\n" + callStackSymbols();
+                             stage + "\n\n" + callStackSymbolsOfException();
   NSLog(report);
   DDLogLine(report);
   if (view()) view()->setFrameSize({0, Height});
@@ -114,8 +127,13 @@ std::shared_ptr<ZEVModule_Time> ZEVMenuExtra_Time::moduleWithKey(int64_t key) co
   return nullptr;
 }
 
+void ZEVMenuExtra_Time::refreshSetting(const std::string& key) {
+  ZEVRefreshKey(key);
+  if (key == "language") reload();
+}
+
 void ZEVMenuExtra_Time::displayChange(const NSNotification& notification) {
-  ZEVRefreshKey(notification.textForKey("key"));
+  refreshSetting(notification.textForKey("key"));
   if (!modules_) return;
   const Modules modules = *modules_;
   for (const auto& module : modules)
@@ -155,7 +173,8 @@ void ZEVMenuExtra_Time::disableZero() {
 }
 
 void ZEVMenuExtra_Time::willUnload() {
-  NSLog("Unloading...");
+  if (std::exchange(isUnloaded_, true)) return;
+  DDLogLine("Unloading...");
   try {
     if (modules_) {
       for (const auto& module : *modules_) {

@@ -21,7 +21,7 @@ class ZEVMenuExtraView_Time;
 /// collapses the slot and leaves its reason in the log; the host goes on.
 class ZEVMenuExtra_Time : public NSMenuExtra, public ZEVModuleDelegate {
  public:
-  using Modules = std::vector<std::shared_ptr<ZEVModule_Time>>;
+  struct Modules : NSMenuExtraModules, std::vector<std::shared_ptr<ZEVModule_Time>> {};
 
   /// A host may drop an extra without unloading it; its modules then lose their delegate.
   ~ZEVMenuExtra_Time() override;
@@ -40,7 +40,12 @@ class ZEVMenuExtra_Time : public NSMenuExtra, public ZEVModuleDelegate {
 
   std::shared_ptr<NSMenu> menu() override;
   void run();
+  /// The first call counts: an extra that collapsed has done it already.
   void willUnload() override;
+
+  /// Takes over a setting that another process has changed. Nothing outlives a new language, in
+  /// which all texts and formats were made: the extra is loaded anew.
+  void refreshSetting(const std::string& key);
 
   void update() override;
   void updateSize() override {}
@@ -49,7 +54,7 @@ class ZEVMenuExtra_Time : public NSMenuExtra, public ZEVModuleDelegate {
   void disableZero();
 
   /// The modules in load order; null before `run` and after unload.
-  const Modules* modules() const { return modules_ ? &*modules_ : nullptr; }
+  const Modules* modules() const override { return modules_ ? &*modules_ : nullptr; }
   /// Null if there is none with that number.
   std::shared_ptr<ZEVModule_Time> moduleWithKey(int64_t key) const;
 
@@ -62,6 +67,7 @@ class ZEVMenuExtra_Time : public NSMenuExtra, public ZEVModuleDelegate {
   void dropdownThemeChanged();
 
   std::optional<Modules> modules_;
+  bool isUnloaded_ = false;
   std::shared_ptr<DDFileLogger_Time> fileLogger_;
   std::shared_ptr<ZEVMenuExtraView_Time> hostView_;
   NSObservation displayObservation_;

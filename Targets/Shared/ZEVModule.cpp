@@ -23,7 +23,13 @@ void ZEVModule_Time::menubarThemeChanged() {
 
 double ZEVModule_Time::width() const { return view_ ? view_->size() : 0; }
 
-bool ZEVModule_Time::collectorShouldUpdateStateForSequence(int64_t sequence) {
+void ZEVModule_Time::removeDelegate(ZEVModuleDelegate& delegate) {
+  delegates_.remove(delegate);
+  if (&delegate == extra_) extra_ = nullptr;
+}
+
+bool ZEVModule_Time::collectorShouldUpdateStateForSequence(const StatCollector&,
+                                                            int64_t sequence) const {
   if (sequence == -1) return true;
   switch (ZEVIntegerForKey("TimerFrequency")) {
     case 2:

@@ -9,6 +9,7 @@
 #include "Platform/Foundation/DelegateList.h"
 #include "Platform/Foundation/NSNotificationCenter.h"
 #include "Platform/Foundation/NSObject.h"
+#include "Targets/Shared/StatCollector.h"
 
 class NSMenu;
 class ZEVMenuExtra_Time;
@@ -49,12 +50,14 @@ class ZEVModule_Time : public NSObject {
   double width() const;
 
   /// Delegates are not owned: whoever adds itself removes itself. Told in the order of adding.
+  /// With the extra goes the module's way to it.
   void addDelegate(ZEVModuleDelegate& delegate) { delegates_.add(delegate); }
-  void removeDelegate(ZEVModuleDelegate& delegate) { delegates_.remove(delegate); }
+  void removeDelegate(ZEVModuleDelegate& delegate);
 
   /// Whether a collector's run at this count should do the heavy part of its work: always for -1,
   /// else every time, every second or every third time, as "TimerFrequency" says.
-  static bool collectorShouldUpdateStateForSequence(int64_t sequence);
+  virtual bool collectorShouldUpdateStateForSequence(const StatCollector& collector,
+                                                     int64_t sequence) const;
 
   /// The file of a database in the user's data folder, which is made if it is missing. A null extra
   /// counts as not combined.
@@ -64,6 +67,8 @@ class ZEVModule_Time : public NSObject {
  protected:
   void setView(std::shared_ptr<ZEVMenuExtraContentView_Time> view);
   DelegateList<ZEVModuleDelegate>& delegates() { return delegates_; }
+  /// Null before `init`, and when the extra has gone.
+  ZEVMenuExtra_Time* extra() const { return extra_; }
 
  private:
   bool menubar_ = false;

@@ -29,16 +29,32 @@ void setInDomain(std::string_view key, const PropertyList& value) {
   }
 }
 
-std::unique_ptr<ZEVPreferences_Time>& sharedInstance() {
-  static auto instance = std::make_unique<ZEVPreferences_Time>();
+struct SharedInstance {
+  std::unique_ptr<ZEVPreferences_Time> store;
+  bool hasEnded = false;
+};
+
+SharedInstance& sharedInstance() {
+  static SharedInstance instance;
   return instance;
+}
+
+const PropertyList& valueForKey(std::string_view key) {
+  auto* const store = ZEVPreferences_Time::sharedPreferences();
+  return store != nullptr ? store->objectForKey(key) : NoValue;
 }
 
 }  // namespace
 
-ZEVPreferences_Time* ZEVPreferences_Time::sharedPreferences() { return sharedInstance().get(); }
+ZEVPreferences_Time* ZEVPreferences_Time::sharedPreferences() {
+  SharedInstance& shared = sharedInstance();
+  if (!shared.store && !shared.hasEnded) shared.store = std::make_unique<ZEVPreferences_Time>();
+  return shared.store.get();
+}
 
-void ZEVPreferences_Time::cleanup() { sharedInstance().reset(); }
+void ZEVPreferences_Time::cleanup() { sharedInstance() = {.store = nullptr, .hasEnded = true}; }
+
+void ZEVPreferences_Time::begin() { sharedInstance().hasEnded = false; }
 
 ZEVPreferences_Time::ZEVPreferences_Time()
     : isMavericks_(WENVersions_Time::sharedVersions().isMavericks()),
@@ -116,6 +132,7 @@ void ZEVPreferences_Time::updateContrast() {
 }
 
 const PropertyList& ZEVPreferences_Time::objectForKey(std::string_view key) {
+  if (key.empty()) return NoValue;
   const auto found = cache_.find(key);
   if (found != cache_.end()) {
     const auto* cached = std::get_if<CachedValue>(&found->second);
@@ -138,8 +155,8 @@ SettingSource ZEVPreferences_Time::sourceOfKey(std::string_view key) const {
   return defaults_.contains(key) ? SettingSource::Default : SettingSource::None;
 }
 
-PropertyList ZEVPreferences_Time::objectForKeyWithoutCache(std::string_view key) const {
-  return prefenceValueForKey(key);
+PropertyList ZEVPreferences_Time::objectForKey(std::string_view key, bool useCache) {
+  return useCache ? objectForKey(key) : prefenceValueForKey(key);
 }
 
 PropertyList ZEVPreferences_Time::prefenceValueForKey(std::string_view key) const {
@@ -147,6 +164,7 @@ PropertyList ZEVPreferences_Time::prefenceValueForKey(std::string_view key) cons
 }
 
 void ZEVPreferences_Time::setObject(std::string_view key, const PropertyList& value) {
+  if (key.empty()) return;
   setInDomain(key, value);
   CFPreferencesAppSynchronize(Domain);
   resetValueForKey(key);
@@ -210,48 +228,41 @@ int64_t ZEVPreferences_Time::verticalOffsetForFontSize(int64_t size) {
   return Offsets[static_cast<size_t>(index)];
 }
 
-bool ZEVBoolForKey(std::string_view key) {
-  return ZEVPreferences_Time::sharedPreferences()->objectForKey(key).boolValue();
-}
+bool ZEVBoolForKey(std::string_view key) { return valueForKey(key).boolValue(); }
 
-int64_t ZEVIntegerForKey(std::string_view key) {
-  return ZEVPreferences_Time::sharedPreferences()->objectForKey(key).integerValue();
-}
+int64_t ZEVIntegerForKey(std::string_view key) { return valueForKey(key).integerValue(); }
 
-float ZEVFloatForKey(std::string_view key) {
-  return ZEVPreferences_Time::sharedPreferences()->objectForKey(key).floatValue();
-}
+float ZEVFloatForKey(std::string_view key) { return valueForKey(key).floatValue(); }
 
-double ZEVDoubleForKey(std::string_view key) {
-  return ZEVPreferences_Time::sharedPreferences()->objectForKey(key).doubleValue();
-}
+double ZEVDoubleForKey(std::string_view key) { return valueForKey(key).doubleValue(); }
 
-PropertyList ZEVObjectForKey(std::string_view key) {
-  return ZEVPreferences_Time::sharedPreferences()->objectForKey(key);
-}
+PropertyList ZEVObjectForKey(std::string_view key) { return valueForKey(key); }
 
 PropertyList ZEVDictionaryForKey(std::string_view key) { return ZEVObjectForKey(key); }
 
 NSColor ZEVColorForKey(std::string_view key) {
-  return ZEVPreferences_Time::sharedPreferences()->colorForKey(key);
+  auto* const store = ZEVPreferences_Time::sharedPreferences();
+  return store != nullptr ? store->colorForKey(key) : NSColor::blackColor();
 }
 
 PropertyList ZEVObjectForKeyWithoutCache(std::string_view key) {
-  return ZEVPreferences_Time::sharedPreferences()->objectForKeyWithoutCache(key);
+  auto* const store = ZEVPreferences_Time::sharedPreferences();
+  return store != nullptr ? store->objectForKey(key, false) : NoValue;
 }
 
 PropertyList ZEVStoredObjectForKey(std::string_view key) {
-  return ZEVPreferences_Time::sharedPreferences()->prefenceValueForKey(key);
+  const auto* const store = ZEVPreferences_Time::sharedPreferences();
+  return store != nullptr ? store->prefenceValueForKey(key) : NoValue;
 }
 
 PropertyList ZEVPreferenceForKey(std::string_view key) { return ZEVStoredObjectForKey(key); }
 
 void ZEVRefreshKey(std::string_view key) {
-  ZEVPreferences_Time::sharedPreferences()->resetValueForKey(key);
+  if (auto* const store = ZEVPreferences_Time::sharedPreferences()) store->resetValueForKey(key);
 }
 
 void ZEVSetObjectForKey(std::string_view key, const PropertyList& value) {
-  ZEVPreferences_Time::sharedPreferences()->setObject(key, value);
+  if (auto* const store = ZEVPreferences_Time::sharedPreferences()) store->setObject(key, value);
 }
 
 void ZEVSetBoolForKey(std::string_view key, bool value) { ZEVSetObjectForKey(key, value); }
@@ -264,12 +275,13 @@ void ZEVSetFloatForKey(std::string_view key, float value) {
 
 void ZEVSetDoubleForKey(std::string_view key, double value) { ZEVSetObjectForKey(key, value); }
 
-void ZEVRemoveObjectForKey(std::string_view key) {
-  ZEVPreferences_Time::sharedPreferences()->removeObjectForKey(key);
+void ZEVRemoveObjectForKey(std::string_view key) { ZEVSetObjectForKey(key, {}); }
+
+int64_t ZEVStyleForKey(std::string_view key) {
+  if (!ZEVBoolForKey("Theme-SeperateStyles")) return ZEVIntegerForKey(key);
+  const auto* const store = ZEVPreferences_Time::sharedPreferences();
+  const bool isDark = store != nullptr && store->isMenubarDark();
+  return ZEVIntegerForKey(std::string(key) + (isDark ? "-Dark" : "-Light"));
 }
 
-int64_t dropdownTheme() {
-  if (!ZEVBoolForKey("Theme-SeperateStyles")) return ZEVIntegerForKey("DropdownTheme");
-  const bool isDark = ZEVPreferences_Time::sharedPreferences()->isMenubarDark();
-  return ZEVIntegerForKey(isDark ? "DropdownTheme-Dark" : "DropdownTheme-Light");
-}
+int64_t dropdownTheme() { return ZEVStyleForKey("DropdownTheme"); }

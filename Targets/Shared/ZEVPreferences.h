@@ -26,9 +26,11 @@ class ZEVPreferences_Time {
   /// The preference domain.
   static constexpr std::string_view Domain = "com.wenmark.velmora5.extras";
 
-  /// Made at the first call; null after `cleanup`.
+  /// Made at the first call; null after `cleanup`, until `begin`.
   static ZEVPreferences_Time* sharedPreferences();
   static void cleanup();
+  /// What loading the code did where it was loaded anew with its extra.
+  static void begin();
 
   ZEVPreferences_Time();
   ZEVPreferences_Time(const ZEVPreferences_Time&) = delete;
@@ -44,15 +46,16 @@ class ZEVPreferences_Time {
   bool isLaptop() const;
 
   /// The value of a key, null if there is none. The reference is good until the key is invalidated.
-  /// Without the cache only the store answers.
   const PropertyList& objectForKey(std::string_view key);
-  PropertyList objectForKeyWithoutCache(std::string_view key) const;
+  /// The same; without the cache only the store answers.
+  PropertyList objectForKey(std::string_view key, bool useCache);
   PropertyList prefenceValueForKey(std::string_view key) const;
 
   /// Where `objectForKey` has its answer from: "Previous" is the file of the previous version.
   SettingSource sourceOfKey(std::string_view key) const;
 
-  /// Writes through to the domain at once; a null value removes the key.
+  /// Writes through to the domain at once; a null value removes the key. Without a key it does
+  /// nothing.
   void setObject(std::string_view key, const PropertyList& value);
   void removeObjectForKey(std::string_view key) { setObject(key, {}); }
 
@@ -108,8 +111,8 @@ class ZEVPreferences_Time {
   NSObservation missedNewsObservation_;
 };
 
-/// Readers answer 0, false or null where there is no value. The conversions are those of
-/// `PropertyList`.
+/// Readers answer 0, false, null or black where there is no value, or no store any more. The
+/// conversions are those of `PropertyList`.
 bool ZEVBoolForKey(std::string_view key);
 int64_t ZEVIntegerForKey(std::string_view key);
 float ZEVFloatForKey(std::string_view key);
@@ -131,6 +134,10 @@ void ZEVSetIntegerForKey(std::string_view key, int64_t value);
 void ZEVSetFloatForKey(std::string_view key, float value);
 void ZEVSetDoubleForKey(std::string_view key, double value);
 void ZEVRemoveObjectForKey(std::string_view key);
+
+/// A style: where the styles are separate, what the key holds with "-Dark" or "-Light" behind it,
+/// as the bar is; else what itself holds.
+int64_t ZEVStyleForKey(std::string_view key);
 
 /// 1 selects the dark dropdown, 0 the light one.
 int64_t dropdownTheme();

@@ -38,6 +38,8 @@ ZEVTranslations_Time& ZEVTranslations_Time::sharedTranslations() {
   return translations;
 }
 
+void ZEVTranslations_Time::cleanup() { sharedTranslations().translations_.clear(); }
+
 std::optional<std::string> ZEVTranslations_Time::localizedString(std::string_view key,
                                                                  std::string_view table) {
   const std::string fileName = std::string(table.empty() ? "Localizable" : table) + ".strings";

@@ -11,6 +11,8 @@
 class ZEVTranslations_Time {
  public:
   static ZEVTranslations_Time& sharedTranslations();
+  /// Forgets what was read, for an extra that is loaded anew.
+  static void cleanup();
 
   /// The translation of a key; nothing if the table lacks it. An empty table name means
   /// "Localizable".

@@ -6,6 +6,7 @@
 
 #include "Platform/Foundation/DelegateList.h"
 #include "Platform/Foundation/NSTimer.h"
+#include "Targets/Shared/StatCollector.h"
 
 class MoonStatCollector;
 
@@ -18,7 +19,8 @@ class MoonStatCollectorDelegate {
 
 /// The Moon's present phase, for the whole module. Main thread only. A delegate may add and remove
 /// delegates, and end the collector, while it is told.
-class MoonStatCollector : public std::enable_shared_from_this<MoonStatCollector> {
+class MoonStatCollector : public StatCollector,
+                          public std::enable_shared_from_this<MoonStatCollector> {
  public:
   /// Made at the first call, with its timer; the first values come with `updateCurrentPhase`.
   static std::shared_ptr<MoonStatCollector> sharedMoonCollector();

@@ -120,6 +120,12 @@ TEST(Settings, TellARunningClockWhatToRebuild) {
   const auto observation = NSDistributedNotificationCenter::defaultCenter().addObserver(
       "VelmoraTimePreferencesChanged",
       [&](const NSNotification& notification) { seen.push_back(notification.userInfo); });
+  std::vector<std::string> toldToTheFamily;
+  const auto familyObservation = NSDistributedNotificationCenter::defaultCenter().addObserver(
+      "VelmoraGlobalDisplayChange", [&](const NSNotification& notification) {
+        toldToTheFamily.push_back(notification.textForKey("key") + " " +
+                                  notification.textForKey("resetKey"));
+      });
   const auto waitForNotifications = [&](size_t count) {
     return waitUntil([&] {
       NSRunLoop::mainRunLoop().runPending();
@@ -143,6 +149,10 @@ TEST(Settings, TellARunningClockWhatToRebuild) {
                         {"Time_CityNames", "citynames"},
                         {"Time_DropdownCityLayout", "citymode"},
                         {"Time_DropdownShowMoon", "moon"},
+                        {"DropdownTheme-Dark", "dropdown"},
+                        {"Theme-SeperateStyles", "styles"},
+                        {"MenubarSkinColor", "styles"},
+                        {"DropdownShowLauncher", "launcher"},
                         {"Time_MenubarFormat", ""}};
   size_t count = 0;
   for (const auto& [key, resetKey] : cases) {
@@ -167,6 +177,9 @@ TEST(Settings, TellARunningClockWhatToRebuild) {
   ASSERT_TRUE(waitForNotifications(++count));
   EXPECT_EQ(seen.size(), count);
   EXPECT_EQ(seen.back(), (PropertyList::Dictionary{{"key", "Last"}}));
+  EXPECT_EQ(toldToTheFamily,
+            (std::vector<std::string>{"DropdownTheme-Dark dropdown", "Theme-SeperateStyles styles",
+                                      "MenubarSkinColor styles", "DropdownShowLauncher launcher"}));
 }
 
 }  // namespace

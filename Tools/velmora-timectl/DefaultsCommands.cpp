@@ -36,7 +36,25 @@ constexpr ResetRule ResetRules[] = {
     {"Time_CityNames", "citynames"},
     {"Time_DropdownCityLayout", "citymode"},
     {"Time_DropdownShowMoon", "moon"},
+    {"DropdownTheme", "dropdown"},
+    {"DropdownTheme-Light", "dropdown"},
+    {"DropdownTheme-Dark", "dropdown"},
+    {"Theme-SeperateStyles", "styles"},
+    {"MenubarTheme", "styles"},
+    {"MenubarTheme-Light", "styles"},
+    {"MenubarTheme-Dark", "styles"},
+    {"MenubarSkinColor", "styles"},
+    {"MenubarSkinColor-Light", "styles"},
+    {"MenubarSkinColor-Dark", "styles"},
+    {"MenubarGraphOpacity", "styles"},
+    {"MenubarGraphOpacity-Light", "styles"},
+    {"MenubarGraphOpacity-Dark", "styles"},
+    {"MenubarGraphOpacity-DarkMode", "styles"},
+    {"DropdownShowLauncher", "launcher"},
 };
+
+/// What concerns every module of the family is told to their extras, too.
+constexpr std::string_view ResetKeysOfTheFamily[] = {"dropdown", "styles", "launcher"};
 
 std::string resetKeyFor(const std::string& key, const Arguments& arguments) {
   if (const auto chosen = arguments.value("--reset")) return *chosen;
@@ -90,8 +108,11 @@ Json changeSetting(const std::string& key, const PropertyList& value, const Argu
   PropertyList::Dictionary userInfo = {{"key", key}};
   const std::string resetKey = resetKeyFor(key, arguments);
   if (!resetKey.empty()) userInfo.emplace("resetKey", resetKey);
-  NSDistributedNotificationCenter::defaultCenter().postNotification("VelmoraTimePreferencesChanged",
-                                                                    userInfo);
+  auto& center = NSDistributedNotificationCenter::defaultCenter();
+  center.postNotification("VelmoraTimePreferencesChanged", userInfo);
+  if (std::ranges::find(ResetKeysOfTheFamily, resetKey) != std::end(ResetKeysOfTheFamily)) {
+    center.postNotification("VelmoraGlobalDisplayChange", userInfo);
+  }
   return settingJson(key);
 }
 

@@ -28,6 +28,8 @@ ZEVMenuExtraView_Time::ZEVMenuExtraView_Time(NSRect frame, ZEVMenuExtra_Time& ex
     : NSMenuExtraView(frame, extra), extra_(extra) {}
 
 void ZEVMenuExtraView_Time::drawRect(NSRect) {
+  // Unloaded, or collapsed because it failed to start: that takes no room.
+  if (extra_.modules() == nullptr) return;
   if (isSnapshotPass()) {
     isMenuDown_ = false;
     const auto image = NSImage::imageWithSize(frame().size);

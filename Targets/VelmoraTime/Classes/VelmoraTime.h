@@ -9,5 +9,7 @@ class VelmoraTime : public ZEVMenuExtra_Time {
   std::string title() const override { return "Velmora Time"; }
   std::string AXTitle() const override { return "Velmora Time"; }
   std::string AXDescription() const override { return "Velmora Time"; }
+  void initWithBundle(const NSBundle& bundle) override;
   void loadModules() override;
+  void cleanup() override;
 };

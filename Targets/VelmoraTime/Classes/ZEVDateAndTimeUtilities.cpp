@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 
 #include "Platform/Foundation/NSString.h"
 #include "Targets/Shared/ZEVPreferences.h"
@@ -58,12 +59,19 @@ NSDateFormatter makeSharedFormatter() {
   return formatter;
 }
 
+std::optional<ZEVDateAndTimeUtilities>& sharedInstance() {
+  static std::optional<ZEVDateAndTimeUtilities> utilities;
+  return utilities;
+}
+
 }  // namespace
 
 ZEVDateAndTimeUtilities& ZEVDateAndTimeUtilities::sharedUtilities() {
-  static ZEVDateAndTimeUtilities utilities;
-  return utilities;
+  auto& shared = sharedInstance();
+  return shared ? *shared : shared.emplace();
 }
+
+void ZEVDateAndTimeUtilities::cleanup() { sharedInstance().reset(); }
 
 ZEVDateAndTimeUtilities::ZEVDateAndTimeUtilities()
     : weekCalendar_(NSCalendar::gregorianCalendar()),

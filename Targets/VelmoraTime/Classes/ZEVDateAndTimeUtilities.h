@@ -13,6 +13,8 @@
 class ZEVDateAndTimeUtilities {
  public:
   static ZEVDateAndTimeUtilities& sharedUtilities();
+  /// Has the shared ones made anew at their next use, for an extra that is loaded anew.
+  static void cleanup();
 
   ZEVDateAndTimeUtilities();
 

@@ -38,7 +38,14 @@ void ZEVTimeModule_Time::loadViewWithExtra(ZEVMenuExtra_Time& extra) {
 // Collectors outlive a module that is dropped without having been unloaded.
 ZEVTimeModule_Time::~ZEVTimeModule_Time() { leaveCollectors(); }
 
+std::shared_ptr<ZEVTimeModule_Time> ZEVTimeModule_Time::self() {
+  return std::static_pointer_cast<ZEVTimeModule_Time>(shared_from_this());
+}
+
 void ZEVTimeModule_Time::setup() {
+  const auto& cities = CityStatCollector_Time::sharedCityStatCollector();
+  cities->addDelegate(self());
+  cities->loadDatabase();
   updateClocks();
   // Last, so that the first phase lands on a finished view.
   moonCollector_ = MoonStatCollector::sharedMoonCollector();
@@ -51,9 +58,8 @@ void ZEVTimeModule_Time::updateClocks() {
   // The next pass is scheduled before any work is done and aims at the wall clock anew each time:
   // a slow pass delays only itself, drift corrects itself, and passes never pile up.
   const int64_t wait = waitToNextSecond(NSDate::date().timeIntervalSince1970());
-  const auto self = std::static_pointer_cast<ZEVTimeModule_Time>(shared_from_this());
   dispatch_after(dispatch_time(DISPATCH_TIME_NOW, wait), dispatch_get_main_queue(),
-                 [self] { self->updateClocks(); });
+                 [self = self()] { self->updateClocks(); });
   view()->update();
   delegates().tell([](ZEVModuleDelegate& delegate) { delegate.update(); });
 }
@@ -63,12 +69,21 @@ void ZEVTimeModule_Time::loadNotifications() {
   for (const char* name :
        {"NSSystemClockDidChangeNotification", "NSSystemTimeZoneDidChangeNotification",
         "AppleDatePreferencesChangedNotification", "AppleTimePreferencesChangedNotification"}) {
-    observations_.push_back(
-        center.addObserver(name, [this](const NSNotification&) { externalChangeSoon(); }));
+    observations_.push_back(center.addObserver(
+        name, [this](const NSNotification& notification) { externalChange(notification); }));
   }
   observations_.push_back(center.addObserver(
       "VelmoraTimePreferencesChanged",
       [this](const NSNotification& notification) { preferencesChanged(notification); }));
+}
+
+void ZEVTimeModule_Time::cityCollectorFinishedLoading() {
+  // Weak: the last reference to a module must not go on another thread, nor wait for this news.
+  dispatch_async(dispatch_get_main_queue(), [module = weak_from_this()] {
+    if (const auto living = std::static_pointer_cast<ZEVTimeModule_Time>(module.lock())) {
+      living->rebuildMenu();
+    }
+  });
 }
 
 void ZEVTimeModule_Time::collectorUpdatedForMode(const MoonStatCollector& collector, int32_t mode) {
@@ -77,7 +92,7 @@ void ZEVTimeModule_Time::collectorUpdatedForMode(const MoonStatCollector& collec
 }
 
 void ZEVTimeModule_Time::preferencesChanged(const NSNotification& notification) {
-  ZEVRefreshKey(notification.textForKey("key"));
+  if (extra() != nullptr) extra()->refreshSetting(notification.textForKey("key"));
   if (notification.textForKey("resetKey") == "text") {
     ZEVRefreshKey("TimeMenubarTextSelected");
     ZEVRefreshKey("TimeMenubarText");
@@ -91,7 +106,7 @@ void ZEVTimeModule_Time::preferencesChanged(const NSNotification& notification) 
   });
 }
 
-void ZEVTimeModule_Time::externalChangeSoon() {
+void ZEVTimeModule_Time::externalChange(const NSNotification&) {
   performSelectorAfterDelay("externalChange", 1.0, [this] { externalChange(); });
 }
 
@@ -111,6 +126,7 @@ void ZEVTimeModule_Time::partialUnload() {
 }
 
 void ZEVTimeModule_Time::leaveCollectors() {
+  CityStatCollector_Time::sharedCityStatCollector()->removeDelegate(*this);
   if (!moonCollector_) return;
   moonCollector_->removeDelegate(*this);
   moonCollector_.reset();

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "Platform/Foundation/NSNotificationCenter.h"
+#include "Shared/Collectors/CityStatCollector.h"
 #include "Targets/Shared/ZEVModule.h"
 #include "Targets/VelmoraTime/MoonStatCollector.h"
 
@@ -12,7 +13,9 @@ class VelmoraTimeMenuExtraView;
 /// The one module of the Time extra. It runs the clock: a tick on the main thread that renews
 /// itself, falls on the whole second and drives the content view and then the delegates. And it
 /// hears of everything that can change the clock from outside. Main thread only.
-class ZEVTimeModule_Time : public ZEVModule_Time, public MoonStatCollectorDelegate {
+class ZEVTimeModule_Time : public ZEVModule_Time,
+                           public CityStatCollectorDelegate,
+                           public MoonStatCollectorDelegate {
  public:
   ~ZEVTimeModule_Time() override;
 
@@ -25,6 +28,10 @@ class ZEVTimeModule_Time : public ZEVModule_Time, public MoonStatCollectorDelega
   /// One pass of the tick; the next is already on its way when the work begins.
   void updateClocks();
 
+  /// Rebuilds the menu with the cities that are there now, on the main thread; called on the
+  /// collector's queue.
+  void cityCollectorFinishedLoading() override;
+
   /// Gives the menu bar's Moon its phase. Only the shared collector in mode 0 is listened to.
   void collectorUpdatedForMode(const MoonStatCollector& collector, int32_t mode) override;
 
@@ -33,12 +40,13 @@ class ZEVTimeModule_Time : public ZEVModule_Time, public MoonStatCollectorDelega
   void preferencesChanged(const NSNotification& notification);
 
   /// The system's clock, zone or customs have changed: acts one second later, once for each call.
-  void externalChangeSoon();
+  void externalChange(const NSNotification& notification);
 
  private:
   void externalChange();
   void partialUnload();
   void leaveCollectors();
+  std::shared_ptr<ZEVTimeModule_Time> self();
 
   /// What `view` is in this module.
   std::shared_ptr<VelmoraTimeMenuExtraView> clockView_;

@@ -6,6 +6,7 @@
 
 #include "Platform/Foundation/CFPreferences.h"
 #include "Platform/Foundation/NSDistributedNotificationCenter.h"
+#include "Targets/Shared/Views/ZEVMenubarStyle.h"
 #include "Targets/Shared/ZEVColorText.h"
 #include "Targets/Shared/ZEVImageCache.h"
 #include "Tests/Targets/SimulatedTime.h"
@@ -80,6 +81,8 @@ TEST(Preferences, EveryWriteIsOnTheDiskAtOnce) {
   ZEVSetDoubleForKey("Double", 0.1);
   ZEVSetObjectForKey("List", expected.at("List"));
   resetPreferences();
+  EXPECT_EQ(CFPreferencesCopyAllValues(Domain), expected);
+  ZEVSetObjectForKey("", "a value without a key");
   EXPECT_EQ(CFPreferencesCopyAllValues(Domain), expected);
   ZEVSetObjectForKey("List", {});
   resetPreferences();
@@ -160,6 +163,17 @@ TEST(Preferences, ThemeAndContrastChangesDropBothCaches) {
   }
 }
 
+TEST(Preferences, AreGoneAfterCleanupUntilTheyBeginAgain) {
+  ZEVSetIntegerForKey("Value", 5);
+  ZEVPreferences_Time::cleanup();
+  EXPECT_EQ(ZEVPreferences_Time::sharedPreferences(), nullptr);
+  ZEVSetIntegerForKey("Value", 6);
+  EXPECT_EQ(ZEVIntegerForKey("Value"), 0);
+  EXPECT_EQ(ZEVColorForKey("Time_TextColor-Dark"), NSColor::blackColor());
+  ZEVPreferences_Time::begin();
+  EXPECT_EQ(ZEVIntegerForKey("Value"), 5);
+}
+
 TEST(Preferences, FontOffsets) {
   constexpr std::pair<int64_t, int64_t> Offsets[] = {{7, 0},   {8, 3},   {9, 2},  {10, 1},
                                                      {11, 1},  {12, 0},  {13, 0}, {14, 0},
@@ -170,24 +184,41 @@ TEST(Preferences, FontOffsets) {
   }
 }
 
-TEST(Preferences, DropdownThemeFollowsTheBarOnlyWithSeparateStyles) {
+TEST(Preferences, StylesFollowTheBarOnlyWhereTheyAreSeparate) {
   struct Case {
     bool isDark;
     bool areSeparate;
     int64_t theme;
+    int64_t barTheme;
+    double opacity;
   };
   SimulatedTime time;
   ZEVSetIntegerForKey("DropdownTheme", 7);
   ZEVSetIntegerForKey("DropdownTheme-Light", 8);
   ZEVSetIntegerForKey("DropdownTheme-Dark", 9);
-  for (const auto& [isDark, areSeparate, theme] :
-       {Case{false, false, 7}, {false, true, 8}, {true, false, 7}, {true, true, 9}}) {
+  for (const char* variant : {"", "-Light", "-Dark"}) {
+    ZEVSetIntegerForKey(std::string("MenubarSkinColor") + variant,
+                        ZEVIntegerForKey(std::string("DropdownTheme") + variant) + 10);
+  }
+  ZEVSetDoubleForKey("MenubarGraphOpacity", 0.25);
+  ZEVSetDoubleForKey("MenubarGraphOpacity-DarkMode", 0.75);
+  ZEVSetIntegerForKey("MenubarTheme", 1);
+  EXPECT_EQ(menubarGraphOpacity(), 1);
+  ZEVSetIntegerForKey("MenubarTheme", 3);
+  for (const auto& [isDark, areSeparate, theme, barTheme, opacity] :
+       {Case{false, false, 7, 3, 0.25},
+        {false, true, 8, 3, 0.25},
+        {true, false, 7, 0, 0.75},
+        {true, true, 9, 0, 0.75}}) {
     setDesktop(isDark, {});
     NSDistributedNotificationCenter::defaultCenter().postNotification(
         "AppleInterfaceThemeChangedNotification");
     time.loop.runPending();
     ZEVSetBoolForKey("Theme-SeperateStyles", areSeparate);
     EXPECT_EQ(dropdownTheme(), theme) << isDark << areSeparate;
+    EXPECT_EQ(menubarSkinColor(), theme + 10);
+    EXPECT_EQ(menubarTheme(), barTheme);
+    EXPECT_EQ(menubarGraphOpacity(), opacity);
   }
 }
 

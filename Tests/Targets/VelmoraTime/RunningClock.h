@@ -21,6 +21,19 @@ class RunningClock : public ZEVModuleDelegate {
     module().addDelegate(*this);
   }
 
+  /// The cities are opened on a queue of their own, which may still want the main loop.
+  ~RunningClock() override {
+    struct Loading : CityStatCollectorDelegate {
+      void cityCollectorFinishedLoading() override { dispatch_semaphore_signal(done); }
+      const dispatch_semaphore_t done = dispatch_semaphore_create(0);
+    };
+    const auto loading = std::make_shared<Loading>();
+    const auto& cities = CityStatCollector_Time::sharedCityStatCollector();
+    cities->addDelegate(loading);
+    cities->loadDatabase();
+    dispatch_semaphore_wait(loading->done);
+  }
+
   void update() override {
     if (onTick) onTick();
   }
