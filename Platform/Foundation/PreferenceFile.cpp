@@ -20,14 +20,18 @@ using namespace std::chrono_literals;
 
 namespace {
 
+/// How long to wait goes by the monotonic clock: the present instant may be a simulated one, and a
+/// number of pauses takes longer on a busy machine.
+using Clock = std::chrono::steady_clock;
+
 /// A writer has the lock for as long as the disk takes for a small file.
 constexpr auto LockPause = 1ms;
-constexpr int LockAttempts = 2000;
+constexpr auto LockPatience = 2s;
 
 /// A damaged file that has not changed for so long is not being written.
 constexpr auto RestTime = 1s;
 constexpr auto RestPause = 20ms;
-constexpr int RestLooks = 150;
+constexpr auto RestPatience = 3s;
 
 fs::path sibling(const fs::path& path, const std::string& suffix) {
   fs::path result = path;
@@ -112,14 +116,19 @@ FileDescriptor PreferenceFile::lock() {
     failed(systemProblem("cannot be locked"));
     return file;
   }
-  for (int attempt = 0; attempt < LockAttempts; ++attempt) {
-    if (flock(file.get(), LOCK_EX | LOCK_NB) == 0) return file;
-    if (errno != EWOULDBLOCK && errno != EINTR) break;
+  const auto deadline = Clock::now() + LockPatience;
+  while (flock(file.get(), LOCK_EX | LOCK_NB) != 0) {
+    if (errno != EWOULDBLOCK && errno != EINTR) {
+      failed(systemProblem("cannot be locked"));
+      return FileDescriptor(-1);
+    }
+    if (Clock::now() >= deadline) {
+      failed("cannot be locked: another program does not give its lock back");
+      return FileDescriptor(-1);
+    }
     std::this_thread::sleep_for(LockPause);
   }
-  failed(errno == EWOULDBLOCK ? "cannot be locked: another program does not give its lock back"
-                              : systemProblem("cannot be locked"));
-  return FileDescriptor(-1);
+  return file;
 }
 
 const PropertyList::Dictionary& PreferenceFile::contents() {
@@ -170,12 +179,13 @@ PreferenceFile::State PreferenceFile::readAtRest(const FileDescriptor& locked) {
                      std::chrono::nanoseconds(status.st_mtim.tv_nsec - seen_.modified);
     return age < 0s || age >= RestTime;
   };
+  const auto deadline = Clock::now() + RestPatience;
   State state = read();
-  for (int look = 0; look < RestLooks; ++look) {
-    if (state != State::Damaged || isAtRest()) return state;
+  while (state == State::Damaged && !isAtRest() && Clock::now() < deadline) {
     std::this_thread::sleep_for(RestPause);
     if (signature() != seen_) state = read();
   }
+  if (state != State::Damaged || isAtRest()) return state;
   failed("cannot be read: another program keeps changing it");
   seen_ = {};
   return State::Unreadable;

@@ -112,6 +112,8 @@ class XmlWriter {
 }  // namespace
 
 std::string xmlCharacters(std::string_view text) {
+  const auto isPlain = [](char character) { return character >= ' ' && character <= '~'; };
+  if (std::all_of(text.begin(), text.end(), isPlain)) return std::string(text);
   constexpr std::string_view NoCharacters[] = {"\xEF\xBF\xBE", "\xEF\xBF\xBF"};
   std::string kept = validUtf8(text);
   std::erase_if(kept, [](char character) {
