@@ -17,7 +17,11 @@ CairoGraphicsContext::CairoGraphicsContext(_cairo* cairo, double height, Purpose
   cairo_scale(cairo_, 1, -1);
 }
 
-CairoGraphicsContext::~CairoGraphicsContext() { cairo_restore(cairo_); }
+CairoGraphicsContext::~CairoGraphicsContext() {
+  // Saves left open must not change the coordinates of whoever draws on the surface next.
+  for (size_t depth = 0; depth <= savedStateCount(); ++depth)
+    cairo_restore(cairo_);
+}
 
 std::string_view CairoGraphicsContext::className() const {
   return purpose_ == Purpose::Snapshot ? "NSBitmapGraphicsContext" : "NSCairoGraphicsContext";
@@ -46,7 +50,7 @@ void CairoGraphicsContext::tracePath(const NSBezierPath& path) {
   }
 }
 
-void CairoGraphicsContext::fillPath(const NSBezierPath& path) {
+void CairoGraphicsContext::paintPath(const NSBezierPath& path) {
   tracePath(path);
   const NSColor& color = fillColor();
   cairo_set_source_rgba(cairo_, color.redComponent(), color.greenComponent(), color.blueComponent(),
@@ -54,15 +58,15 @@ void CairoGraphicsContext::fillPath(const NSBezierPath& path) {
   cairo_fill(cairo_);
 }
 
-void CairoGraphicsContext::clipToPath(const NSBezierPath& path) {
+void CairoGraphicsContext::narrowClip(const NSBezierPath& path) {
   tracePath(path);
   cairo_set_fill_rule(cairo_, CAIRO_FILL_RULE_EVEN_ODD);
   cairo_clip(cairo_);
   cairo_set_fill_rule(cairo_, CAIRO_FILL_RULE_WINDING);
 }
 
-void CairoGraphicsContext::drawText(std::string_view text, NSPoint point,
-                                    const NSTextAttributes& attributes) {
+void CairoGraphicsContext::paintText(std::string_view text, NSPoint point,
+                                     const NSTextAttributes& attributes) {
   // The line box stands on `point`; fonts of other scripts in the line must not move its baseline.
   const NSFont& font = attributes.font;
   const NSPoint baseline{point.x, point.y + (isFlipped() ? font.ascender() : font.descender())};
@@ -83,12 +87,11 @@ void CairoGraphicsContext::drawText(std::string_view text, NSPoint point,
   draw(baseline, attributes.foregroundColor);
 }
 
-void CairoGraphicsContext::drawImage(const NSImage& image, NSRect target, NSRect source,
-                                     double fraction) {
+void CairoGraphicsContext::paintImage(const NSImage& image, NSRect target, NSRect source,
+                                      double fraction) {
   const NSSize size = image.size();
   const bool isWhole = source == NSZeroRect;
   if (isWhole) source = {{0, 0}, size};
-  if (source.size.width <= 0 || source.size.height <= 0) return;
   cairo_save(cairo_);
   if (!isWhole) {
     cairo_rectangle(cairo_, target.origin.x, target.origin.y, target.size.width,
@@ -108,17 +111,11 @@ void CairoGraphicsContext::drawImage(const NSImage& image, NSRect target, NSRect
   cairo_restore(cairo_);
 }
 
-void CairoGraphicsContext::saveGraphicsState() {
-  NSGraphicsContext::saveGraphicsState();
-  cairo_save(cairo_);
-}
+void CairoGraphicsContext::pushState() { cairo_save(cairo_); }
 
-void CairoGraphicsContext::restoreGraphicsState() {
-  cairo_restore(cairo_);
-  NSGraphicsContext::restoreGraphicsState();
-}
+void CairoGraphicsContext::popState() { cairo_restore(cairo_); }
 
-void CairoGraphicsContext::concat(const NSAffineTransform& transform) {
+void CairoGraphicsContext::applyTransform(const NSAffineTransform& transform) {
   cairo_matrix_t matrix;
   cairo_matrix_init(&matrix, transform.m11, transform.m12, transform.m21, transform.m22,
                     transform.tX, transform.tY);

@@ -20,16 +20,16 @@ class CairoGraphicsContext : public NSGraphicsContext {
   ~CairoGraphicsContext() override;
 
   std::string_view className() const override;
-  void fillPath(const NSBezierPath& path) override;
-  void drawText(std::string_view text, NSPoint point, const NSTextAttributes& attributes) override;
-  void drawImage(const NSImage& image, NSRect target, NSRect source, double fraction) override;
-  void saveGraphicsState() override;
-  void restoreGraphicsState() override;
-  void clipToPath(const NSBezierPath& path) override;
   NSPoint alignedToPixels(NSPoint point) const override;
-  void concat(const NSAffineTransform& transform) override;
 
  private:
+  void pushState() override;
+  void popState() override;
+  void applyTransform(const NSAffineTransform& transform) override;
+  void narrowClip(const NSBezierPath& path) override;
+  void paintPath(const NSBezierPath& path) override;
+  void paintText(std::string_view text, NSPoint point, const NSTextAttributes& attributes) override;
+  void paintImage(const NSImage& image, NSRect target, NSRect source, double fraction) override;
   void tracePath(const NSBezierPath& path);
 
   _cairo* cairo_;

@@ -14,6 +14,10 @@ class NSImage;
 /// What drawing goes to. Coordinates are points with y upwards from the lower left corner of the
 /// surface, unless the context is flipped: then y grows downwards and a text or a picture stands,
 /// upright, below its point.
+///
+/// What has no place on a surface is refused here, for every kind of context: an empty rectangle, a
+/// coordinate that is no number or lies out of all reach, a restore without its save. Under a
+/// transform that leaves no area, nothing is drawn until the state is restored.
 class NSGraphicsContext {
  public:
   virtual ~NSGraphicsContext() = default;
@@ -30,34 +34,52 @@ class NSGraphicsContext {
   const NSColor& fillColor() const { return state_.fillColor; }
 
   /// The state is the coordinates, the clip and the fill colour. Every save wants its restore.
-  virtual void saveGraphicsState() { savedStates_.push_back(state_); }
-  virtual void restoreGraphicsState();
+  void saveGraphicsState();
+  void restoreGraphicsState();
 
   void translateBy(NSPoint by) { concat(NSAffineTransform::translation(by)); }
   /// Anticlockwise where y grows upwards.
   void rotateByRadians(double angle) { concat(NSAffineTransform::rotation(angle)); }
   /// Turns the y axis over within a box of that height that stands on the origin.
   void flip(double height);
+  /// Puts a transform before the present one.
+  void concat(const NSAffineTransform& transform);
 
   /// Narrows the clip to the inside of a path by the even-odd rule, with a smooth edge.
-  virtual void clipToPath(const NSBezierPath& path) = 0;
+  void clipToPath(const NSBezierPath& path);
 
   /// The nearest point that falls between pixels.
   virtual NSPoint alignedToPixels(NSPoint point) const { return point; }
 
-  virtual void fillPath(const NSBezierPath& path) = 0;
-  virtual void drawText(std::string_view text, NSPoint point,
-                        const NSTextAttributes& attributes) = 0;
+  void fillPath(const NSBezierPath& path);
+  void drawText(std::string_view text, NSPoint point, const NSTextAttributes& attributes);
   /// Draws the part `source` of an image (all of it for a zero rectangle) into `target`.
-  virtual void drawImage(const NSImage& image, NSRect target, NSRect source, double fraction) = 0;
+  void drawImage(const NSImage& image, NSRect target, NSRect source, double fraction);
 
-  /// Puts a transform before the present one.
-  virtual void concat(const NSAffineTransform& transform) = 0;
+ protected:
+  /// From the present coordinates to those of the context's first state.
+  const NSAffineTransform& transform() const { return state_.transform; }
+  size_t savedStateCount() const { return savedStates_.size(); }
 
  private:
+  // What a kind of context does with what has a place.
+  virtual void pushState() {}
+  virtual void popState() {}
+  virtual void applyTransform(const NSAffineTransform&) {}
+  virtual void narrowClip(const NSBezierPath& path) = 0;
+  virtual void paintPath(const NSBezierPath& path) = 0;
+  virtual void paintText(std::string_view text, NSPoint point,
+                         const NSTextAttributes& attributes) = 0;
+  virtual void paintImage(const NSImage& image, NSRect target, NSRect source, double fraction) = 0;
+
+  bool reaches(NSPoint point) const;
+  bool reaches(const NSBezierPath& path) const;
+
   struct State {
     NSColor fillColor = NSColor::blackColor();
+    NSAffineTransform transform = {};
     bool isFlipped = false;
+    bool showsNothing = false;
   };
   State state_;
   std::vector<State> savedStates_;

@@ -33,7 +33,8 @@ class NSImage {
   /// Null if the file is missing or is no picture.
   static std::shared_ptr<NSImage> imageWithContentsOfFile(const std::filesystem::path& file);
 
-  /// An empty image, to be drawn into with `lockFocus`.
+  /// An empty image, to be drawn into with `lockFocus`. A side that is not above 0, or beyond 4096
+  /// points, makes it one of no size, which draws nothing.
   static std::shared_ptr<NSImage> imageWithSize(NSSize size);
 
   explicit NSImage(std::unique_ptr<NSImageRep> representation);

@@ -65,20 +65,10 @@ class SvgImageRep : public NSImageRep {
   NSSize size() const override { return size_; }
 
   void paint(cairo_t* cairo, double fraction) const override {
-    const auto render = [this](cairo_t* target) {
+    bitmaps_.paint(cairo, size_, fraction, [this](cairo_t* target) {
       const RsvgRectangle viewport{0, 0, size_.width, size_.height};
       library_.render(handle_.get(), target, &viewport, nullptr);
-    };
-    if (!recordsVectors(cairo)) {
-      bitmaps_.paint(cairo, size_, fraction, render);
-    } else if (fraction >= 1) {
-      render(cairo);
-    } else {
-      cairo_push_group(cairo);
-      render(cairo);
-      cairo_pop_group_to_source(cairo);
-      cairo_paint_with_alpha(cairo, fraction);
-    }
+    });
   }
 
  private:
@@ -159,8 +149,9 @@ std::unique_ptr<NSImageRep> imageRepFromFile(const fs::path& file) {
   return file.extension() == ".svg" ? svgRep(file) : pngRep(file);
 }
 
-RecordedImageRep::RecordedImageRep(NSSize size) : size_(size), surface_(nullptr) {
-  const cairo_rectangle_t extents{0, 0, size.width, size.height};
+RecordedImageRep::RecordedImageRep(NSSize size)
+    : size_(isSensible(size.width, size.height) ? size : NSSize{}), surface_(nullptr) {
+  const cairo_rectangle_t extents{0, 0, size_.width, size_.height};
   surface_ = cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, &extents);
 }
 
@@ -172,10 +163,6 @@ _cairo_surface* RecordedImageRep::beginRecording() {
 }
 
 void RecordedImageRep::paint(_cairo* cairo, double fraction) const {
-  if (recordsVectors(cairo)) {
-    paintSurface(cairo, surface_, fraction);
-  } else {
-    bitmaps_.paint(cairo, size_, fraction,
-                   [this](cairo_t* target) { paintSurface(target, surface_, 1); });
-  }
+  bitmaps_.paint(cairo, size_, fraction,
+                 [this](cairo_t* target) { paintSurface(target, surface_, 1); });
 }

@@ -6,12 +6,12 @@
 #include "Platform/AppKit/NSImage.h"
 
 NSRect RecordingGraphicsContext::boxAround(NSPoint corner, NSPoint opposite) const {
-  const NSPoint a = transform_.transformPoint(corner);
-  const NSPoint b = transform_.transformPoint(opposite);
+  const NSPoint a = transform().transformPoint(corner);
+  const NSPoint b = transform().transformPoint(opposite);
   return {{std::min(a.x, b.x), std::min(a.y, b.y)}, {std::abs(a.x - b.x), std::abs(a.y - b.y)}};
 }
 
-void RecordingGraphicsContext::fillPath(const NSBezierPath& path) {
+void RecordingGraphicsContext::paintPath(const NSBezierPath& path) {
   bool isFirst = true;
   NSPoint low;
   NSPoint high;
@@ -25,36 +25,21 @@ void RecordingGraphicsContext::fillPath(const NSBezierPath& path) {
   records_.push_back({DrawingRecord::Kind::Path, "", boxAround(low, high), fillColor()});
 }
 
-void RecordingGraphicsContext::drawText(std::string_view text, NSPoint point,
-                                        const NSTextAttributes& attributes) {
+void RecordingGraphicsContext::paintText(std::string_view text, NSPoint point,
+                                         const NSTextAttributes& attributes) {
   records_.push_back({DrawingRecord::Kind::Text,
                       std::string(text),
-                      {transform_.transformPoint(point), {}},
+                      {transform().transformPoint(point), {}},
                       attributes.foregroundColor,
                       1,
                       attributes.shadow.has_value()});
 }
 
-void RecordingGraphicsContext::drawImage(const NSImage& image, NSRect target, NSRect,
-                                         double fraction) {
+void RecordingGraphicsContext::paintImage(const NSImage& image, NSRect target, NSRect,
+                                          double fraction) {
   const NSPoint end{target.origin.x + target.size.width, target.origin.y + target.size.height};
   records_.push_back({DrawingRecord::Kind::Image, image.name(), boxAround(target.origin, end),
                       NSColor::blackColor(), fraction});
-}
-
-void RecordingGraphicsContext::saveGraphicsState() {
-  NSGraphicsContext::saveGraphicsState();
-  savedTransforms_.push_back(transform_);
-}
-
-void RecordingGraphicsContext::restoreGraphicsState() {
-  NSGraphicsContext::restoreGraphicsState();
-  transform_ = savedTransforms_.back();
-  savedTransforms_.pop_back();
-}
-
-void RecordingGraphicsContext::concat(const NSAffineTransform& transform) {
-  transform_ = transform_.after(transform);
 }
 
 std::string RecordingGraphicsContext::joinedText() const {

@@ -23,23 +23,17 @@ struct DrawingRecord {
 class RecordingGraphicsContext : public NSGraphicsContext {
  public:
   std::string_view className() const override { return "RecordingGraphicsContext"; }
-  void fillPath(const NSBezierPath& path) override;
-  void drawText(std::string_view text, NSPoint point, const NSTextAttributes& attributes) override;
-  void drawImage(const NSImage& image, NSRect target, NSRect source, double fraction) override;
-  void saveGraphicsState() override;
-  void restoreGraphicsState() override;
-  void clipToPath(const NSBezierPath&) override {}
-  void concat(const NSAffineTransform& transform) override;
-
   const std::vector<DrawingRecord>& records() const { return records_; }
 
   /// All texts, joined in drawing order.
   std::string joinedText() const;
 
  private:
+  void narrowClip(const NSBezierPath&) override {}
+  void paintPath(const NSBezierPath& path) override;
+  void paintText(std::string_view text, NSPoint point, const NSTextAttributes& attributes) override;
+  void paintImage(const NSImage& image, NSRect target, NSRect source, double fraction) override;
   NSRect boxAround(NSPoint corner, NSPoint opposite) const;
 
   std::vector<DrawingRecord> records_;
-  NSAffineTransform transform_;
-  std::vector<NSAffineTransform> savedTransforms_;
 };

@@ -13,6 +13,9 @@ constexpr size_t MaximumBitmaps = 4;
 /// Scales that differ by less give the same pixels in any picture of a panel.
 constexpr double ScaleTolerance = 1e-4;
 
+/// In pixels: a screen of 8K.
+constexpr double LargestSide = 8192;
+
 /// Sizes within a rounding error of whole pixels are whole.
 int wholePixels(double points, double scale) {
   constexpr double Tolerance = 1e-6;
@@ -24,14 +27,30 @@ bool isAxisAligned(const cairo_matrix_t& matrix) {
   return std::abs(matrix.xy) < Tolerance && std::abs(matrix.yx) < Tolerance;
 }
 
-}  // namespace
+void paintVectors(cairo_t* cairo, double fraction, const ScaledBitmaps::Renderer& render) {
+  if (fraction >= 1) {
+    render(cairo);
+    return;
+  }
+  cairo_push_group(cairo);
+  render(cairo);
+  cairo_pop_group_to_source(cairo);
+  cairo_paint_with_alpha(cairo, fraction);
+}
 
-bool recordsVectors(_cairo* cairo) {
+/// Whether what is drawn is recorded as vectors, for any later scale.
+bool recordsVectors(cairo_t* cairo) {
   // A group's target is what counts: alpha groups of a recording are recordings themselves.
   return cairo_surface_get_type(cairo_get_group_target(cairo)) == CAIRO_SURFACE_TYPE_RECORDING;
 }
 
+}  // namespace
+
 void ScaledBitmaps::paint(_cairo* cairo, NSSize size, double fraction, const Renderer& render) {
+  if (recordsVectors(cairo)) {
+    paintVectors(cairo, fraction, render);
+    return;
+  }
   cairo_matrix_t matrix;
   cairo_get_matrix(cairo, &matrix);
   double deviceX = 1;
@@ -39,7 +58,14 @@ void ScaledBitmaps::paint(_cairo* cairo, NSSize size, double fraction, const Ren
   cairo_surface_get_device_scale(cairo_get_target(cairo), &deviceX, &deviceY);
   const NSSize scale{std::hypot(matrix.xx, matrix.yx) * deviceX,
                      std::hypot(matrix.xy, matrix.yy) * deviceY};
+  // Too large to be kept: drawn anew each time. A bitmap that cannot be made, put on the surface,
+  // would end all drawing there.
+  if (!(std::max(size.width * scale.width, size.height * scale.height) <= LargestSide)) {
+    paintVectors(cairo, fraction, render);
+    return;
+  }
   cairo_surface_t* surface = bitmap(size, scale, render);
+  if (cairo_surface_status(surface) != CAIRO_STATUS_SUCCESS) return;
 
   cairo_save(cairo);
   const bool isAligned = isAxisAligned(matrix);

@@ -19,7 +19,8 @@ class ScaledBitmaps {
 
   /// Paints a picture of `size` points with its upper left corner at the origin of a user space
   /// with y downwards, moved by less than a pixel to where its pixels fall on the surface's.
-  /// `render` draws it if there is no bitmap for the present scale yet.
+  /// `render` draws it if there is no bitmap for the present scale yet, and where there can be
+  /// none: into a recording, which keeps vectors for any later scale, and beyond a screen's size.
   void paint(_cairo* cairo, NSSize size, double fraction, const Renderer& render);
 
   /// Forgets all bitmaps, for a picture that has changed.
@@ -35,6 +36,3 @@ class ScaledBitmaps {
 
   std::vector<Bitmap> bitmaps_;  ///< The one used last comes first.
 };
-
-/// Whether what is drawn is recorded as vectors, for any later scale.
-bool recordsVectors(_cairo* cairo);

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <functional>
+#include <limits>
 #include <memory>
 #include <numbers>
 #include <string>
@@ -78,6 +80,95 @@ TEST(Contexts, NestAndComeBack) {
   ASSERT_EQ(outer.records().size(), 1U);
   EXPECT_EQ(inner.records()[0].color, Red);
   EXPECT_EQ(outer.records()[0].color, NSColor::blackColor());
+}
+
+constexpr double NoNumber = std::numeric_limits<double>::quiet_NaN();
+constexpr double Endless = std::numeric_limits<double>::infinity();
+
+void fill(NSRect rect) { NSBezierPath::bezierPathWithRect(rect).fill(); }
+
+void drawPicture(NSRect target, NSRect source = NSZeroRect, double fraction = 1,
+                 NSSize size = {4, 4}) {
+  const auto image = NSImage::imageWithSize(size);
+  image->lockFocus();
+  fill(NSMakeRect(0, 0, 4, 4));
+  image->unlockFocus();
+  image->drawInRect(target, source, fraction);
+}
+
+TEST(Contexts, RefuseWhatHasNoPlaceAndGoOn) {
+  using Context = NSGraphicsContext;
+  constexpr NSRect Four = NSMakeRect(0, 0, 4, 4);
+  const std::pair<const char*, std::function<void(Context&)>> cases[] = {
+      {"no height", [&](Context&) { drawPicture(NSMakeRect(0, 0, 4, 0)); }},
+      {"turned over", [&](Context&) { drawPicture(NSMakeRect(0, 0, -4, 4)); }},
+      {"no place", [&](Context&) { drawPicture(NSMakeRect(NoNumber, 0, 4, 4)); }},
+      {"endless", [&](Context&) { drawPicture(NSMakeRect(0, 0, Endless, 4)); }},
+      {"no part", [&](Context&) { drawPicture(Four, NSMakeRect(0, 0, 4, 0)); }},
+      {"part nowhere", [&](Context&) { drawPicture(Four, NSMakeRect(0, NoNumber, 1, 1)); }},
+      {"tiny part", [&](Context&) { drawPicture(Four, NSMakeRect(0, 0, 1e-300, 1e-300)); }},
+      {"no fraction", [&](Context&) { drawPicture(Four, NSZeroRect, NoNumber); }},
+      {"no size",
+       [&](Context&) {
+         drawPicture(Four, NSZeroRect, 1, {4, 0});
+       }},
+      {"odd size",
+       [&](Context&) {
+         drawPicture(Four, NSZeroRect, 1, {NoNumber, 4});
+       }},
+      {"text",
+       [&](Context&) {
+         drawAtPointWithAttributes("x", {NoNumber, 0}, {});
+       }},
+      {"far text",
+       [&](Context&) {
+         drawAtPointWithAttributes("x", {0, 1e300}, {});
+       }},
+      {"path", [&](Context&) { fill(NSMakeRect(0, -Endless, 9, 9)); }},
+      {"restore", [&](Context& context) { context.restoreGraphicsState(); }},
+      {"flat",
+       [&](Context& context) {
+         context.concat({1, 0, 0, 0, 0, 0});
+       }},
+      {"moved away",
+       [&](Context& context) {
+         context.translateBy({NoNumber, 0});
+       }},
+      {"clip",
+       [&](Context& context) {
+         context.clipToPath(NSBezierPath::bezierPathWithRect(NSMakeRect(0, 0, NoNumber, 9)));
+       }},
+  };
+  for (const auto& [name, draw] : cases) {
+    SCOPED_TRACE(name);
+    BitmapSurface surface({10, 10}, 1);
+    RecordingGraphicsContext recording;
+    for (Context* context :
+         {static_cast<Context*>(&surface.context()), static_cast<Context*>(&recording)}) {
+      const NSCurrentGraphicsContext current(*context);
+      context->saveGraphicsState();
+      draw(*context);
+      // Under coordinates without an area nothing shows, and the next state is whole again.
+      if (std::string_view("flat moved away clip").find(name) != std::string_view::npos) fill(Four);
+      context->restoreGraphicsState();
+      fill(NSMakeRect(3, 2, 5, 4));
+    }
+    EXPECT_EQ(inkOf(surface), (Ink{3, 7, 4, 7, 20}));
+    ASSERT_EQ(recording.records().size(), 1U);
+    EXPECT_EQ(recording.records()[0].rect, NSMakeRect(3, 2, 5, 4));
+  }
+}
+
+// A stretch beyond all bitmaps shows its part that is on the surface, and nothing behind it is
+// lost.
+TEST(Contexts, DrawHugeStretches) {
+  BitmapSurface surface({10, 10}, 2);
+  const NSCurrentGraphicsContext current(surface.context());
+  for (const double fraction : {0.5, 1.0}) {
+    drawPicture(NSMakeRect(5, 0, 40'000, 40'000), NSZeroRect, fraction);
+    EXPECT_EQ(surface.pixelAt(9, 5).alphaComponent(), 0);
+    EXPECT_NEAR(surface.pixelAt(12, 5).alphaComponent(), fraction, 0.01);
+  }
 }
 
 // A quarter turn takes (1, 2) to (-2, 1); the rectangle from there to (-4, 2), moved by (6, 0), is
