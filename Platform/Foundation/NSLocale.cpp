@@ -1,17 +1,84 @@
 #include "Platform/Foundation/NSLocale.h"
 
 #include <unicode/calendar.h>
+#include <unicode/localematcher.h>
 #include <unicode/locid.h>
-#include <unicode/uloc.h>
+#include <unicode/numsys.h>
 #include <unicode/ulocdata.h>
+#include <unicode/ures.h>
 
+#include <algorithm>
 #include <cstdlib>
-#include <cstring>
 #include <memory>
+#include <string_view>
 
 namespace {
 
 std::string installedIdentifier;
+
+constexpr std::string_view IdentifierCharacters =
+    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_-";
+
+/// What of an identifier can be one: its length, and where the keywords start, are bounded, because
+/// it comes from the environment or from a settings file.
+std::string_view plausiblePart(std::string_view identifier) {
+  constexpr size_t Longest = 100;
+  const size_t end =
+      std::min(identifier.find_first_not_of(IdentifierCharacters), identifier.size());
+  const bool hasKeywords = end < identifier.size() && identifier[end] == '@';
+  if (identifier.size() <= Longest && hasKeywords) return identifier;
+  return end <= Longest ? identifier.substr(0, end) : std::string_view();
+}
+
+bool hasTexts(const icu::Locale& locale) {
+  if (locale.isBogus() || *locale.getLanguage() == '\0') return false;
+  UErrorCode status = U_ZERO_ERROR;
+  ures_close(ures_open(nullptr, locale.getName(), &status));
+  return U_SUCCESS(status) && status != U_USING_DEFAULT_WARNING;
+}
+
+bool isRegion(std::string_view code) {
+  const char* const* regions = icu::Locale::getISOCountries();
+  for (; *regions != nullptr; ++regions) {
+    if (code == *regions) return true;
+  }
+  return false;
+}
+
+/// By the languages' nearness in CLDR; the customs stay those of the wanted region.
+icu::Locale nearestLocale(const icu::Locale& wanted) {
+  UErrorCode status = U_ZERO_ERROR;
+  icu::LocaleMatcher::Builder builder;
+  int32_t count = 0;
+  const icu::Locale* available = icu::Locale::getAvailableLocales(count);
+  for (int32_t index = 0; index < count; ++index)
+    builder.addSupportedLocale(available[index]);
+  const icu::LocaleMatcher matcher = builder.build(status);
+  const auto match = matcher.getBestMatchResult(wanted, status);
+  const bool isMatched = U_SUCCESS(status) && match.getSupportedIndex() >= 0;
+  const std::string language = isMatched ? match.getSupportedLocale()->getLanguage()
+                                         : icu::Locale::getEnglish().getLanguage();
+  const bool keepsRegion = isRegion(wanted.getCountry());
+  return {language.c_str(), keepsRegion ? wanted.getCountry() : nullptr};
+}
+
+/// A numbering that does not exist would make every pattern fail; an unknown calendar does not.
+bool hasUsableKeywords(const icu::Locale& locale) {
+  UErrorCode status = U_ZERO_ERROR;
+  const std::unique_ptr<icu::NumberingSystem> numbers(
+      icu::NumberingSystem::createInstance(locale, status));
+  return U_SUCCESS(status);
+}
+
+std::string knownIdentifier(std::string_view identifier) {
+  const std::string plausible(plausiblePart(identifier));
+  const icu::Locale locale(plausible.c_str());
+  if (locale.isBogus()) return icu::Locale::getEnglish().getName();
+  if (hasTexts(locale)) return hasUsableKeywords(locale) ? plausible : locale.getBaseName();
+  // A language whose texts are in another script than the wanted one.
+  const icu::Locale inItsScript(locale.getLanguage(), locale.getCountry());
+  return hasTexts(inItsScript) ? inItsScript.getName() : nearestLocale(locale).getName();
+}
 
 }  // namespace
 
@@ -33,14 +100,8 @@ std::string localeIdentifierFromEnvironment(std::string_view value) {
 }
 
 bool isKnownLocaleIdentifier(std::string_view identifier) {
-  const icu::Locale locale(std::string(identifier).c_str());
-  if (identifier.empty() || locale.isBogus() || *locale.getLanguage() == '\0') return false;
-  int32_t count = 0;
-  const icu::Locale* available = icu::Locale::getAvailableLocales(count);
-  for (int32_t index = 0; index < count; ++index) {
-    if (std::strcmp(available[index].getLanguage(), locale.getLanguage()) == 0) return true;
-  }
-  return false;
+  return !identifier.empty() && plausiblePart(identifier) == identifier &&
+         hasTexts(icu::Locale(std::string(identifier).c_str()));
 }
 
 std::string NSLocale::environmentIdentifier(const char* category) {
@@ -52,12 +113,22 @@ std::string NSLocale::environmentIdentifier(const char* category) {
 }
 
 NSLocale NSLocale::currentLocale() {
-  return NSLocale(installedIdentifier.empty() ? environmentIdentifier("LC_TIME")
-                                              : installedIdentifier);
+  struct Answer {
+    std::string asked;
+    std::string identifier;
+  };
+  thread_local Answer last;
+  std::string asked =
+      installedIdentifier.empty() ? environmentIdentifier("LC_TIME") : installedIdentifier;
+  if (last.asked != asked) {
+    last.identifier = knownIdentifier(asked);
+    last.asked = std::move(asked);
+  }
+  return NSLocale(last.identifier);
 }
 
 NSLocale NSLocale::localeWithLocaleIdentifier(std::string_view identifier) {
-  return NSLocale(std::string(identifier));
+  return NSLocale(knownIdentifier(identifier));
 }
 
 void NSLocale::setCurrentLocale(std::string_view identifier) { installedIdentifier = identifier; }

@@ -4,6 +4,10 @@
 #include <string_view>
 
 /// A language and region with their customs, by an identifier such as "de_DE".
+///
+/// A locale is always one that the locale data has texts for: an identifier of any other becomes
+/// the nearest that there is ("oc_FR" becomes "fr_FR"), else English with the customs of the
+/// region.
 class NSLocale {
  public:
   /// The locale of dates and numbers that the environment names (`LC_ALL`, `LC_TIME`, `LANG`), or

@@ -17,7 +17,13 @@ PropertyList::Array preferredLanguages() {
       if (!language.empty()) languages.emplace_back(localeIdentifierFromEnvironment(language));
     }
   }
-  if (languages.empty()) languages.emplace_back(NSLocale::environmentIdentifier("LC_MESSAGES"));
+  if (languages.empty()) {
+    // Behind a language without data comes the one in which its dates are written.
+    const std::string language = NSLocale::environmentIdentifier("LC_MESSAGES");
+    const std::string known = NSLocale::localeWithLocaleIdentifier(language).identifier();
+    languages.emplace_back(language);
+    if (known != language) languages.emplace_back(known);
+  }
   return languages;
 }
 

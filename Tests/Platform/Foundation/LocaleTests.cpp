@@ -39,6 +39,31 @@ TEST(Locale, VariablesHaveTheirRank) {
   EXPECT_EQ(NSLocale::currentLocale().identifier(), "ja_JP");
 }
 
+// CLDR, languageInfo: Occitan is nearest to French, Mandarin to Chinese; Low German has nothing
+// near. What names no language at all, however long or wild, is English.
+TEST(Locale, IsAlwaysOneThatHasTexts) {
+  for (const auto& [value, identifier] :
+       {std::pair<std::string, const char*>{"oc_FR.UTF-8", "fr_FR"},
+        {"nds_DE@euro", "en_DE"},
+        {"cmn_TW", "zh_TW"},
+        {"be_BY@latin", "be_BY"},
+        {"xx_AT", "en_AT"},
+        {"xx_YY", "en"},
+        {"aaaaaaaaaaaa", "en"},
+        {"root", "en"},
+        {"/etc/passwd", "en"},
+        {"de_DE/../../x", "de_DE"},
+        {"@@@", "en_US_POSIX"},
+        {std::string(200'000, 'a'), "en"},
+        {"de_" + std::string(200'000, 'X'), "en"}}) {
+    const EnvironmentVariable all("LC_ALL", value.c_str());
+    EXPECT_EQ(NSLocale::currentLocale().identifier(), identifier) << value.substr(0, 40);
+  }
+  for (const auto& [setting, identifier] : {std::pair{"oc", "fr"}, {"pt-PT", "pt-PT"}, {"", "en"}})
+    EXPECT_EQ(NSLocale::localeWithLocaleIdentifier(setting).identifier(), identifier);
+  EXPECT_EQ(NSLocale::localeWithLocaleIdentifier("xx_AT").firstWeekday(), 2) << "Austria's custom";
+}
+
 TEST(Locale, LanguagesComeInTheUsersOrder) {
   auto& defaults = NSUserDefaults::standardUserDefaults();
   const auto languages = [&] {
@@ -46,6 +71,10 @@ TEST(Locale, LanguagesComeInTheUsersOrder) {
     return defaults.dictionaryRepresentation().at("NSLanguages");
   };
   EXPECT_EQ(languages(), PropertyList(PropertyList::Array{"en_US"}));
+  {
+    const EnvironmentVariable occitan("LC_ALL", "oc_FR");
+    EXPECT_EQ(languages(), PropertyList(PropertyList::Array{"oc_FR", "fr_FR"}));
+  }
   const EnvironmentVariable list("LANGUAGE", "pt_BR:pt::sr@latin");
   EXPECT_EQ(languages(), PropertyList(PropertyList::Array{"pt_BR", "pt", "sr_Latn"}));
 }
