@@ -2,10 +2,10 @@
 
 #include <cstdint>
 #include <memory>
-#include <optional>
+#include <string>
 
 #include "Platform/Foundation/NSDate.h"
-#include "Platform/Foundation/NSLocale.h"
+#include "Platform/Foundation/NSDateComponents.h"
 #include "Platform/Foundation/NSTimeZone.h"
 
 /// Calendar units, by the values under which the code asks for them.
@@ -21,17 +21,25 @@ enum NSCalendarUnit : uint64_t {
   NSCalendarUnitWeekOfYear = 8192,
 };
 
-/// Splits instants into the parts of a date. Months count from 1, Sunday is weekday 1.
-/// A calendar that was given no zone follows the system's, also when that changes.
+/// Splits instants into the parts of a date, and makes instants of them. A calendar that was given
+/// no zone follows the system's, also when that changes. Units that a question does not know raise
+/// `std::invalid_argument`.
+///
+/// An object is for one thread.
 class NSCalendar {
  public:
   /// The user's own calendar, which need not be the Gregorian one.
   static NSCalendar currentCalendar();
+  /// The same, following the current locale when that changes.
+  static NSCalendar autoupdatingCurrentCalendar();
   static NSCalendar gregorianCalendar();
 
   NSCalendar(NSCalendar&&) noexcept;
   NSCalendar& operator=(NSCalendar&&) noexcept;
   ~NSCalendar();
+
+  /// The name of the system of counting, as a locale's keyword has it: "gregorian", "persian".
+  std::string calendarIdentifier() const;
 
   void setTimeZone(const NSTimeZone& zone);
   int firstWeekday() const;
@@ -40,9 +48,21 @@ class NSCalendar {
   void setMinimumDaysInFirstWeek(int days);
 
   int64_t component(NSCalendarUnit unit, const NSDate& date) const;
+  /// The parts of a date for a sum of units.
+  NSDateComponents components(uint64_t units, const NSDate& date) const;
 
-  /// The number of `smaller` within `larger` on a date, from 1: the day of the month for day and
-  /// month. 0 for a pair that the calendar does not answer.
+  /// The instant of a date's parts from the era to the second; weekday and week are not read. A
+  /// missing part has its first value, and one too large rolls into the next: month 13 is January.
+  /// Where clocks show a time twice it is the first; where they skip it, it is that by the clocks
+  /// before the jump. A part beyond 32 bits raises `std::out_of_range`.
+  NSDate dateFromComponents(const NSDateComponents& components) const;
+
+  /// The date so many years, months, weeks, days, hours, minutes and seconds later, in this order.
+  /// The time of day stays over a change of the clocks, and a day of the month that the month does
+  /// not have becomes its last. Eras and weekdays cannot be added.
+  NSDate dateByAddingComponents(const NSDateComponents& components, const NSDate& date) const;
+
+  /// The number of `smaller` within `larger` on a date, from 1: the day of the month or the year.
   int64_t ordinalityOfUnit(NSCalendarUnit smaller, NSCalendarUnit larger, const NSDate& date) const;
 
  private:

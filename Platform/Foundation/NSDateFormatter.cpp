@@ -4,6 +4,7 @@
 #include <unicode/smpdtfmt.h>
 
 #include <map>
+#include <optional>
 
 #include "Platform/Foundation/IcuTimeZone.h"
 #include "Platform/Foundation/IcuTimeZoneFormat.h"
@@ -41,6 +42,15 @@ struct CompiledLocale {
   std::map<std::string, std::unique_ptr<icu::SimpleDateFormat>, std::less<>> formats;
 };
 
+/// The symbols of a compiled pattern are those of its locale's calendar: months have other names in
+/// another calendar.
+std::string identifierWithCalendar(const std::string& identifier, const std::string& calendar) {
+  UErrorCode status = U_ZERO_ERROR;
+  icu::Locale locale(identifier.c_str());
+  locale.setKeywordValue("calendar", calendar.c_str(), status);
+  return U_SUCCESS(status) ? locale.getName() : identifier;
+}
+
 std::shared_ptr<CompiledLocale> compiledLocale(const std::string& identifier) {
   static std::map<std::string, std::weak_ptr<CompiledLocale>> known;
   auto& entry = known[identifier];
@@ -76,8 +86,15 @@ struct NSDateFormatter::Implementation {
   NSDateFormatterStyle dateStyle = NSDateFormatterStyle::None;
   NSDateFormatterStyle timeStyle = NSDateFormatterStyle::None;
   std::string pattern;
-  std::shared_ptr<CompiledLocale> compiled = compiledLocale(locale.identifier());
+  std::string calendar = NSCalendar::currentCalendar().calendarIdentifier();
+  std::shared_ptr<CompiledLocale> compiled;
   icu::UnicodeString buffer;
+
+  Implementation() { compile(); }
+
+  void compile() {
+    compiled = compiledLocale(identifierWithCalendar(locale.identifier(), calendar));
+  }
 
   void applyStyles() {
     pattern.clear();
@@ -99,7 +116,12 @@ NSDateFormatter::~NSDateFormatter() = default;
 
 void NSDateFormatter::setLocale(const NSLocale& locale) {
   implementation_->locale = locale;
-  implementation_->compiled = compiledLocale(locale.identifier());
+  implementation_->compile();
+}
+
+void NSDateFormatter::setCalendar(const NSCalendar& calendar) {
+  implementation_->calendar = calendar.calendarIdentifier();
+  implementation_->compile();
 }
 
 const NSLocale& NSDateFormatter::locale() const { return implementation_->locale; }

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "Platform/Foundation/NSCalendar.h"
 #include "Platform/Foundation/NSDate.h"
 #include "Platform/Foundation/NSLocale.h"
 #include "Platform/Foundation/NSTimeZone.h"
@@ -12,6 +13,9 @@ enum class NSDateFormatterStyle { None = 0, Short = 1, Medium = 2, Long = 3, Ful
 
 /// Turns an instant into text by an ICU date pattern, a locale and a zone. Compiled patterns are
 /// kept for each locale, so that changing the pattern back and forth is cheap.
+///
+/// The calendar is the user's own in whatever language the text is, so that all dates on the screen
+/// count alike.
 ///
 /// Main thread only.
 class NSDateFormatter {
@@ -24,6 +28,8 @@ class NSDateFormatter {
 
   void setLocale(const NSLocale& locale);
   const NSLocale& locale() const;
+  /// Takes the system of counting only: weeks stay those of the locale, the zone the formatter's.
+  void setCalendar(const NSCalendar& calendar);
   void setTimeZone(const NSTimeZone& zone);
   const NSTimeZone& timeZone() const;
 

@@ -8,8 +8,8 @@
 #include "Platform/AppKit/NSBezierPath.h"
 #include "Platform/AppKit/NSColor.h"
 #include "Platform/AppKit/NSGraphicsContext.h"
-#include "Platform/Foundation/NSCalendar.h"
 #include "Targets/Shared/ZEVImageCache.h"
+#include "Targets/VelmoraTime/Classes/ZEVDateAndTimeUtilities.h"
 
 namespace {
 
@@ -55,8 +55,8 @@ void drawNamed(const std::string& name, NSPoint point) {
 }  // namespace
 
 int64_t calendarLeafDay(const NSDate& date) {
-  return NSCalendar::currentCalendar().ordinalityOfUnit(NSCalendarUnitDay, NSCalendarUnitMonth,
-                                                        date);
+  return ZEVDateAndTimeUtilities::sharedUtilities().currentCalendar().ordinalityOfUnit(
+      NSCalendarUnitDay, NSCalendarUnitMonth, date);
 }
 
 void drawCalendarLeaf(NSPoint point, std::string_view type, int64_t day, bool white) {

@@ -1,6 +1,6 @@
 #include "Targets/VelmoraTime/Classes/NSDateOrdinalDays.h"
 
-#include "Platform/Foundation/NSCalendar.h"
+#include "Targets/VelmoraTime/Classes/ZEVDateAndTimeUtilities.h"
 
 std::string ordinalSuffixFromDay(int64_t day) {
   switch (day) {
@@ -20,5 +20,6 @@ std::string ordinalSuffixFromDay(int64_t day) {
 }
 
 std::string ordinalSuffix(const NSDate& date) {
-  return ordinalSuffixFromDay(NSCalendar::currentCalendar().component(NSCalendarUnitDay, date));
+  const NSCalendar& calendar = ZEVDateAndTimeUtilities::sharedUtilities().currentCalendar();
+  return ordinalSuffixFromDay(calendar.component(NSCalendarUnitDay, date));
 }

@@ -76,6 +76,7 @@ void ZEVDateAndTimeUtilities::cleanup() { sharedInstance().reset(); }
 ZEVDateAndTimeUtilities::ZEVDateAndTimeUtilities()
     : weekCalendar_(NSCalendar::gregorianCalendar()),
       gregorian_(NSCalendar::gregorianCalendar()),
+      current_(NSCalendar::autoupdatingCurrentCalendar()),
       dayCalendar_(NSCalendar::gregorianCalendar()),
       dateFormatter_(makeSharedFormatter()) {
   weekCalendar_.setMinimumDaysInFirstWeek(4);
@@ -112,10 +113,9 @@ ClockElements ZEVDateAndTimeUtilities::dropdownTimeFormat() const {
 std::string ZEVDateAndTimeUtilities::nameForHour(int64_t hour) const { return fuzzyHourName(hour); }
 
 std::string ZEVDateAndTimeUtilities::fuzzyClock(double time) const {
-  const NSCalendar calendar = NSCalendar::currentCalendar();
   const NSDate date = NSDate::dateWithTimeIntervalSince1970(time);
-  return fuzzyClockPhrase(calendar.component(NSCalendarUnitHour, date),
-                          calendar.component(NSCalendarUnitMinute, date),
+  return fuzzyClockPhrase(current_.component(NSCalendarUnitHour, date),
+                          current_.component(NSCalendarUnitMinute, date),
                           {"twentyfive past %@", "twentyfive to %@",
                            [this](int64_t hour) { return nameForHour(hour); }});
 }

@@ -22,6 +22,9 @@ class ZEVDateAndTimeUtilities {
   NSDateFormatter& dateFormatter() { return dateFormatter_; }
   const NSCalendar& gregorianCalendar() const { return gregorian_; }
 
+  /// The user's own calendar: what the formatter's texts, the leaf and the suffixes count by.
+  const NSCalendar& currentCalendar() const { return current_; }
+
   /// The week of the year of a date on the UTC calendar: by the ISO rule if
   /// "Time_WeekNumberFormat" is 1, else with weeks that start on Sunday and a first week of at
   /// least one day.
@@ -42,6 +45,7 @@ class ZEVDateAndTimeUtilities {
  private:
   NSCalendar weekCalendar_;
   NSCalendar gregorian_;
+  NSCalendar current_;
   NSCalendar dayCalendar_;
   NSDateFormatter dateFormatter_;
 };

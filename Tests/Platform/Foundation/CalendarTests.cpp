@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "Platform/Foundation/NSLocale.h"
 #include "Tests/Platform/Support/Files.h"
 
 namespace {
@@ -69,8 +70,55 @@ TEST_F(Calendar, SplitsAnInstant) {
       {NSCalendarUnitSecond, 59}, {NSCalendarUnitWeekday, 6}};
   for (const auto& [unit, value] : parts)
     EXPECT_EQ(calendar.component(unit, date), value) << unit;
+  EXPECT_EQ(
+      calendar.components(NSCalendarUnitYear | NSCalendarUnitDay | NSCalendarUnitWeekday, date),
+      (NSDateComponents{.year = 2024, .day = 1, .weekday = 6}));
   EXPECT_EQ(calendar.ordinalityOfUnit(NSCalendarUnitDay, NSCalendarUnitMonth, date), 1);
-  EXPECT_EQ(calendar.ordinalityOfUnit(NSCalendarUnitHour, NSCalendarUnitEra, date), 0);
+  EXPECT_EQ(calendar.ordinalityOfUnit(NSCalendarUnitDay, NSCalendarUnitYear, date), 31 + 29 + 1);
+  const auto ask = [&](uint64_t units) { return calendar.components(units, date); };
+  EXPECT_THROW(calendar.ordinalityOfUnit(NSCalendarUnitHour, NSCalendarUnitEra, date),
+               std::invalid_argument);
+  EXPECT_THROW(ask(NSCalendarUnitDay | 256), std::invalid_argument);
+}
+
+// Europe/Berlin: on 2024-03-31 the clocks go from 02:00 to 03:00, on 2024-10-27 back from 03:00.
+TEST_F(Calendar, MakesInstantsOfParts) {
+  NSCalendar calendar = NSCalendar::gregorianCalendar();
+  calendar.setTimeZone(*NSTimeZone::timeZoneWithName("Europe/Berlin"));
+  const std::pair<NSDateComponents, const char*> cases[] = {
+      {{.year = 2024, .month = 7, .day = 5, .hour = 1, .minute = 2, .second = 3},
+       "2024-07-04 23:02:03"},
+      {{.year = 2024, .month = 13, .weekday = 7, .weekOfYear = 30}, "2024-12-31 23:00:00"},
+      {{.year = 2024, .month = 3, .day = 0}, "2024-02-28 23:00:00"},
+      {{.year = 2024, .month = 3, .day = 31, .hour = 2, .minute = 30}, "2024-03-31 01:30:00"},
+      {{.year = 2024, .month = 10, .day = 27, .hour = 2, .minute = 30}, "2024-10-27 00:30:00"},
+  };
+  for (const auto& [parts, instant] : cases)
+    EXPECT_EQ(calendar.dateFromComponents(parts), utc(instant)) << instant;
+  EXPECT_THROW(calendar.dateFromComponents({.year = int64_t{1} << 32}), std::out_of_range);
+}
+
+TEST_F(Calendar, AddsParts) {
+  NSCalendar calendar = NSCalendar::gregorianCalendar();
+  calendar.setTimeZone(*NSTimeZone::timeZoneWithName("Europe/Berlin"));
+  struct Case {
+    NSDateComponents amount;
+    const char* from;
+    const char* to;
+  };
+  // A day over the change of the clocks has 23 or 25 hours.
+  for (const auto& [amount, from, to] :
+       {Case{{.day = 1}, "2024-03-30 23:00:00", "2024-03-31 22:00:00"},
+        Case{{.day = 1}, "2024-10-26 22:00:00", "2024-10-27 23:00:00"},
+        Case{{.hour = 24}, "2024-10-26 22:00:00", "2024-10-27 22:00:00"},
+        Case{{.month = 1}, "2024-01-31 12:00:00", "2024-02-29 12:00:00"},
+        Case{{.year = -1, .day = 1}, "2024-02-29 12:00:00", "2023-03-01 12:00:00"},
+        Case{{.second = 90, .weekOfYear = 1}, "2024-01-01 00:00:00", "2024-01-08 00:01:30"},
+        Case{{}, "2024-01-31 12:00:00", "2024-01-31 12:00:00"}}) {
+    EXPECT_EQ(calendar.dateByAddingComponents(amount, utc(from)), utc(to)) << from;
+  }
+  EXPECT_THROW(calendar.dateByAddingComponents({.weekday = 1}, utc("2024-01-31 12:00:00")),
+               std::invalid_argument);
 }
 
 TEST_F(Calendar, FollowsTheSystemsZoneAfterAReset) {
@@ -93,12 +141,15 @@ TEST_F(Calendar, TheUsersOwnNeedNotBeGregorian) {
     int64_t year, month;
   };
   const NSDate date = utc("2024-07-05 09:00:00");
+  const NSCalendar updating = NSCalendar::autoupdatingCurrentCalendar();
   for (const auto& [locale, year, month] :
        {Case{"th_TH", 2567, 7}, Case{"fa_IR", 1403, 4}, Case{"en_US", 2024, 7}}) {
     NSLocale::setCurrentLocale(locale);
     const NSCalendar own = NSCalendar::currentCalendar();
     EXPECT_EQ(own.component(NSCalendarUnitYear, date), year) << locale;
     EXPECT_EQ(own.component(NSCalendarUnitMonth, date), month) << locale;
+    EXPECT_EQ(updating.component(NSCalendarUnitYear, date), year) << locale;
+    EXPECT_EQ(updating.firstWeekday(), own.firstWeekday()) << locale;
     EXPECT_EQ(NSCalendar::gregorianCalendar().component(NSCalendarUnitYear, date), 2024) << locale;
   }
 }

@@ -13,8 +13,10 @@ namespace {
 NSTimeZone zoneNamed(std::string_view name) { return NSTimeZone::timeZoneWithName(name).value(); }
 
 std::string formatted(std::string_view pattern, std::string_view locale, std::string_view zone,
-                      const NSDate& date) {
+                      const NSDate& date, std::string_view currentLocale = "") {
+  NSLocale::setCurrentLocale(currentLocale);
   NSDateFormatter formatter;
+  NSLocale::setCurrentLocale("");
   formatter.setLocale(NSLocale::localeWithLocaleIdentifier(locale));
   formatter.setTimeZone(zoneNamed(zone));
   formatter.setDateFormat(pattern);
@@ -41,8 +43,31 @@ TEST(DatePatterns, GiveTheLanguagesTexts) {
         Pattern{"ar_EG", "d MMMM y", "٥ يوليو ٢٠٢٤"},
         Pattern{"th_TH", "d MMMM y", "5 กรกฎาคม 2567"}, Pattern{"fa_IR", "y/M/d", "۱۴۰۳/۴/۱۵"},
         Pattern{"en_US", "yyyy-MM-dd'T'HH:mm:ssxxx", "2024-07-05T09:08:07+00:00"}}) {
-    EXPECT_EQ(formatted(pattern, locale, "UTC", utc("2024-07-05 09:08:07.125")), text) << locale;
+    EXPECT_EQ(formatted(pattern, locale, "UTC", utc("2024-07-05 09:08:07.125"), locale), text)
+        << locale;
   }
+}
+
+// The same day by the user's calendar in other languages, and by one that was set.
+TEST(DatePatterns, CountByTheUsersCalendar) {
+  struct Case {
+    const char* current;
+    const char* locale;
+    const char* text;
+  };
+  const NSDate date = utc("2024-07-05 09:08:07");
+  for (const auto& [current, locale, text] :
+       {Case{"fa_IR", "en_US", "15 Tir 1403"}, Case{"en_US", "fa_IR", "۵ ژوئیهٔ ۲۰۲۴"},
+        Case{"th_TH", "de", "5 Juli 2567"}, Case{"ja_JP", "en_US@calendar=buddhist", "5 July 2024"},
+        Case{"ja_JP", "en_US@calendar=nonsense;numbers=nonsense", "5 July 2024"}}) {
+    EXPECT_EQ(formatted("d MMMM y", locale, "UTC", date, current), text) << current << locale;
+  }
+  NSDateFormatter formatter;
+  NSLocale::setCurrentLocale("fa_IR");
+  formatter.setCalendar(NSCalendar::currentCalendar());
+  NSLocale::setCurrentLocale("");
+  formatter.setDateFormat("d MMMM y");
+  EXPECT_EQ(formatter.stringFromDate(date), "15 Tir 1403");
 }
 
 struct Styles {
@@ -169,8 +194,7 @@ TEST(KeptPatterns, GiveTheTextsOfFreshOnes) {
     formatter.setLocale(NSLocale::localeWithLocaleIdentifier(locale));
     const std::string text = formatter.stringFromDate(date);
     // In a locale of its own, so that nothing is shared.
-    const std::string alone = std::string(locale) + "@calendar=" +
-                              (std::string_view(locale) == "th_TH" ? "buddhist" : "gregorian");
+    const std::string alone = std::string(locale) + "@calendar=gregorian;currency=EUR";
     ASSERT_EQ(text, formatted(pattern, alone, zone, date)) << pattern << zone << locale << step;
   }
 }
