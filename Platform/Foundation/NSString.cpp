@@ -156,3 +156,22 @@ float floatValue(std::string_view text) {
   if (value < -Maximum) return -std::numeric_limits<float>::max();
   return static_cast<float>(value);
 }
+
+std::string stringWithDigitsOf(std::string_view number, std::string_view model) {
+  // The decimal digits of a script stand in one row, from its zero on.
+  UChar32 zero = '0';
+  const icu::UnicodeString modelText = icu::UnicodeString::fromUTF8(model);
+  for (int32_t index = 0; index < modelText.length(); index = modelText.moveIndex32(index, 1)) {
+    const UChar32 character = modelText.char32At(index);
+    const int32_t digit = u_charDigitValue(character);
+    if (digit < 0) continue;
+    zero = character - digit;
+    break;
+  }
+  icu::UnicodeString text;
+  for (const char character : number) {
+    const bool isDigit = character >= '0' && character <= '9';
+    text.append(isDigit ? zero + (character - '0') : static_cast<UChar32>(character));
+  }
+  return toUtf8(text);
+}

@@ -41,3 +41,7 @@ std::string stringByReplacingOccurrences(std::string_view text, std::string_view
 int64_t integerValue(std::string_view text);
 double doubleValue(std::string_view text);
 float floatValue(std::string_view text);
+
+/// A number in ASCII digits, written in those of the script that `model` has its first digit from;
+/// as it is where `model` has none.
+std::string stringWithDigitsOf(std::string_view number, std::string_view model);

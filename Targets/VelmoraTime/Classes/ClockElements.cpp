@@ -76,7 +76,7 @@ std::string validateHourString(std::string_view text, std::string_view element) 
   const int64_t value = integerValue(text);
   const int64_t hour = value == 0 ? 12 : value >= 13 ? value - 12 : value;
   const bool wantsZero = hour < 10 && element == "hh";
-  return (wantsZero ? "0" : "") + std::to_string(hour);
+  return stringWithDigitsOf((wantsZero ? "0" : "") + std::to_string(hour), text);
 }
 
 std::string formattedElement(const std::string& element, NSDateFormatter& formatter,

@@ -47,8 +47,9 @@ class SecondHourRule {
   bool hasSeenHour_ = false;
 };
 
-/// Puts an hour's text on a 12-hour dial, with a leading zero for "hh". Text that is no number
-/// counts as 0.
+/// Puts an hour's text on a 12-hour dial, with a leading zero for "hh", in the digits that the text
+/// has: beside minutes in others, the bidirectional rules would change their places. Text that is
+/// no number counts as 0.
 std::string validateHourString(std::string_view text, std::string_view element);
 
 /// Formats one pattern element; hours of a 12-hour clock are validated.

@@ -109,10 +109,16 @@ TEST(DateString, TwelveHourDial) {
     EXPECT_EQ(shown({"h"}, hour * 3600.0), h);
     EXPECT_EQ(shown({"hh"}, hour * 3600.0), hh);
   }
-  // Counted anew in ASCII digits, whatever the language's are.
-  EXPECT_EQ(shown({"hh", ":", "mm"}, Saturday, {"ar_EG"}), "03:٠٤");
-  for (const auto& [text, hour] :
-       {std::pair{"24", "12"}, {"13", "01"}, {"", "12"}, {"noon", "12"}, {"٠٩", "09"}})
+  // Counted anew in the language's digits.
+  for (const auto& [locale, time] :
+       {std::pair{"ar_EG", "٠٣:٠٤"}, {"fa_IR", "۰۳:۰۴"}, {"my", "၀၃:၀၄"}})
+    EXPECT_EQ(shown({"hh", ":", "mm"}, Saturday, {locale}), time);
+  for (const auto& [text, hour] : {std::pair{"24", "12"},
+                                   {"13", "01"},
+                                   {"", "12"},
+                                   {"noon", "12"},
+                                   {"٠٩", "٠٩"},
+                                   {"۱۳", "۰۱"}})
     EXPECT_EQ(validateHourString(text, "hh"), hour) << text;
 }
 
