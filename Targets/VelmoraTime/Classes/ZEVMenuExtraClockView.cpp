@@ -1,14 +1,15 @@
 #include "Targets/VelmoraTime/Classes/ZEVMenuExtraClockView.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "Platform/AppKit/NSBezierPath.h"
-#include "Platform/Foundation/NSCalendar.h"
 #include "Platform/Foundation/NSString.h"
 #include "Platform/Foundation/NSTimeZone.h"
 #include "Targets/Shared/ZEVImageCache.h"
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/VelmoraTime/Classes/CalendarLeaf.h"
+#include "Targets/VelmoraTime/Classes/ClockLine.h"
 #include "Targets/VelmoraTime/Classes/FuzzyClock.h"
 #include "Targets/VelmoraTime/Classes/NSDateOrdinalDays.h"
 #include "Targets/VelmoraTime/Classes/ZEVDateAndTimeUtilities.h"
@@ -21,7 +22,7 @@ constexpr double MoonBottom = 3;
 constexpr int64_t MoonAdvance = 20;
 constexpr int64_t CalendarAdvance = 19;
 
-/// Gathers runs of plain text and places everything in its turn.
+/// Gathers a line of text with its flashing separators, and places everything in its turn.
 class PieceLayout {
  public:
   PieceLayout(int64_t offset, const NSTextAttributes& attributes)
@@ -31,21 +32,30 @@ class PieceLayout {
             ZEVPreferences_Time::sharedPreferences()->offsetForFont("Time_TextSize") +
             TextBottom)) {}
 
-  void append(std::string_view text) { buffer_.append(text); }
-
-  void flush() {
-    const int64_t width = textWidth(buffer_);
-    if (!buffer_.empty()) place(ClockPiece::Kind::Text, offset_, textY_).text = std::move(buffer_);
-    buffer_.clear();
-    offset_ += width;
+  void append(std::string_view text) {
+    if (text.empty()) return;
+    if (line_.empty() || line_.back().kind != ClockPiece::Kind::Text) {
+      line_.push_back({ClockPiece::Kind::Text, {}, {}});
+    }
+    line_.back().text.append(text);
   }
 
-  void placeSeparator(const std::string& text, bool isVisible) {
-    flush();
-    ClockPiece& piece = place(ClockPiece::Kind::Separator, offset_, textY_);
-    piece.text = text;
-    piece.isVisible = isVisible;
-    offset_ += textWidth(text);
+  void appendSeparator(const std::string& text, bool isVisible) {
+    line_.push_back({ClockPiece::Kind::Separator, {}, text, isVisible});
+  }
+
+  void flush() {
+    std::vector<LinePart> parts = partsFromLeftToRight(line_);
+    for (LinePart& part : parts) {
+      part.piece.point = {static_cast<double>(offset_), textY_};
+      offset_ += textWidth(part.piece.text);
+    }
+    // They are told, and drawn, in the order in which they are read.
+    std::sort(parts.begin(), parts.end(),
+              [](const LinePart& a, const LinePart& b) { return a.start < b.start; });
+    for (LinePart& part : parts)
+      pieces_.push_back(std::move(part.piece));
+    line_.clear();
   }
 
   ClockPiece& placeIcon(ClockPiece::Kind kind, double y, int64_t advance) {
@@ -53,7 +63,8 @@ class PieceLayout {
     // A piece at the very start has no gap before it.
     const int64_t x = offset_ > 0 ? offset_ + IconGap : offset_;
     offset_ = x + advance;
-    return place(kind, x, y);
+    pieces_.push_back({kind, {static_cast<double>(x), y}, {}});
+    return pieces_.back();
   }
 
   int64_t offset() const { return offset_; }
@@ -64,15 +75,10 @@ class PieceLayout {
     return static_cast<int64_t>(std::ceil(sizeWithAttributes(text, attributes_).width));
   }
 
-  ClockPiece& place(ClockPiece::Kind kind, int64_t x, double y) {
-    pieces_.push_back({kind, {static_cast<double>(x), y}, {}});
-    return pieces_.back();
-  }
-
   int64_t offset_;
   const NSTextAttributes& attributes_;
   double textY_;
-  std::string buffer_;
+  std::vector<ClockPiece> line_;
   std::vector<ClockPiece> pieces_;
 };
 
@@ -94,7 +100,7 @@ std::string ZEVMenuExtraClockView_Time::nameForHour(int64_t hour) const {
 }
 
 std::string ZEVMenuExtraClockView_Time::fuzzyClock(double time) const {
-  const NSCalendar calendar = NSCalendar::currentCalendar();
+  const NSCalendar& calendar = ZEVDateAndTimeUtilities::sharedUtilities().currentCalendar();
   const NSDate date = NSDate::dateWithTimeIntervalSince1970(time);
   return fuzzyClockPhrase(calendar.component(NSCalendarUnitHour, date),
                           calendar.component(NSCalendarUnitMinute, date),
@@ -135,7 +141,7 @@ std::vector<ClockPiece> ZEVMenuExtraClockView_Time::clockPieces(int64_t& offset,
     } else if (component == "':'" || component == "'.'") {
       const std::string separator = component.substr(1, 1);
       if (isFlashing && isAfterTime) {
-        layout.placeSeparator(separator, flash == 1);
+        layout.appendSeparator(separator, flash == 1);
       } else {
         layout.append(separator);
       }

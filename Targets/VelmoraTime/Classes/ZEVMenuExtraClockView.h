@@ -10,18 +10,7 @@
 #include "Platform/Foundation/NSDate.h"
 #include "Targets/Shared/Views/ZEVMenuExtraContentView.h"
 #include "Targets/VelmoraTime/Classes/ClockElements.h"
-
-/// One piece of a clock in the bar, with the point where it stands: a text at the lower left of its
-/// line box, a picture at its lower left corner.
-struct ClockPiece {
-  enum class Kind { Text, Separator, Moon, Calendar };
-  Kind kind;
-  NSPoint point;
-  std::string text;       ///< Of a text or separator; of a calendar leaf its type.
-  bool isVisible = true;  ///< A hidden separator keeps its place.
-  int64_t day = 0;        ///< Of a calendar leaf: the day of the month.
-  bool isWhite = false;   ///< Of a calendar leaf: on a dark background.
-};
+#include "Targets/VelmoraTime/Classes/ClockLine.h"
 
 /// What the clock adds to a content view: the walk of a format list through the slot.
 class ZEVMenuExtraClockView_Time : public ZEVMenuExtraContentView_Time {
@@ -31,7 +20,8 @@ class ZEVMenuExtraClockView_Time : public ZEVMenuExtraContentView_Time {
   int64_t drawTimeAtOffset(int64_t offset, double time, int64_t flash,
                            const ClockElements& components);
 
-  /// The same without drawing: the pieces in drawing order. `offset` moves on to the end.
+  /// The same without drawing: the pieces in the order in which they are read, which is that of
+  /// drawing. `offset` moves on to the end.
   std::vector<ClockPiece> clockPieces(int64_t& offset, double time, int64_t flash,
                                       const ClockElements& components);
 

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "Platform/AppKit/RecordingGraphicsContext.h"
@@ -8,6 +9,7 @@
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/VelmoraTime/Classes/VelmoraTime.h"
 #include "Targets/VelmoraTime/Classes/VelmoraTimeMenuExtraView.h"
+#include "Targets/VelmoraTime/Classes/ZEVDateAndTimeUtilities.h"
 #include "Tests/Targets/SimulatedTime.h"
 
 namespace {
@@ -25,9 +27,9 @@ class ClockDrawing : public testing::Test {
 
   /// The pieces as text: runs in brackets, a shown separator as it is, a hidden one as "_", the
   /// icons as "moon" and "leaf".
-  std::string layout(const ClockElements& list, int64_t flash = 1) {
+  static std::string layout(const std::vector<ClockPiece>& list) {
     std::string text;
-    for (const ClockPiece& piece : pieces(list, Saturday, flash)) {
+    for (const ClockPiece& piece : list) {
       switch (piece.kind) {
         case ClockPiece::Kind::Text:
           text += "[" + piece.text + "]";
@@ -44,6 +46,18 @@ class ClockDrawing : public testing::Test {
       }
     }
     return text;
+  }
+
+  std::string layout(const ClockElements& list, int64_t flash = 1) {
+    return layout(pieces(list, Saturday, flash));
+  }
+
+  /// The same in the order in which they stand from left to right.
+  std::string layoutFromLeft(const ClockElements& list, int64_t flash) {
+    auto sorted = pieces(list, Saturday, flash);
+    std::sort(sorted.begin(), sorted.end(),
+              [](const ClockPiece& a, const ClockPiece& b) { return a.point.x < b.point.x; });
+    return layout(sorted);
   }
 
   /// Whole points, as every width in the bar.
@@ -130,6 +144,45 @@ TEST_F(ClockDrawing, OnlySeparatorsBehindTheTimeFlash) {
   setFlashing();
   for (const auto& [list, flashing, steady] : cases)
     EXPECT_EQ(layout(list, 0), flashing);
+}
+
+// By hand from the rules of Unicode Annex 9: in a line that starts with a letter read from right to
+// left, a time is one number, read from left to right, and everything else goes to its left.
+TEST_F(ClockDrawing, AFlashingLineReadFromRightToLeftKeepsItsOrder) {
+  struct Case {
+    ClockElements list;
+    const char* flashing;
+    const char* steady;
+  };
+  const Case cases[] = {
+      {{"'א '", "HH", "':'", "mm", "' ב'"}, "[ ב][15]_[04][א ]", "[א 15:04 ב]"},
+      {{"'א '", "HH", "' '", "':'", "' '", "mm"}, "[04][ ]_[ ][15][א ]", "[א 15 : 04]"},
+      {{"'a '", "HH", "':'", "mm", "' ב'"}, "[a 15]_[04 ][ב]", "[a 15:04 ב]"},
+      {{"'א'", "HH", "':'", "mm", "' '", Moon, "' '", "'ב '"},
+       "[15]_[04][א][ ]moon[ ][ב][ ]",
+       "[א15:04][ ]moon[ ][ב][ ]"},
+  };
+  for (const auto& [list, flashing, steady] : cases)
+    EXPECT_EQ(layoutFromLeft(list, 0), steady);
+  setFlashing();
+  for (const auto& [list, flashing, steady] : cases)
+    EXPECT_EQ(layoutFromLeft(list, 0), flashing);
+  // Nothing moves with the phase, and the pieces are told in the order in which they are read.
+  EXPECT_EQ(layoutFromLeft(cases[0].list, 1), "[ ב][15]:[04][א ]");
+  EXPECT_EQ(layout(cases[0].list, 0), "[א ][15]_[04][ ב]");
+  EXPECT_EQ(pieces(cases[0].list, Saturday, 1)[3].point,
+            pieces(cases[0].list, Saturday, 0)[3].point);
+}
+
+TEST_F(ClockDrawing, OneItemShowsOneDay) {
+  // 2026-11-21 is 30 Aban 1405.
+  NSLocale::setCurrentLocale("fa_IR");
+  NSDateFormatter formatter;
+  formatter.setLocale(NSLocale::localeWithLocaleIdentifier("en"));
+  EXPECT_EQ(dateString({"d", "__DAY_SUFFIX__", "' '", "MMMM"}, formatter, Saturday), "30th Aban");
+  EXPECT_EQ(pieces({Red})[0].day, 30);
+  NSLocale::setCurrentLocale("");
+  EXPECT_EQ(pieces({Red})[0].day, 21);
 }
 
 TEST_F(ClockDrawing, ElementsReadAsInOtherClocks) {
