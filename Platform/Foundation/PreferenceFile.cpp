@@ -1,7 +1,6 @@
 #include "Platform/Foundation/PreferenceFile.h"
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 
 #include <cerrno>
@@ -11,6 +10,7 @@
 #include <thread>
 
 #include "Platform/Foundation/FileContents.h"
+#include "Platform/Foundation/FileLock.h"
 #include "Platform/Foundation/NSDate.h"
 #include "Platform/Foundation/NSLog.h"
 #include "Platform/Foundation/NSPropertyListSerialization.h"
@@ -25,7 +25,6 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 /// A writer has the lock for as long as the disk takes for a small file.
-constexpr auto LockPause = 1ms;
 constexpr auto LockPatience = 2s;
 
 /// A damaged file that has not changed for so long is not being written.
@@ -108,25 +107,11 @@ PreferenceFile::Signature PreferenceFile::signature() const {
 }
 
 FileDescriptor PreferenceFile::lock() {
-  // The lock file stays for good: removing it would let two writers lock two files. The kernel
-  // drops the lock of a process that dies.
-  FileDescriptor file(
-      open(sibling(path_, ".lock").c_str(), O_RDWR | O_CREAT | O_NONBLOCK | O_CLOEXEC, 0600));
+  // The lock file stays for good: removing it would let two writers lock two files.
+  FileDescriptor file = lockFile(sibling(path_, ".lock"), LockPatience);
   if (!file) {
-    failed(systemProblem("cannot be locked"));
-    return file;
-  }
-  const auto deadline = Clock::now() + LockPatience;
-  while (flock(file.get(), LOCK_EX | LOCK_NB) != 0) {
-    if (errno != EWOULDBLOCK && errno != EINTR) {
-      failed(systemProblem("cannot be locked"));
-      return FileDescriptor(-1);
-    }
-    if (Clock::now() >= deadline) {
-      failed("cannot be locked: another program does not give its lock back");
-      return FileDescriptor(-1);
-    }
-    std::this_thread::sleep_for(LockPause);
+    failed(errno == EWOULDBLOCK ? "cannot be locked: another program does not give its lock back"
+                                : systemProblem("cannot be locked"));
   }
   return file;
 }

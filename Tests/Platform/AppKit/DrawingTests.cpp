@@ -90,9 +90,10 @@ void fill(NSRect rect) { NSBezierPath::bezierPathWithRect(rect).fill(); }
 void drawPicture(NSRect target, NSRect source = NSZeroRect, double fraction = 1,
                  NSSize size = {4, 4}) {
   const auto image = NSImage::imageWithSize(size);
-  image->lockFocus();
-  fill(NSMakeRect(0, 0, 4, 4));
-  image->unlockFocus();
+  {
+    const auto focus = image->lockFocus();
+    fill(NSMakeRect(0, 0, 4, 4));
+  }
   image->drawInRect(target, source, fraction);
 }
 
