@@ -21,8 +21,8 @@ void BusConnectionAttempt::connect(const std::string& address) {
       static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
                                         G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
   GError* error = nullptr;
-  GDBusConnection* made = g_dbus_connection_new_for_address_sync(address.c_str(), Flags, nullptr,
-                                                                 cancellable_, &error);
+  GDBusConnection* made =
+      g_dbus_connection_new_for_address_sync(address.c_str(), Flags, nullptr, cancellable_, &error);
   {
     const std::lock_guard guard(mutex_);
     connection_ = made;

@@ -15,8 +15,8 @@
 /// the address may accept and then say nothing, for ever.
 class BusConnectionAttempt : public std::enable_shared_from_this<BusConnectionAttempt> {
  public:
-  /// Begins. When the handshake has ended, one way or the other, `ended` is called with this attempt
-  /// from GLib's main context.
+  /// Begins. When the handshake has ended, one way or the other, `ended` is called with this
+  /// attempt from GLib's main context.
   static std::shared_ptr<BusConnectionAttempt> start(
       const std::string& address, std::function<void(BusConnectionAttempt&)> ended);
 

@@ -82,7 +82,8 @@ void MessageBus::connect() {
     return G_SOURCE_REMOVE;
   };
   // GLib's own timers: the run loop may be a simulated one, on which no bus ever answers.
-  handshakeTimeout_ = g_timeout_add_seconds(static_cast<guint>(HandshakeLimit.count()), giveUp, this);
+  handshakeTimeout_ =
+      g_timeout_add_seconds(static_cast<guint>(HandshakeLimit.count()), giveUp, this);
 }
 
 void MessageBus::connectAfterAPause() {

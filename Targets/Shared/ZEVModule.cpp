@@ -29,7 +29,7 @@ void ZEVModule_Time::removeDelegate(ZEVModuleDelegate& delegate) {
 }
 
 bool ZEVModule_Time::collectorShouldUpdateStateForSequence(const StatCollector&,
-                                                            int64_t sequence) const {
+                                                           int64_t sequence) const {
   if (sequence == -1) return true;
   switch (ZEVIntegerForKey("TimerFrequency")) {
     case 2:

@@ -51,8 +51,8 @@ class SlotReload : public testing::Test {
   int redraws_ = 0;
 };
 
-// Would catch: words of the old language, a width of 0 or of an item that has not started, a tick of
-// an old extra that goes on, and a log that every loading joins once more.
+// Would catch: words of the old language, a width of 0 or of an item that has not started, a tick
+// of an old extra that goes on, and a log that every loading joins once more.
 TEST_F(SlotReload, FollowsTheLanguageWithoutATrace) {
   EXPECT_EQ(words(), "Saturday 15:04");
   ASSERT_EQ(lengths_.size(), 1);

@@ -18,6 +18,5 @@ void TestBus::start() {
   daemon_ = std::make_unique<ChildProcess>(
       std::vector<std::string>{"dbus-daemon", "--session", "--nofork", "--nopidfile",
                                "--address=unix:path=" + socket_, "--print-address"});
-  EXPECT_TRUE(waitUntil([this] { return daemon_->output().ends_with('\n'); }))
-      << daemon_->errors();
+  EXPECT_TRUE(waitUntil([this] { return daemon_->output().ends_with('\n'); })) << daemon_->errors();
 }
