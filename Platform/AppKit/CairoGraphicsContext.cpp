@@ -151,6 +151,16 @@ BitmapSurface::BitmapSurface(NSSize size, double scale)
   context_ = std::make_unique<CairoGraphicsContext>(implementation_->cairo, size.height);
 }
 
+BitmapSurface::BitmapSurface(uint32_t* pixels, int width, int height, double scale)
+    : implementation_(std::make_unique<Implementation>()) {
+  implementation_->surface = cairo_image_surface_create_for_data(
+      reinterpret_cast<unsigned char*>(pixels), CAIRO_FORMAT_ARGB32, width, height,
+      width * static_cast<int>(sizeof(uint32_t)));
+  cairo_surface_set_device_scale(implementation_->surface, scale, scale);
+  implementation_->cairo = cairo_create(implementation_->surface);
+  context_ = std::make_unique<CairoGraphicsContext>(implementation_->cairo, height / scale);
+}
+
 BitmapSurface::~BitmapSurface() {
   context_.reset();
   cairo_destroy(implementation_->cairo);

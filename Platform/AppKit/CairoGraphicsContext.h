@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -41,6 +42,9 @@ class BitmapSurface {
  public:
   /// `scale` is pixels a point; the pixel size is rounded up.
   BitmapSurface(NSSize size, double scale);
+  /// Draws over `pixels`, which stay the caller's: rows of premultiplied 0xAARRGGBB from the top
+  /// down. The origin is the lower left corner of the last row.
+  BitmapSurface(uint32_t* pixels, int width, int height, double scale);
   BitmapSurface(const BitmapSurface&) = delete;
   BitmapSurface& operator=(const BitmapSurface&) = delete;
   ~BitmapSurface();

@@ -37,4 +37,15 @@ struct NSAffineTransform {
             origin.x,
             origin.y};
   }
+
+  /// The transform that undoes this one, which must not squeeze the plane to a line.
+  NSAffineTransform inverted() const {
+    const double determinant = m11 * m22 - m12 * m21;
+    const NSAffineTransform linear{
+        m22 / determinant, -m12 / determinant, -m21 / determinant, m11 / determinant, 0, 0};
+    const NSPoint origin = linear.transformPoint({tX, tY});
+    return {linear.m11, linear.m12, linear.m21, linear.m22, -origin.x, -origin.y};
+  }
+
+  bool operator==(const NSAffineTransform&) const = default;
 };

@@ -13,6 +13,8 @@ class NSBezierPath {
     NSPoint point;          ///< Where the element ends.
     NSPoint controlPoint1;  ///< Of a curve.
     NSPoint controlPoint2;
+
+    bool operator==(const Element&) const = default;
   };
 
   static NSBezierPath bezierPathWithRect(NSRect rect);
@@ -26,6 +28,8 @@ class NSBezierPath {
   void fill() const;
 
   const std::vector<Element>& elements() const { return elements_; }
+
+  bool operator==(const NSBezierPath&) const = default;
 
  private:
   std::vector<Element> elements_;

@@ -41,7 +41,7 @@ class NSGraphicsContext {
   /// Anticlockwise where y grows upwards.
   void rotateByRadians(double angle) { concat(NSAffineTransform::rotation(angle)); }
   /// Turns the y axis over within a box of that height that stands on the origin.
-  void flip(double height);
+  virtual void flip(double height);
   /// Puts a transform before the present one.
   void concat(const NSAffineTransform& transform);
 

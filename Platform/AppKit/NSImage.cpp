@@ -25,27 +25,27 @@ NSImageFocus::NSImageFocus(NSImageFocus&&) noexcept = default;
 
 NSImageFocus::~NSImageFocus() = default;
 
-NSImage::NSImage(std::unique_ptr<NSImageRep> representation)
-    : representation_(std::move(representation)) {}
+NSImage::NSImage(Content content) : content_(std::move(content)) {}
 
-NSImage::NSImage(NSSize size) : NSImage(std::make_unique<RecordedImageRep>(size)) {}
+NSImage::NSImage(NSSize size) : NSImage(Content{std::make_shared<RecordedImageRep>(size)}) {}
 
 NSImage::~NSImage() = default;
 
 std::shared_ptr<NSImage> NSImage::imageWithContentsOfFile(const std::filesystem::path& file) {
   auto representation = imageRepFromFile(file);
-  return representation ? std::make_shared<NSImage>(std::move(representation)) : nullptr;
+  return representation ? std::make_shared<NSImage>(Content{std::move(representation)}) : nullptr;
 }
 
 std::shared_ptr<NSImage> NSImage::imageWithSize(NSSize size) {
   return std::make_shared<NSImage>(size);
 }
 
-NSSize NSImage::size() const { return representation_->size(); }
+NSSize NSImage::size() const { return content_.representation->size(); }
 
 NSImageFocus NSImage::lockFocus() {
-  auto* recorded = dynamic_cast<RecordedImageRep*>(representation_.get());
+  auto* recorded = dynamic_cast<RecordedImageRep*>(content_.representation.get());
   if (recorded == nullptr) throw std::logic_error("NSImage: a picture from a file is read-only");
+  ++content_.version;
   return NSImageFocus(std::make_unique<NSImageFocus::Target>(*recorded));
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -37,7 +38,15 @@ class NSImage {
   /// points, makes it one of no size, which draws nothing.
   static std::shared_ptr<NSImage> imageWithSize(NSSize size);
 
-  explicit NSImage(std::unique_ptr<NSImageRep> representation);
+  /// What an image shows at one time: equal contents look alike. Drawing into the image changes it.
+  struct Content {
+    std::shared_ptr<NSImageRep> representation;
+    uint64_t version = 0;  ///< Of what was drawn into the representation.
+
+    bool operator==(const Content&) const = default;
+  };
+
+  explicit NSImage(Content content);
   explicit NSImage(NSSize size);
   NSImage(const NSImage&) = delete;
   NSImage& operator=(const NSImage&) = delete;
@@ -62,9 +71,10 @@ class NSImage {
   void drawInRect(NSRect target, NSRect source, double fraction) const;
 
   /// For graphics contexts.
-  const NSImageRep& representation() const { return *representation_; }
+  const NSImageRep& representation() const { return *content_.representation; }
+  const Content& content() const { return content_; }
 
  private:
-  std::unique_ptr<NSImageRep> representation_;
+  Content content_;
   std::string name_;
 };
