@@ -2,13 +2,16 @@
 
 #include <pango/pangocairo.h>
 
-#include <array>
+#include <algorithm>
+#include <cmath>
+#include <list>
 #include <map>
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <utility>
 
-#include "Platform/Foundation/NSString.h"
+#include "Platform/AppKit/ShapedLine.h"
 
 namespace {
 
@@ -16,94 +19,152 @@ struct ObjectDeleter {
   void operator()(gpointer object) const { g_object_unref(object); }
 };
 using Context = std::unique_ptr<PangoContext, ObjectDeleter>;
-using Layout = std::unique_ptr<PangoLayout, ObjectDeleter>;
 
-Context makeContext() {
+/// With `hinted`, advances are whole pixels at the scale, so that letters are evenly spaced.
+Context makeContext(double scale, bool hinted) {
   Context context(pango_font_map_create_context(pango_cairo_font_map_get_default()));
   cairo_font_options_t* options = cairo_font_options_create();
-  // Unhinted advances, so that a width in points is the same at every scale.
-  cairo_font_options_set_hint_metrics(options, CAIRO_HINT_METRICS_OFF);
+  cairo_font_options_set_hint_metrics(options,
+                                      hinted ? CAIRO_HINT_METRICS_ON : CAIRO_HINT_METRICS_OFF);
   cairo_font_options_set_hint_style(options, CAIRO_HINT_STYLE_SLIGHT);
   cairo_font_options_set_antialias(options, CAIRO_ANTIALIAS_GRAY);
   pango_cairo_context_set_font_options(context.get(), options);
   cairo_font_options_destroy(options);
-  pango_context_set_round_glyph_positions(context.get(), FALSE);
+  pango_context_set_round_glyph_positions(context.get(), hinted ? TRUE : FALSE);
+  PangoMatrix matrix = PANGO_MATRIX_INIT;
+  pango_matrix_scale(&matrix, scale, scale);
+  pango_context_set_matrix(context.get(), &matrix);
   return context;
 }
 
-PangoFontDescription* makeDescription(const NSFont& font) {
-  PangoFontDescription* description = pango_font_description_new();
-  pango_font_description_set_family(description, font.familyName().c_str());
-  pango_font_description_set_absolute_size(description, font.pointSize() * PANGO_SCALE);
-  return description;
+bool isWhole(double scale) {
+  constexpr double Tolerance = 1e-6;
+  return scale >= 1 && std::abs(scale - std::round(scale)) < Tolerance;
 }
 
-/// Lays lines out in one context, keeping the last ones: a line is drawn and then measured, and
-/// between two seconds most of a clock stays the same.
-class LineMaker {
+/// The lines at one scale, kept: texts of a panel come again and again.
+class KeptLines {
  public:
-  PangoContext* context() { return context_.get(); }
+  explicit KeptLines(double scale) : scale_(scale), context_(makeContext(scale, isWhole(scale))) {}
 
-  /// Forgets the lines, after a change of the context.
-  void forget() { kept_ = {}; }
+  double scale() const { return scale_; }
 
-  PangoLayout* layout(std::string_view text, const NSFont& font) {
-    for (Kept& kept : kept_) {
-      if (kept.layout && kept.text == text && *kept.font == font) return kept.layout.get();
+  const ShapedLine& line(std::string_view text, const NSFont& font) {
+    if (!font.hasMonospacedNumbers()) return exactLine(text, font);
+    const DigitGlyphs* digits = digitsOf(font);
+    if (digits == nullptr) return exactLine(text, font);
+    std::string pattern(text);
+    for (char& character : pattern) {
+      if (character >= '0' && character <= '9') character = '0';
     }
-    Kept& slot = kept_[next_++ % kept_.size()];
-    slot.layout.reset(pango_layout_new(context_.get()));
-    slot.text = text;
-    slot.font = std::make_unique<NSFont>(font);
-    PangoFontDescription* description = makeDescription(font);
-    pango_layout_set_font_description(slot.layout.get(), description);
-    pango_font_description_free(description);
-    if (font.hasMonospacedNumbers()) {
-      PangoAttrList* attributes = pango_attr_list_new();
-      pango_attr_list_insert(attributes, pango_attr_font_features_new("tnum=1"));
-      pango_layout_set_attributes(slot.layout.get(), attributes);
-      pango_attr_list_unref(attributes);
+    Kept* kept = find(pattern, font);
+    if (kept == nullptr) {
+      auto shaped = std::make_unique<ShapedLine>(context_.get(), text, font);
+      const bool hasDigits = shaped->findDigits(text, *digits);
+      kept = &keep(pattern, font, hasDigits ? std::move(shaped) : nullptr);
     }
-    pango_layout_set_single_paragraph_mode(slot.layout.get(), TRUE);
-    // Made valid here: Pango would log each text that is not.
-    const std::string valid = validUtf8(text);
-    pango_layout_set_text(slot.layout.get(), valid.data(), static_cast<int>(valid.size()));
-    return slot.layout.get();
+    if (!kept->line) return exactLine(text, font);
+    kept->line->setDigits(text, *digits);
+    return *kept->line;
   }
 
  private:
   struct Kept {
-    std::string text;
-    std::unique_ptr<NSFont> font;
-    Layout layout;
+    std::unique_ptr<ShapedLine> line;  ///< Null for a pattern whose digits cannot be exchanged.
+    uint64_t lastUse = 0;
   };
 
-  Context context_ = makeContext();
-  std::array<Kept, 4> kept_;
-  size_t next_ = 0;
+  struct Digits {
+    std::unique_ptr<ShapedLine> line;  ///< Keeps the font by which digits elsewhere are known.
+    std::optional<DigitGlyphs> glyphs;
+  };
+
+  /// A dropdown's texts and more.
+  static constexpr size_t MaximumKept = 512;
+
+  static std::string keyOf(std::string_view text, const NSFont& font) {
+    std::string key = font.familyName();
+    key += '\0';
+    key += std::to_string(font.pointSize());
+    key += font.hasMonospacedNumbers() ? 'm' : 'p';
+    key += text;
+    return key;
+  }
+
+  Kept* find(std::string_view text, const NSFont& font) {
+    const auto found = kept_.find(keyOf(text, font));
+    if (found == kept_.end()) return nullptr;
+    found->second.lastUse = ++uses_;
+    return &found->second;
+  }
+
+  Kept& keep(std::string_view text, const NSFont& font, std::unique_ptr<ShapedLine> line) {
+    if (kept_.size() >= MaximumKept) forgetOlderHalf();
+    return kept_[keyOf(text, font)] = {std::move(line), ++uses_};
+  }
+
+  const ShapedLine& exactLine(std::string_view text, const NSFont& font) {
+    // Apart from the patterns of digits, which may have the same letters.
+    std::string exact = "=";
+    exact += text;
+    Kept* kept = find(exact, font);
+    if (kept == nullptr) {
+      kept = &keep(exact, font, std::make_unique<ShapedLine>(context_.get(), text, font));
+    }
+    return *kept->line;
+  }
+
+  void forgetOlderHalf() {
+    std::vector<uint64_t> uses;
+    for (const auto& [key, kept] : kept_)
+      uses.push_back(kept.lastUse);
+    const auto middle = uses.begin() + static_cast<ptrdiff_t>(uses.size() / 2);
+    std::nth_element(uses.begin(), middle, uses.end());
+    std::erase_if(kept_, [&](const auto& entry) { return entry.second.lastUse < *middle; });
+  }
+
+  const DigitGlyphs* digitsOf(const NSFont& font) {
+    Digits& digits = digits_[{font.familyName(), font.pointSize()}];
+    if (!digits.line) {
+      digits.line = std::make_unique<ShapedLine>(context_.get(), "0123456789", font);
+      digits.glyphs = digits.line->digits();
+    }
+    return digits.glyphs ? &*digits.glyphs : nullptr;
+  }
+
+  double scale_;
+  Context context_;
+  std::unordered_map<std::string, Kept> kept_;
+  std::map<std::pair<std::string, double>, Digits> digits_;
+  uint64_t uses_ = 0;
 };
 
-/// Measures at scale 1, whatever is being drawn to.
-LineMaker& measuring() {
-  static LineMaker maker;
-  return maker;
-}
-
-/// Lays out for drawing: the glyphs' hints follow the scale of the target.
-LineMaker& drawing() {
-  static LineMaker maker;
-  return maker;
+KeptLines& linesAt(double scale) {
+  /// Two monitors, the scale of measuring and a snapshot.
+  constexpr size_t MaximumScales = 4;
+  static std::list<KeptLines> scales;
+  const auto found =
+      std::ranges::find_if(scales, [&](const auto& lines) { return lines.scale() == scale; });
+  if (found != scales.end()) {
+    scales.splice(scales.begin(), scales, found);
+  } else {
+    if (scales.size() == MaximumScales) scales.pop_back();
+    scales.emplace_front(scale);
+  }
+  return scales.front();
 }
 
 }  // namespace
 
 FontHeights fontHeights(const NSFont& font) {
+  static const Context context = makeContext(1, false);
   static std::map<std::pair<std::string, double>, FontHeights> known;
   auto& heights = known[{font.familyName(), font.pointSize()}];
   if (heights.ascender > 0) return heights;
-  PangoContext* context = measuring().context();
-  PangoFontDescription* description = makeDescription(font);
-  PangoFontMetrics* metrics = pango_context_get_metrics(context, description, nullptr);
+  PangoFontDescription* description = pango_font_description_new();
+  pango_font_description_set_family(description, font.familyName().c_str());
+  pango_font_description_set_absolute_size(description, font.pointSize() * PANGO_SCALE);
+  PangoFontMetrics* metrics = pango_context_get_metrics(context.get(), description, nullptr);
   pango_font_description_free(description);
   heights = {static_cast<double>(pango_font_metrics_get_ascent(metrics)) / PANGO_SCALE,
              static_cast<double>(pango_font_metrics_get_descent(metrics)) / PANGO_SCALE};
@@ -112,23 +173,14 @@ FontHeights fontHeights(const NSFont& font) {
 }
 
 double textLineWidth(std::string_view text, const NSFont& font) {
-  PangoRectangle logical{};
-  pango_layout_line_get_extents(pango_layout_get_line_readonly(measuring().layout(text, font), 0),
-                                nullptr, &logical);
-  return static_cast<double>(logical.width) / PANGO_SCALE;
+  return linesAt(1).line(text, font).width();
 }
 
 void showTextLine(_cairo* cairo, std::string_view text, const NSFont& font) {
-  LineMaker& maker = drawing();
-  // Lines laid out for another scale have their glyphs hinted for it.
-  static std::array<double, 4> lastScale;
   cairo_matrix_t matrix;
   cairo_get_matrix(cairo, &matrix);
-  std::array<double, 4> scale = {matrix.xx, matrix.yy, 1, 1};
-  cairo_surface_get_device_scale(cairo_get_target(cairo), &scale[2], &scale[3]);
-  pango_cairo_update_context(cairo, maker.context());
-  if (scale != lastScale) maker.forget();
-  lastScale = scale;
-  cairo_move_to(cairo, 0, 0);
-  pango_cairo_show_layout_line(cairo, pango_layout_get_line_readonly(maker.layout(text, font), 0));
+  double deviceX = 1;
+  double deviceY = 1;
+  cairo_surface_get_device_scale(cairo_get_target(cairo), &deviceX, &deviceY);
+  linesAt(std::hypot(matrix.xx, matrix.yx) * deviceX).line(text, font).show(cairo);
 }
