@@ -32,7 +32,11 @@ void NSMenuExtra::reload() {
 void NSMenuExtra::drawMenuBackground(bool selected) {
   if (!selected || !view_) return;
   NSColor::selectedMenuItemColor().setFill();
-  NSBezierPath::bezierPathWithRect(view_->bounds()).fill();
+  const double margin = NSMenuExtraSlot::SelectionMargin;
+  const NSSize size = view_->bounds().size;
+  NSBezierPath::bezierPathWithRect(
+      NSMakeRect(-margin, -margin, size.width + 2 * margin, size.height + 2 * margin))
+      .fill();
 }
 
 void NSMenuExtra::viewNeedsDisplay(NSView&) {

@@ -11,6 +11,9 @@ class NSMenu;
 /// The place in a bar that a host gives to one extra: 22 points high, as wide as the extra asks.
 class NSMenuExtraSlot {
  public:
+  /// How far the background of a selected item reaches beyond it, in points: a host leaves room.
+  static constexpr double SelectionMargin = 4;
+
   virtual ~NSMenuExtraSlot() = default;
   virtual void lengthChanged(double length) = 0;
   virtual void needsDisplay() = 0;
@@ -44,7 +47,8 @@ class NSMenuExtra : public NSObject, private NSViewHost {
 
   bool isMenuDown() const { return slot_ != nullptr && slot_->isMenuDown(); }
 
-  /// Paints the background of the selected item, if `selected`, over the view's bounds.
+  /// Paints the background of the selected item, if `selected`, over the view's bounds and a margin
+  /// around them.
   void drawMenuBackground(bool selected);
 
   /// Asked for on a click. Null means that nothing opens.

@@ -46,3 +46,9 @@ std::vector<std::string> accessibleNames() {
   }
   return names;
 }
+
+void setAccessibilityEnabled(bool enabled) {
+  call("--session", "org.a11y.Bus", "/org/a11y/bus", "org.freedesktop.DBus.Properties.Set",
+       {"string:org.a11y.Status", "string:IsEnabled",
+        std::string("variant:boolean:") + (enabled ? "true" : "false")});
+}

@@ -81,6 +81,12 @@ std::string itemFault(const ScreenPicture& monitor, const ExpectedItem& expected
   return hairlineFault(monitor, left, middle, scale);
 }
 
+bool hasLoaded(pid_t process, const std::string& library) {
+  std::ifstream maps("/proc/" + std::to_string(process) + "/maps");
+  const std::string text(std::istreambuf_iterator<char>(maps), {});
+  return text.find("/" + library) != std::string::npos;
+}
+
 BarTest::BarTest() : itemLog_(testFolder() / "item.log") {
   fs::remove(itemLog_);
   startSessionBus();
@@ -94,6 +100,7 @@ void BarTest::start(const DisplayServer& screen, const std::vector<std::string>&
   variables.merge(screen.environment());
   variables.merge(Environment{
       {"TEST_EXTRA_LOG", itemLog_.string()}, {"NO_AT_BRIDGE", "1"}, {"GDK_SCALE", std::nullopt}});
+  bar_.reset();  // One at a time.
   bar_ = std::make_unique<ChildProcess>(command, variables);
 }
 

@@ -1,9 +1,11 @@
 #include <gmock/gmock.h>
 
+#include <cmath>
 #include <nlohmann/json.hpp>
 
 #include "Platform/Foundation/NSString.h"
 #include "Tests/Hosts/BarTest.h"
+#include "Tests/Support/TestEnvironment.h"
 
 namespace {
 
@@ -20,6 +22,34 @@ class WaylandBar : public BarTest {
 bool isBare(const WaylandServer& screen, const std::string& output) {
   const ScreenPicture picture = screen.screenshotOf(output);
   return picture.width > 0 && picture.at(0, 5) != colors::LightBar;
+}
+
+/// The first difference between a screen and the item as it was drawn without one, looked for along
+/// the middle of the bar, where no edge of a fractional row lies; empty if there is none.
+std::string differenceOfItems(const ScreenPicture& screen, const ScreenPicture& drawn,
+                              double scale) {
+  constexpr int MarginPoints = 8;
+  const auto margin = static_cast<int>(std::ceil(MarginPoints * scale));
+  const int row = static_cast<int>(11 * scale);
+  if (screen.width == 0 || drawn.width == 0) return "no picture";
+  const auto firstInk = [row](const ScreenPicture& picture) {
+    int column = 0;
+    while (column < picture.width && picture.at(column, row) == picture.at(0, row))
+      ++column;
+    return column;
+  };
+  const int onScreen = firstInk(screen);
+  const int inPicture = firstInk(drawn);
+  for (int column = 0; column < drawn.width - inPicture - margin; ++column) {
+    if (onScreen + column >= screen.width) return "the item is cut off";
+    const uint32_t found = screen.at(onScreen + column, row);
+    const uint32_t wanted = drawn.at(inPicture + column, row);
+    if (found != wanted) {
+      return "column " + std::to_string(column) + ": " + std::to_string(found) + " and not " +
+             std::to_string(wanted);
+    }
+  }
+  return "";
 }
 
 // Would catch: windows that are laid out under the bar.
@@ -52,10 +82,31 @@ TEST_F(WaylandBar, GoesToTheOutputOfTheName) {
     EXPECT_TRUE(isBare(screen, tested.other));
   }
   start(screen, {"--output-name", "eDP-1"});
-  EXPECT_EQ(bar().waitForExit(), 2);
+  expectOn(screen, "HEADLESS-1");
   EXPECT_EQ(bar().errors(),
-            "velmora-menubar: no monitor has the name \"eDP-1\"; there are: HEADLESS-1, "
-            "HEADLESS-2\n");
+            "velmora: no monitor has the name \"eDP-1\" (there are: HEADLESS-1, HEADLESS-2); the "
+            "bar waits for it on HEADLESS-1\n");
+}
+
+// Would catch: a picture drawn at one scale and shown at another, which is soft. The bar drawn
+// without a display tells what each pixel should be.
+TEST_F(WaylandBar, IsCrispAtFractionalScales) {
+  for (const char* scale : {"1.25", "1.5", "1.75"}) {
+    SCOPED_TRACE(scale);
+    const WaylandServer screen({{.width = 640, .height = 120}});
+    screen.command(std::string("output HEADLESS-1 scale ") + scale);
+    start(screen);
+    const auto folder = testFolder() / scale;
+    runToEnd({menuBarProgram().string(), "--headless", "--output", folder.string(), "--scale",
+              scale, "--bundle", testBundle().string()});
+    const ScreenPicture drawn =
+        pictureFromPng(folder / (std::string("menubar-light@") + scale + "x.png"));
+    std::string fault;
+    EXPECT_TRUE(waitUntil([&] {
+      fault = differenceOfItems(screen.screenshotOf("HEADLESS-1"), drawn, std::stod(scale));
+      return fault.empty();
+    })) << fault;
+  }
 }
 
 // Would catch: a bar stretched to its old width, and one drawn at its old scale.
@@ -113,21 +164,23 @@ TEST_F(WaylandBar, SendsNoPictureThatIsTheSame) {
   EXPECT_LE(pictures(), before + 2);
 }
 
-// Would catch: a window in the middle of the screen, as a toplevel there would be, and a program
-// that starts itself for ever.
+// Would catch: a window in the middle of the screen, as a toplevel there would be, and a second
+// word about it.
 TEST_F(WaylandBar, FallsBackToX11WithoutLayerShell) {
-  const WaylandServer compositor({{.width = 640, .height = 120}});
-  const Environment withoutLayerShell{{"LD_PRELOAD", NO_LAYER_SHELL},
-                                      {"ASAN_OPTIONS", "verify_asan_link_order=0"}};
-  start(compositor, {}, withoutLayerShell);
-  EXPECT_EQ(bar().waitForExit(), 1);
-  EXPECT_THAT(bar().errors(),
+  const auto folder = testFolder() / "weston";
+  std::filesystem::create_directory(folder);
+  std::filesystem::permissions(folder, std::filesystem::perms::owner_all);
+  const Environment session{{"XDG_RUNTIME_DIR", folder.string()}, {"WAYLAND_DISPLAY", "plain"}};
+  const ChildProcess compositor({"weston", "--backend=headless-backend.so", "--socket=plain"},
+                                session);
+  ASSERT_TRUE(waitUntil([&] { return std::filesystem::exists(folder / "plain"); }));
+  const FinishedProcess refused = runToEnd({menuBarProgram().string()}, session);
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_THAT(refused.errors,
               testing::MatchesRegex("velmora-menubar: [^\n]*no layer-shell[^\n]*\n"));
 
   const X11Server screen(640, 120);
-  Environment both = withoutLayerShell;
-  both.insert(*screen.environment().find("DISPLAY"));
-  start(compositor, {"--dark"}, both);
+  start(screen, {"--dark"}, session);
   expectItem([&] { return screen.screenshot(); }, {.bar = colors::DarkBar});
   EXPECT_THAT(bar().errors(), testing::MatchesRegex("velmora: [^\n]*no layer-shell[^\n]*\n"));
 }

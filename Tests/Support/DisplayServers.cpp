@@ -9,8 +9,10 @@
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 
+#include <algorithm>
 #include <fstream>
 #include <stdexcept>
+#include <utility>
 
 #include "Tests/Support/TestEnvironment.h"
 
@@ -23,6 +25,11 @@ fs::path makeFolder(const std::string& name) {
   std::string pattern = (testFolder() / (name + "-XXXXXX")).string();
   if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no folder for " + name);
   return pattern;
+}
+
+/// One colour of a pixel, of whatever width the screen gives it, from 0 to 255.
+uint32_t colorPart(unsigned long pixel, unsigned long mask) {
+  return static_cast<uint32_t>(((pixel & mask) * 255 + mask / 2) / mask);
 }
 
 }  // namespace
@@ -67,8 +74,9 @@ struct X11Server::Connection {
   Display* display;
 };
 
-X11Server::X11Server(int width, int height) {
-  const std::string size = std::to_string(width) + "x" + std::to_string(height) + "x24";
+X11Server::X11Server(int width, int height, int depth) {
+  const std::string size =
+      std::to_string(width) + "x" + std::to_string(height) + "x" + std::to_string(depth);
   server_ = std::make_unique<ChildProcess>(std::vector<std::string>{
       "Xvfb", "-displayfd", "1", "-screen", "0", size, "-nolisten", "tcp", "-noreset"});
   if (!waitUntil([this] { return server_->output().ends_with('\n'); })) {
@@ -77,11 +85,20 @@ X11Server::X11Server(int width, int height) {
   const std::string number = server_->output();
   name_ = ":" + number.substr(0, number.find('\n'));
   connection_ = std::make_unique<Connection>(name_);
+  startWindowManager();
+}
+
+void X11Server::startWindowManager() {
   windowManager_ = std::make_unique<ChildProcess>(
       std::vector<std::string>{"openbox", "--sm-disable"}, environment());
   if (!waitUntil([this] { return windowManagerMapsWindows(); })) {
     throw std::runtime_error("no window manager: " + windowManager_->errors());
   }
+}
+
+void X11Server::endWindowManager() {
+  windowManager_->sendSignal(SIGTERM);
+  windowManager_->waitForExit();
 }
 
 X11Server::~X11Server() {
@@ -104,7 +121,8 @@ bool X11Server::windowManagerMapsWindows() const {
   XDestroyWindow(display, window);
   XSync(display, False);
   return isManaged && waitUntil([&] {
-           return property(DefaultRootWindow(display), "_NET_CLIENT_LIST").empty();
+           const auto windows = property(DefaultRootWindow(display), "_NET_CLIENT_LIST");
+           return std::ranges::find(windows, window) == windows.end();
          });
 }
 
@@ -124,7 +142,10 @@ ScreenPicture X11Server::screenshot() const {
   if (image == nullptr) throw std::runtime_error("no picture of the X11 screen");
   for (int y = 0; y < picture.height; ++y) {
     for (int x = 0; x < picture.width; ++x) {
-      picture.pixels.push_back(static_cast<uint32_t>(XGetPixel(image, x, y) & 0xFFFFFF));
+      const unsigned long pixel = XGetPixel(image, x, y);
+      picture.pixels.push_back(colorPart(pixel, image->red_mask) << 16 |
+                               colorPart(pixel, image->green_mask) << 8 |
+                               colorPart(pixel, image->blue_mask));
     }
   }
   XDestroyImage(image);
@@ -174,6 +195,46 @@ std::vector<unsigned long> X11Server::property(unsigned long window,
 
 unsigned long X11Server::atom(const std::string& name) const {
   return XInternAtom(connection_->display, name.c_str(), False);
+}
+
+void X11Server::publishSettings(const std::string& bytes) {
+  Display* display = connection_->display;
+  const Window root = DefaultRootWindow(display);
+  const bool isNew = settingsWindow_ == 0;
+  if (isNew) settingsWindow_ = XCreateSimpleWindow(display, root, 0, 0, 1, 1, 0, 0, 0);
+  XChangeProperty(display, settingsWindow_, atom("_XSETTINGS_SETTINGS"),
+                  atom("_XSETTINGS_SETTINGS"), 8, PropModeReplace,
+                  reinterpret_cast<const unsigned char*>(bytes.data()),
+                  static_cast<int>(bytes.size()));
+  if (isNew) {
+    XSetSelectionOwner(display, atom("_XSETTINGS_S0"), settingsWindow_, CurrentTime);
+    XEvent event{};
+    event.xclient = {.type = ClientMessage,
+                     .serial = 0,
+                     .send_event = True,
+                     .display = display,
+                     .window = root,
+                     .message_type = atom("MANAGER"),
+                     .format = 32,
+                     .data = {}};
+    event.xclient.data.l[1] = static_cast<long>(atom("_XSETTINGS_S0"));
+    event.xclient.data.l[2] = static_cast<long>(settingsWindow_);
+    XSendEvent(display, root, False, StructureNotifyMask, &event);
+  }
+  XFlush(display);
+}
+
+void X11Server::withdrawSettings() {
+  XDestroyWindow(connection_->display, std::exchange(settingsWindow_, 0));
+  XFlush(connection_->display);
+}
+
+void X11Server::setResources(const std::string& text) const {
+  Display* display = connection_->display;
+  XChangeProperty(display, DefaultRootWindow(display), XA_RESOURCE_MANAGER, XA_STRING, 8,
+                  PropModeReplace, reinterpret_cast<const unsigned char*>(text.data()),
+                  static_cast<int>(text.size()));
+  XFlush(display);
 }
 
 void X11Server::input(const std::vector<std::string>& arguments) const {

@@ -45,7 +45,7 @@ class DisplayServer {
 /// An X11 server with the window manager openbox.
 class X11Server : public DisplayServer {
  public:
-  X11Server(int width, int height);
+  X11Server(int width, int height, int depth = 24);
   ~X11Server() override;
 
   Environment environment() const override;
@@ -58,6 +58,16 @@ class X11Server : public DisplayServer {
   std::vector<unsigned long> property(unsigned long window, const std::string& name) const;
   unsigned long atom(const std::string& name) const;
 
+  void startWindowManager();
+  void endWindowManager();
+
+  /// Publishes the bytes of a settings manager's property, as a new manager the first time.
+  void publishSettings(const std::string& bytes);
+  /// Ends the settings manager.
+  void withdrawSettings();
+  /// Sets the resources that programs read where there is no settings manager.
+  void setResources(const std::string& text) const;
+
   /// Drives the pointer and the keyboard, as the program xdotool does with these arguments.
   void input(const std::vector<std::string>& arguments) const;
 
@@ -68,6 +78,7 @@ class X11Server : public DisplayServer {
 
   std::unique_ptr<ChildProcess> server_;
   std::string name_;
+  unsigned long settingsWindow_ = 0;
   std::unique_ptr<Connection> connection_;
   std::unique_ptr<ChildProcess> windowManager_;
 };

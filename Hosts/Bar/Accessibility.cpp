@@ -1,0 +1,27 @@
+#include "Hosts/Bar/Accessibility.h"
+
+#include <dlfcn.h>
+
+#include "Platform/Foundation/NSLog.h"
+#include "Platform/Foundation/NSPathUtilities.h"
+
+Accessibility::Accessibility() : status_([this] { load(); }) {}
+
+void Accessibility::setItemName(const std::string& name) {
+  itemName_ = name;
+  if (bar_) bar_->setItemName(name);
+}
+
+void Accessibility::load() {
+  const auto path = installationPrefix() / "lib" / "velmora5" / "VelmoraAccessibility.so";
+  void* library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (library == nullptr) {
+    NSLog(std::string("error: nothing for screen readers: ") + dlerror());
+    return;
+  }
+  const auto make =
+      reinterpret_cast<MakeAccessibleBarFunction>(dlsym(library, MakeAccessibleBarSymbol));
+  if (make == nullptr) return;
+  make(bar_);
+  bar_->setItemName(itemName_);
+}

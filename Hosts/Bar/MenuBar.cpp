@@ -1,0 +1,204 @@
+#include "Hosts/Bar/MenuBar.h"
+
+#include <algorithm>
+#include <cmath>
+#include <stdexcept>
+
+#include "Platform/AppKit/NSScreen.h"
+#include "Platform/Foundation/NSLog.h"
+#include "Platform/Foundation/NSRunLoop.h"
+
+namespace {
+
+constexpr double BarHeight = NSMenuExtra::Height;
+
+uint32_t pixelOf(const NSColor& color) {
+  const auto part = [](double value) { return static_cast<uint32_t>(std::lround(value * 255)); };
+  return 0xFF000000 | part(color.redComponent()) << 16 | part(color.greenComponent()) << 8 |
+         part(color.blueComponent());
+}
+
+/// The bar's last row of pixels, which sets it off from what is below it.
+NSColor hairlineColor(bool isDark) {
+  const NSColor bar = menuBarBackgroundColor(isDark);
+  const double rest = 1 - (isDark ? 0.45 : 0.14);
+  return NSColor::colorWithDeviceRed(bar.redComponent() * rest, bar.greenComponent() * rest,
+                                     bar.blueComponent() * rest, 1);
+}
+
+std::string joined(const std::vector<Monitor>& monitors) {
+  std::string names;
+  for (const Monitor& monitor : monitors)
+    names += (names.empty() ? "" : ", ") + monitor.name;
+  return names;
+}
+
+}  // namespace
+
+MenuBar::MenuBar(Display& display, std::optional<std::string> wantedMonitor)
+    : display_(display), wantedMonitor_(std::move(wantedMonitor)) {
+  slot_.onNeedsDisplay = [this] { requestUpdate(); };
+  slot_.onLengthChanged = [this] { requestUpdate(); };
+  display_.onMonitorsChanged = [this] { followMonitors(); };
+}
+
+MenuBar::~MenuBar() {
+  display_.onMonitorsChanged = nullptr;
+  slot_.setExtra(nullptr);
+}
+
+std::optional<Monitor> MenuBar::chooseMonitor() {
+  const std::vector<Monitor> monitors = display_.monitors();
+  if (monitors.empty()) return std::nullopt;
+  const auto named = std::ranges::find_if(
+      monitors, [&](const Monitor& monitor) { return monitor.name == wantedMonitor_; });
+  if (named != monitors.end()) return *named;
+  const auto primary = std::ranges::find_if(monitors, &Monitor::isPrimary);
+  const Monitor& chosen = primary != monitors.end() ? *primary : monitors.front();
+  if (wantedMonitor_ && !hasToldOfWaiting_) {
+    NSLog("no monitor has the name \"" + *wantedMonitor_ + "\" (there are: " + joined(monitors) +
+          "); the bar waits for it on " + chosen.name);
+    hasToldOfWaiting_ = true;
+  }
+  return chosen;
+}
+
+void MenuBar::show() {
+  const std::optional<Monitor> monitor = chooseMonitor();
+  updateScreens(monitor ? &*monitor : nullptr);
+  if (!monitor) {
+    surface_.reset();
+    slot_.setMenuDown(false);
+    return;
+  }
+  if (!lock_.take(monitor->name)) {
+    surface_.reset();
+    throw std::runtime_error("a bar is on the monitor " + monitor->name + " already");
+  }
+  if (surface_) {
+    surface_->moveTo(*monitor);
+  } else {
+    picture_.forget();
+    surface_ = display_.makeBar(*monitor, static_cast<int>(BarHeight), *this);
+  }
+  surfaceChanged();
+}
+
+void MenuBar::followMonitors() {
+  try {
+    show();
+  } catch (const std::runtime_error& error) {
+    NSLog(std::string("error: ") + error.what());
+  }
+}
+
+void MenuBar::updateScreens(const Monitor* first) const {
+  std::vector<NSScreen> screens;
+  for (const Monitor& monitor : display_.monitors()) {
+    // Frames have y upwards from the lower left corner of the first screen.
+    const NSRect& origin = first->frame;
+    const NSRect& frame = monitor.frame;
+    const double bottom = origin.origin.y + origin.size.height;
+    const NSScreen screen{
+        NSMakeRect(frame.origin.x - origin.origin.x, bottom - (frame.origin.y + frame.size.height),
+                   frame.size.width, frame.size.height),
+        monitor.scale};
+    screens.insert(monitor == *first ? screens.begin() : screens.end(), screen);
+  }
+  NSScreen::setScreens(std::move(screens));
+}
+
+void MenuBar::redraw() { surfaceChanged(); }
+
+void MenuBar::surfaceChanged() {
+  if (!surface_ || surface_->width() <= 0) return;
+  takeBackground();
+  surface_->setBackground(background_);
+  picture_.forget();
+  requestUpdate();
+}
+
+void MenuBar::takeBackground() {
+  const bool isDark = menuBarIsDark();
+  const auto rows = static_cast<size_t>(std::lround(BarHeight * surface_->scale()));
+  background_.assign(rows, pixelOf(menuBarBackgroundColor(isDark)));
+  background_.back() = pixelOf(hairlineColor(isDark));
+}
+
+void MenuBar::requestUpdate() {
+  // What the item asks for while it draws is part of that very drawing.
+  if (!isDrawing_ && surface_) surface_->requestFrame();
+}
+
+void MenuBar::frameReady() {
+  if (!surface_ || surface_->width() <= 0) return;
+  isDrawing_ = true;
+  // A clock without seconds draws the same for most of its ticks: that need not wake the display.
+  const bool hasChanged = picture_.render(
+      slot_, {surface_->width(), surface_->scale(), surface_->pixelGrid()}, background_);
+  isDrawing_ = false;
+  if (hasChanged) surface_->presentItem(picture_.pixels(), picture_.frame().x, picture_.changed());
+  updateName();
+}
+
+void MenuBar::updateName() {
+  if (!slot_.extra()) return;
+  std::string name = slot_.extra()->AXTitle();
+  if (name == name_) return;
+  name_ = std::move(name);
+  if (onNameChanged) onNameChanged(name_);
+}
+
+bool MenuBar::isOnItem(NSPoint place) const {
+  // To the very corner, into which a pointer can be thrown.
+  return place.x >= picture_.leftEdge() && place.y < BarHeight;
+}
+
+void MenuBar::press() {
+  if (!slot_.extra()) return;
+  slot_.setMenuDown(true);
+  NSRunLoop::guarded([this] { slot_.extra()->menu(); });
+}
+
+void MenuBar::pointerEvent(const PointerEvent& event) {
+  const bool isPrimary = event.button == PointerButton::Primary;
+  switch (event.kind) {
+    case PointerEvent::Kind::Press:
+      if (isPrimary && isOnItem(event.place)) press();
+      break;
+    case PointerEvent::Kind::Release:
+      if (isPrimary) slot_.setMenuDown(false);
+      break;
+    case PointerEvent::Kind::Cancel:
+      slot_.setMenuDown(false);
+      break;
+    case PointerEvent::Kind::Enter:
+    case PointerEvent::Kind::Move:
+    case PointerEvent::Kind::Leave:
+    case PointerEvent::Kind::Scroll:
+      break;
+  }
+}
+
+void MenuBar::touchEvent(const TouchEvent& event) {
+  switch (event.kind) {
+    case TouchEvent::Kind::Down:
+      if (isOnItem(event.place)) press();
+      break;
+    case TouchEvent::Kind::Up:
+    case TouchEvent::Kind::Cancel:
+      slot_.setMenuDown(false);
+      break;
+    case TouchEvent::Kind::Move:
+      break;
+  }
+}
+
+void MenuBar::surfaceClosed() {
+  // Called by the surface itself, which can go only after its call.
+  closed_ = std::move(surface_);
+  NSRunLoop::mainRunLoop().performBlock([this] {
+    closed_.reset();
+    followMonitors();
+  });
+}

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "Hosts/Bar/BarLock.h"
+#include "Hosts/Bar/ItemPicture.h"
+#include "Hosts/Display/Display.h"
+#include "Platform/SystemUIPlugin/NSMenuBarSlot.h"
+
+/// The bar on one monitor of a display, with one item at its right end.
+class MenuBar : private SurfaceClient {
+ public:
+  /// The bar goes to the monitor of the name, as long as there is one, else to the primary one,
+  /// else to the first. `display` must outlive it.
+  MenuBar(Display& display, std::optional<std::string> wantedMonitor);
+  MenuBar(const MenuBar&) = delete;
+  MenuBar& operator=(const MenuBar&) = delete;
+  ~MenuBar() override;
+
+  /// The place of the bar's one item.
+  NSMenuBarSlot& slot() { return slot_; }
+
+  /// Shows the bar, or hides it while there is no monitor. Throws `std::runtime_error` with the
+  /// reason if it cannot be shown on the monitor that there is.
+  void show();
+
+  /// Draws the whole bar anew, for a change of the desktop's appearance.
+  void redraw();
+
+  /// The name of the item for assistive technologies has changed.
+  std::function<void(const std::string& name)> onNameChanged;
+
+ private:
+  void surfaceChanged() override;
+  void frameReady() override;
+  void pointerEvent(const PointerEvent& event) override;
+  void touchEvent(const TouchEvent& event) override;
+  void surfaceClosed() override;
+
+  void followMonitors();
+  std::optional<Monitor> chooseMonitor();
+  void updateScreens(const Monitor* first) const;
+  void takeBackground();
+  void requestUpdate();
+  bool isOnItem(NSPoint place) const;
+  void press();
+  void updateName();
+
+  Display& display_;
+  std::optional<std::string> wantedMonitor_;
+  bool hasToldOfWaiting_ = false;
+  BarLock lock_;
+  NSMenuBarSlot slot_;
+  ItemPicture picture_;
+  std::vector<uint32_t> background_;
+  std::string name_;
+  bool isDrawing_ = false;
+  std::unique_ptr<BarSurface> closed_;   // On its way out.
+  std::unique_ptr<BarSurface> surface_;  // Last: it calls this object.
+};

@@ -1,0 +1,44 @@
+#include "Hosts/Bar/MenuBarProgram.h"
+
+#include <glib-unix.h>
+#include <signal.h>
+
+#include "Hosts/Bar/Accessibility.h"
+#include "Hosts/Bar/DesktopDisplay.h"
+#include "Hosts/Bar/MenuBar.h"
+#include "Platform/Foundation/NSDistributedNotificationCenter.h"
+#include "Platform/Foundation/NSLog.h"
+#include "Platform/Foundation/NSRunLoop.h"
+#include "Platform/SystemUIPlugin/NSMenuExtraBundle.h"
+
+namespace {
+
+gboolean endProgram(gpointer) {
+  NSRunLoop::mainRunLoop().stop();
+  return G_SOURCE_CONTINUE;
+}
+
+}  // namespace
+
+void showMenuBar(const Options& options) {
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP})
+    g_unix_signal_add(signal, endProgram, nullptr);
+  const std::unique_ptr<Display> display = openDesktopDisplay();
+  display->onLost = [](const std::string& reason) {
+    // A session that ends takes its display away first, which is no fault.
+    NSLog(reason);
+    NSRunLoop::mainRunLoop().stop();
+  };
+  MenuBar bar(*display, options.outputName);
+  Accessibility accessibility;
+  bar.onNameChanged = [&](const std::string& name) { accessibility.setItemName(name); };
+  bar.show();
+
+  bar.slot().load(
+      NSMenuExtraBundle(options.bundle.value_or(NSBundle::installedPath("VelmoraTime"))));
+  const NSObservation appearance = NSDistributedNotificationCenter::defaultCenter().addObserver(
+      "AppleInterfaceThemeChangedNotification", [&](const NSNotification&) { bar.redraw(); });
+
+  NSRunLoop::mainRunLoop().run();
+  bar.slot().unload();
+}

@@ -1,0 +1,6 @@
+#pragma once
+
+// The protocol has an argument of the name "namespace", which C++ keeps for itself.
+#define namespace layerNamespace
+#include <wlr-layer-shell-unstable-v1-client.h>
+#undef namespace

@@ -1,0 +1,92 @@
+#include "Hosts/Wayland/WaylandDisplay.h"
+
+#include <optional>
+
+#include "Hosts/Wayland/WaylandBar.h"
+#include "Hosts/Wayland/WaylandConnection.h"
+
+namespace {
+
+class WaylandDisplay : public Display {
+ public:
+  WaylandDisplay(std::unique_ptr<WaylandConnection> shown, std::unique_ptr<WaylandConnection> input)
+      : shown_(std::move(shown)), input_(std::move(input)) {
+    input_->onEvents = [this] {
+      if (bar_ != nullptr) bar_->inputCame();
+    };
+    input_->onOutputsChanged = [this] { scheduleChange(); };
+    shown_->onOutputsChanged = [this] { scheduleChange(); };
+    const auto lost = [this](const std::string& reason) {
+      if (!std::exchange(isLost_, true) && onLost) onLost(reason);
+    };
+    shown_->onLost = lost;
+    input_->onLost = lost;
+    input_->setWatched(true);
+    shown_->setWatched(true);
+  }
+
+  ~WaylandDisplay() override {
+    if (change_) NSRunLoop::mainRunLoop().cancel(*change_);
+  }
+
+  std::vector<Monitor> monitors() const override {
+    std::vector<Monitor> monitors;
+    for (const auto& output : input_->outputs()) {
+      // An output is of use once both connections know it.
+      const Monitor monitor = output->monitor();
+      if (shown_->outputNamed(monitor.name) != nullptr) monitors.push_back(monitor);
+    }
+    return monitors;
+  }
+
+  std::unique_ptr<BarSurface> makeBar(const Monitor& monitor, int height,
+                                      SurfaceClient& client) override;
+
+ private:
+  /// Tells the display when the bar has gone.
+  class Bar : public WaylandBar {
+   public:
+    Bar(WaylandDisplay& display, const Monitor& monitor, int height, SurfaceClient& client)
+        : WaylandBar({*display.shown_, *display.input_}, monitor, height, client),
+          display_(display) {
+      display_.bar_ = this;
+    }
+    ~Bar() override {
+      if (display_.bar_ == this) display_.bar_ = nullptr;
+    }
+
+   private:
+    WaylandDisplay& display_;
+  };
+
+  void scheduleChange() {
+    if (change_) return;
+    NSRunLoop& loop = NSRunLoop::mainRunLoop();
+    change_ = loop.scheduleAt(loop.now(), [this] {
+      change_.reset();
+      if (onMonitorsChanged) onMonitorsChanged();
+    });
+  }
+
+  std::unique_ptr<WaylandConnection> shown_;
+  std::unique_ptr<WaylandConnection> input_;
+  Bar* bar_ = nullptr;
+  std::optional<NSRunLoop::TimerId> change_;
+  bool isLost_ = false;
+};
+
+std::unique_ptr<BarSurface> WaylandDisplay::makeBar(const Monitor& monitor, int height,
+                                                    SurfaceClient& client) {
+  return std::make_unique<Bar>(*this, monitor, height, client);
+}
+
+}  // namespace
+
+WaylandOffer openWaylandDisplay() {
+  auto input = WaylandConnection::open();
+  if (!input) return {};
+  if (input->layerShell() == nullptr || input->subcompositor() == nullptr) return {nullptr, true};
+  auto shown = WaylandConnection::open();
+  if (!shown) return {};
+  return {std::make_unique<WaylandDisplay>(std::move(shown), std::move(input)), false};
+}
