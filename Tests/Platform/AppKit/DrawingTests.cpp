@@ -9,6 +9,7 @@
 #include <numbers>
 #include <string>
 
+#include "Platform/AppKit/DrawingList.h"
 #include "Platform/AppKit/NSBezierPath.h"
 #include "Platform/AppKit/NSImage.h"
 #include "Platform/AppKit/RecordingGraphicsContext.h"
@@ -234,6 +235,64 @@ TEST(Contexts, TextHangsFromItsPointWhereFlipped) {
 TEST(Contexts, AFileThatCannotBeWrittenIsToldWithItsReason) {
   const BitmapSurface surface({2, 2}, 1);
   EXPECT_THROW(surface.writePng("/nowhere/at/all.png"), std::runtime_error);
+}
+
+/// One of each kind of call, upright and flipped, clipped, moved and turned.
+void drawEverything(double right, const NSColor& color, std::string_view text) {
+  NSGraphicsContext& context = *NSGraphicsContext::currentContext();
+  color.setFill();
+  fill(NSMakeRect(right, 2, 5, 4));
+  {
+    const NSSavedGraphicsState saved(context);
+    context.flip(20);
+    context.clipToPath(NSBezierPath::bezierPathWithRect(NSMakeRect(2, 1, 30, 12)));
+    NSTextAttributes attributes;
+    attributes.foregroundColor = color;
+    drawAtPointWithAttributes(text, {4, 2}, attributes);
+  }
+  context.translateBy({20, 10});
+  context.rotateByRadians(0.3);
+  drawPicture(NSMakeRect(0, 0, 6, 6));
+}
+
+// Would catch: a call or a state that is forgotten on the way, and a picture that stays because a
+// change was not seen.
+TEST(DrawingLists, DrawWhatWasDrawnAndTellDifferencesApart) {
+  constexpr double Scale = 1.5;
+  const auto listOf = [](double right, const NSColor& color, std::string_view text) {
+    DrawingList list(Scale);
+    const NSCurrentGraphicsContext current(list);
+    drawEverything(right, color, text);
+    return list;
+  };
+  BitmapSurface direct({40, 20}, Scale);
+  {
+    const NSCurrentGraphicsContext current(direct.context());
+    drawEverything(3, Red, "12:30");
+  }
+  const DrawingList list = listOf(3, Red, "12:30");
+  BitmapSurface replayed({40, 20}, Scale);
+  list.drawIn(replayed.context());
+  for (int row = 0; row < direct.pixelHeight(); ++row) {
+    for (int column = 0; column < direct.pixelWidth(); ++column)
+      ASSERT_EQ(direct.pixelAt(column, row), replayed.pixelAt(column, row))
+          << column << ", " << row;
+  }
+
+  const auto image = NSImage::imageWithSize({4, 4});
+  const auto listOfImage = [&] {
+    DrawingList drawn;
+    const NSCurrentGraphicsContext current(drawn);
+    image->drawAtPoint({0, 0});
+    return drawn;
+  };
+  const DrawingList before = listOfImage();
+  EXPECT_TRUE(before == listOfImage());
+  { const auto focus = image->lockFocus(); }
+  EXPECT_FALSE(before == listOfImage());
+  EXPECT_FALSE(list == listOf(4, Red, "12:30"));
+  EXPECT_FALSE(list == listOf(3, NSColor::blackColor(), "12:30"));
+  EXPECT_FALSE(list == listOf(3, Red, "12:31"));
 }
 
 }  // namespace

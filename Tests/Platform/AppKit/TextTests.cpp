@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <string>
+#include <vector>
 
 #include "Platform/AppKit/NSFont.h"
 #include "Platform/AppKit/NSStringDrawing.h"
@@ -37,9 +38,10 @@ TEST(Fonts, HaveALineBoxAroundTheirSize) {
     EXPECT_GE(line, size);
     EXPECT_LE(line, 1.6 * size);
     EXPECT_EQ(sizeWithAttributes("x", attributesOfSize(size)).height, line);
+    // Each of the nine advances is a whole point: off by at most a half, or a half of the other's.
     const double width = sizeWithAttributes("Wed 12:34", attributesOfSize(size)).width;
     EXPECT_NEAR(sizeWithAttributes("Wed 12:34", attributesOfSize(2 * size)).width, 2 * width,
-                0.02 * width);
+                9 * (2 * 0.5 + 0.5));
   }
   EXPECT_EQ(sizeWithAttributes("", attributesOfSize(12)).width, 0);
 }
@@ -126,6 +128,57 @@ TEST(TextDrawing, OddTextsAreNoTrap) {
         std::string("\u202E12:34"), std::string(3000, 'W')}) {
     inkOfText(text, {5, 4}, attributes, 1);
     EXPECT_GE(sizeWithAttributes(text, attributes).width, 0);
+  }
+}
+
+std::vector<double> columnsOf(std::string_view text, double size, double scale) {
+  NSTextAttributes attributes = attributesOfSize(size);
+  attributes.font = attributes.font.withMonospacedNumbers();
+  BitmapSurface surface({100, Height}, scale);
+  const NSCurrentGraphicsContext current(surface.context());
+  drawAtPointWithAttributes(text, {0, 2}, attributes);
+  std::vector<double> columns(static_cast<size_t>(surface.pixelWidth()));
+  for (size_t column = 0; column < columns.size(); ++column) {
+    for (int row = 0; row < surface.pixelHeight(); ++row)
+      columns[column] +=
+          (row + 1) * surface.pixelAt(static_cast<int>(column), row).alphaComponent();
+  }
+  return columns;
+}
+
+// Would catch: digits put for others in the wrong place, order or glyph. A scale that differs by
+// less than any pixel has lines of its own, shaped afresh.
+TEST(Text, ExchangedDigitsLookLikeDigitsShapedAfresh) {
+  for (const double scale : {1.0, 1.25, 2.0}) {
+    for (const char* other : {"00:00:00", "98:76:54"})
+      columnsOf(other, 12, scale);
+    EXPECT_EQ(columnsOf("19:43:35", 12, scale), columnsOf("19:43:35", 12, scale * (1 + 1e-9)))
+        << scale;
+  }
+}
+
+// Would catch: gaps of one pixel here and three there, from places that are rounded one by one.
+TEST(Text, DigitsAreEvenlySpacedAtWholeScales) {
+  for (const double scale : {1.0, 2.0, 3.0}) {
+    for (int size = 8; size <= 16; ++size) {
+      const auto columns = columnsOf("888888", size, scale);
+      const auto two = columnsOf("88", size, scale);
+      // The width of a digit is where the second one looks like the first.
+      size_t width = 1;
+      const auto repeats = [&](const auto& drawn, size_t end) {
+        for (size_t column = 0; column + width < end; ++column) {
+          if (drawn[column] != drawn[column + width]) return false;
+        }
+        return true;
+      };
+      NSTextAttributes attributes = attributesOfSize(size);
+      attributes.font = attributes.font.withMonospacedNumbers();
+      const double about = sizeWithAttributes("8", attributes).width * scale;
+      width = static_cast<size_t>(std::lround(about - 1));
+      while (width < about + 2 && !repeats(two, 2 * width))
+        ++width;
+      EXPECT_TRUE(repeats(columns, 6 * width)) << "size " << size << ", scale " << scale;
+    }
   }
 }
 
