@@ -9,9 +9,13 @@
 #include "Platform/Foundation/NSDistributedNotificationCenter.h"
 #include "Platform/Foundation/NSLog.h"
 #include "Platform/Foundation/NSRunLoop.h"
+#include "Platform/Foundation/UnusedPages.h"
 #include "Platform/SystemUIPlugin/NSMenuExtraBundle.h"
 
 namespace {
+
+/// After this, in nanoseconds, a bar has started and its first ticks are done.
+constexpr int64_t StartingTime = 2'500'000'000;
 
 gboolean endProgram(gpointer) {
   NSRunLoop::mainRunLoop().stop();
@@ -39,6 +43,8 @@ void showMenuBar(const Options& options) {
   const NSObservation appearance = NSDistributedNotificationCenter::defaultCenter().addObserver(
       "AppleInterfaceThemeChangedNotification", [&](const NSNotification&) { bar.redraw(); });
 
-  NSRunLoop::mainRunLoop().run();
+  NSRunLoop& loop = NSRunLoop::mainRunLoop();
+  loop.scheduleAt(loop.now() + StartingTime, [] { returnUnusedPages(); });
+  loop.run();
   bar.slot().unload();
 }

@@ -1,0 +1,6 @@
+#pragma once
+
+/// Gives back the memory that the start has used and what follows does not: free parts of the heap,
+/// and pages of libraries and of mapped files that were only read. Those that are still wanted come
+/// back from the system's own copy when they are next touched, without reading the disk.
+void returnUnusedPages();
