@@ -83,10 +83,11 @@ class KeptLines {
   static constexpr size_t MaximumKept = 512;
 
   static std::string keyOf(std::string_view text, const NSFont& font) {
-    std::string key = font.familyName();
-    key += '\0';
-    key += std::to_string(font.pointSize());
+    const double size = font.pointSize();
+    std::string key(reinterpret_cast<const char*>(&size), sizeof size);
     key += font.hasMonospacedNumbers() ? 'm' : 'p';
+    key += font.familyName();
+    key += '\0';
     key += text;
     return key;
   }
