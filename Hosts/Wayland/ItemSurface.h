@@ -23,6 +23,8 @@ class ItemSurface {
 
   /// Whether the compositor has a picture that it has not shown yet, as while the bar is hidden.
   bool isAwaitingFrame() const { return frame_ != nullptr; }
+  /// Waits for that no more: a picture outside of a bar that has changed is never shown.
+  void forgetFrame() { frame_.reset(); }
 
  private:
   void frameDone(wl_callback*, uint32_t);

@@ -36,7 +36,7 @@ void WaylandBar::open() {
   bar_ = std::make_unique<LayerSurface>(
       connections_.shown, shownOn->output(), height_, LayerSurface::Space::Reserved,
       LayerSurface::Input::Passed,
-      LayerSurface::Events{[this] { client_.surfaceChanged(); }, [this] { closedByDisplay(); }});
+      LayerSurface::Events{[this] { changed(); }, [this] { closedByDisplay(); }});
   item_ =
       std::make_unique<ItemSurface>(connections_.shown, bar_->surface(), [this] { frameShown(); });
   if (auto* manager = connections_.shown.fractionalScale();
@@ -74,9 +74,17 @@ void WaylandBar::moveTo(const Monitor& monitor) {
   monitor_ = monitor;
   inputTarget_.scale = monitor.scale;
   // Along its edge the compositor stretches the bar itself; another output needs another surface.
-  if (!isElsewhere && bar_) return;
+  if (!isElsewhere && bar_) {
+    item_->forgetFrame();
+    return;
+  }
   close();
   open();
+}
+
+void WaylandBar::changed() {
+  item_->forgetFrame();
+  client_.surfaceChanged();
 }
 
 void WaylandBar::closedByDisplay() { client_.surfaceClosed(); }
@@ -103,7 +111,7 @@ int WaylandBar::pixelGrid() const {
 
 void WaylandBar::preferredScale(wp_fractional_scale_v1*, uint32_t scale) {
   preferredScale_ = static_cast<double>(scale) / ScaleSteps;
-  client_.surfaceChanged();
+  changed();
 }
 
 void WaylandBar::setBackground(std::span<const uint32_t> rows) {

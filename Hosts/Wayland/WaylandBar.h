@@ -46,6 +46,7 @@ class WaylandBar : public BarSurface {
   void preferredScale(wp_fractional_scale_v1*, uint32_t scale);
   void frameShown();
   void scheduleFrame();
+  void changed();
   void closedByDisplay();
 
   WaylandConnections connections_;

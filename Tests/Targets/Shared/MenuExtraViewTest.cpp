@@ -77,7 +77,8 @@ TEST_F(MenuExtraView, AnOpenMenuPaintsTheSelectionFirst) {
   const auto records = draw();
   ASSERT_EQ(records.size(), 1);
   EXPECT_EQ(records[0].kind, DrawingRecord::Kind::Path);
-  EXPECT_EQ(records[0].rect, NSMakeRect(0, 0, 30, 22));
+  // The item and four points around it.
+  EXPECT_EQ(records[0].rect, NSMakeRect(-4, -4, 38, 30));
   EXPECT_EQ(records[0].color, NSColor::selectedMenuItemColor());
   EXPECT_TRUE(content(0).wasMenuDown);
 }
