@@ -101,7 +101,10 @@ class AtkBar : public AccessibleBar {
     atk_bridge_adaptor_init(nullptr, nullptr);
   }
 
-  void setItemName(const std::string& name) override { atk_object_set_name(item_, name.c_str()); }
+  void setItem(const std::string& name, const std::string& description) override {
+    atk_object_set_name(item_, name.c_str());
+    atk_object_set_description(item_, description.c_str());
+  }
 
  private:
   AtkObject* bar_ = makeNode(ATK_ROLE_MENU_BAR, "Menu bar", application());

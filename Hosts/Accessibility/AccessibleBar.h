@@ -9,7 +9,7 @@ class AccessibleBar {
  public:
   virtual ~AccessibleBar() = default;
 
-  virtual void setItemName(const std::string& name) = 0;
+  virtual void setItem(const std::string& name, const std::string& description) = 0;
 };
 
 /// The plug-in's one function. It takes the process's own place in the session's tree, so it is

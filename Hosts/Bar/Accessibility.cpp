@@ -7,9 +7,10 @@
 
 Accessibility::Accessibility() : status_([this] { load(); }) {}
 
-void Accessibility::setItemName(const std::string& name) {
+void Accessibility::setItem(const std::string& name, const std::string& description) {
   itemName_ = name;
-  if (bar_) bar_->setItemName(name);
+  itemDescription_ = description;
+  if (bar_) bar_->setItem(name, description);
 }
 
 void Accessibility::load() {
@@ -23,5 +24,5 @@ void Accessibility::load() {
       reinterpret_cast<MakeAccessibleBarFunction>(dlsym(library, MakeAccessibleBarSymbol));
   if (make == nullptr) return;
   make(bar_);
-  bar_->setItemName(itemName_);
+  bar_->setItem(itemName_, itemDescription_);
 }

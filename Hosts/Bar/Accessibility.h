@@ -11,12 +11,13 @@ class Accessibility {
  public:
   Accessibility();
 
-  void setItemName(const std::string& name);
+  void setItem(const std::string& name, const std::string& description);
 
  private:
   void load();
 
   std::string itemName_;
+  std::string itemDescription_;
   std::unique_ptr<AccessibleBar> bar_;
   AccessibilityStatus status_;
 };

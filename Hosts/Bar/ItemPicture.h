@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "Hosts/Display/Display.h"
@@ -33,6 +34,8 @@ class ItemPicture {
   PixelPicture pixels() const { return {pixels_, frame_.width, frame_.height, frame_.width}; }
   /// The picture's frame on the bar, in pixels from its upper left corner.
   const PixelRect& frame() const { return frame_; }
+  /// The words of the item, in drawing order.
+  std::string words() const { return drawing_.joinedText(); }
   /// What differs from the picture before, in pixels of this one.
   const PixelRect& changed() const { return changed_; }
   /// The item's left edge on the bar, in points. All from here to the bar's end belongs to it.

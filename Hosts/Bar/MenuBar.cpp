@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 #include "Platform/AppKit/NSScreen.h"
+#include "Platform/Foundation/NSDate.h"
 #include "Platform/Foundation/NSLog.h"
 #include "Platform/Foundation/NSRunLoop.h"
 
@@ -142,11 +143,17 @@ void MenuBar::frameReady() {
 }
 
 void MenuBar::updateName() {
-  if (!slot_.extra()) return;
-  std::string name = slot_.extra()->AXTitle();
-  if (name == name_) return;
+  constexpr double Minute = 60;
+  const double minute = std::floor(NSDate::date().timeIntervalSince1970() / Minute);
+  if (!slot_.extra() || !onNameChanged || minute == nameMinute_) return;
+  const std::string title = slot_.extra()->AXTitle();
+  std::string name = picture_.words();
+  // Until the item has started it has no words.
+  if (!name.empty()) nameMinute_ = minute;
+  if (name.empty()) name = title;
+  if (name.empty() || name == name_) return;
   name_ = std::move(name);
-  if (onNameChanged) onNameChanged(name_);
+  onNameChanged(name_, title);
 }
 
 bool MenuBar::isOnItem(NSPoint place) const {

@@ -29,8 +29,10 @@ class MenuBar : private SurfaceClient {
   /// Draws the whole bar anew, for a change of the desktop's appearance.
   void redraw();
 
-  /// The name of the item for assistive technologies has changed.
-  std::function<void(const std::string& name)> onNameChanged;
+  /// What assistive technologies are told of the item has changed: its words, or its title where it
+  /// has none. Called with the first and then once a minute at most, for a name that changes each
+  /// second is read aloud each second.
+  std::function<void(const std::string& name, const std::string& title)> onNameChanged;
 
  private:
   void surfaceChanged() override;
@@ -56,6 +58,7 @@ class MenuBar : private SurfaceClient {
   ItemPicture picture_;
   std::vector<uint32_t> background_;
   std::string name_;
+  double nameMinute_ = 0;
   bool isDrawing_ = false;
   std::unique_ptr<BarSurface> closed_;   // On its way out.
   std::unique_ptr<BarSurface> surface_;  // Last: it calls this object.

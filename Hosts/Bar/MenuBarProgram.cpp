@@ -35,7 +35,9 @@ void showMenuBar(const Options& options) {
   };
   MenuBar bar(*display, options.outputName);
   Accessibility accessibility;
-  bar.onNameChanged = [&](const std::string& name) { accessibility.setItemName(name); };
+  bar.onNameChanged = [&](const std::string& name, const std::string& title) {
+    accessibility.setItem(name, title);
+  };
   bar.show();
 
   bar.slot().load(

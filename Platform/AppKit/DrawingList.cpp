@@ -37,6 +37,14 @@ void DrawingList::drawIn(NSGraphicsContext& context) const {
   }
 }
 
+std::string DrawingList::joinedText() const {
+  std::string joined;
+  for (const Call& call : calls_) {
+    if (const auto* text = std::get_if<Text>(&call)) joined += text->text;
+  }
+  return joined;
+}
+
 void DrawingList::paintPath(const NSBezierPath& path) {
   calls_.emplace_back(Fill{path, fillColor()});
 }

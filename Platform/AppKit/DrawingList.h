@@ -20,6 +20,9 @@ class DrawingList : public NSGraphicsContext {
   /// Draws what is in the list.
   void drawIn(NSGraphicsContext& context) const;
 
+  /// All texts, joined in drawing order.
+  std::string joinedText() const;
+
   friend bool operator==(const DrawingList& a, const DrawingList& b) {
     return a.calls_ == b.calls_;
   }

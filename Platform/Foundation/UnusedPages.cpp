@@ -53,7 +53,8 @@ std::vector<Mapping> mappings() {
 void returnUnusedPages() {
   malloc_trim(0);
   for (const Mapping& mapping : mappings()) {
-    // Relocated parts of libraries are read-only, too, but are the process's own: they would be lost.
+    // Relocated parts of libraries are read-only, too, but are the process's own: they would be
+    // lost.
     if (!mapping.isReadOnlyFile || !mapping.isUntouched) continue;
     // NOLINTNEXTLINE(performance-no-int-to-ptr): the kernel tells addresses as numbers.
     madvise(reinterpret_cast<void*>(mapping.start), mapping.end - mapping.start, MADV_DONTNEED);
