@@ -28,22 +28,26 @@ void BusConnectionAttempt::connect(const std::string& address) {
     connection_ = made;
     if (error != nullptr) reason_ = error->message;
     hasEnded_ = true;
+    itself_ = shared_from_this();
   }
   g_clear_error(&error);
   changed_.notify_all();
-  const auto tell = [](gpointer held) -> gboolean {
-    const auto& attempt = *static_cast<std::shared_ptr<BusConnectionAttempt>*>(held);
-    attempt->ended_(*attempt);
-    return G_SOURCE_REMOVE;
-  };
-  const auto release = [](gpointer held) {
-    std::default_delete<std::shared_ptr<BusConnectionAttempt>>()(
-        static_cast<std::shared_ptr<BusConnectionAttempt>*>(held));
-  };
   g_idle_add_full(
-      G_PRIORITY_DEFAULT, tell,
-      std::make_unique<std::shared_ptr<BusConnectionAttempt>>(shared_from_this()).release(),
-      release);
+      G_PRIORITY_DEFAULT,
+      [](gpointer attempt) -> gboolean {
+        static_cast<BusConnectionAttempt*>(attempt)->tellEnded();
+        return G_SOURCE_REMOVE;
+      },
+      this, nullptr);
+}
+
+void BusConnectionAttempt::tellEnded() {
+  std::shared_ptr<BusConnectionAttempt> itself;
+  {
+    const std::lock_guard guard(mutex_);
+    itself = std::move(itself_);
+  }
+  ended_(*itself);
 }
 
 bool BusConnectionAttempt::waitFor(std::chrono::milliseconds limit) {

@@ -39,12 +39,14 @@ class BusConnectionAttempt : public std::enable_shared_from_this<BusConnectionAt
   explicit BusConnectionAttempt(std::function<void(BusConnectionAttempt&)> ended)
       : ended_(std::move(ended)) {}
   void connect(const std::string& address);
+  void tellEnded();
 
   GCancellable* const cancellable_ = g_cancellable_new();
   const std::function<void(BusConnectionAttempt&)> ended_;
   std::mutex mutex_;
   std::condition_variable changed_;
   bool hasEnded_ = false;
+  std::shared_ptr<BusConnectionAttempt> itself_;  ///< From the end until that has been told.
   GDBusConnection* connection_ = nullptr;
   std::string reason_;
 };

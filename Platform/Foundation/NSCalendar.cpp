@@ -72,6 +72,8 @@ CalendarPointer calendarOfLocale(const NSLocale& locale) {
 }  // namespace
 
 struct NSCalendar::Implementation {
+  explicit Implementation(std::unique_ptr<icu::Calendar> made) : calendar(std::move(made)) {}
+
   CalendarPointer calendar;
   std::optional<NSLocale> followedLocale =
       {};                               // That of `calendar`, if it follows the current one.
