@@ -4,6 +4,7 @@
 
 #include "Platform/Foundation/SystemClock.h"
 #include "Platform/Foundation/VirtualRunLoop.h"
+#include "Shared/External/Logging/DDLog.h"
 
 /// Seconds since 1970 of a date and time in UTC.
 constexpr double utc(int year, unsigned month, unsigned day, int hour = 0, int minute = 0,
@@ -27,6 +28,8 @@ struct SimulatedTime {
   SimulatedTime(const SimulatedTime&) = delete;
   SimulatedTime& operator=(const SimulatedTime&) = delete;
   ~SimulatedTime() {
+    // A line on its way may open the log's file and watch it, on this very loop.
+    DDLog_Time::flushLog();
     NSRunLoop::setMainRunLoop(nullptr);
     SystemClock::install(nullptr);
   }
