@@ -7,10 +7,10 @@
 #include <memory>
 #include <string>
 
-#include "Platform/AppKit/CairoGraphicsContext.h"
-#include "Platform/AppKit/NSBezierPath.h"
-#include "Platform/Foundation/CFPreferences.h"
-#include "Platform/Foundation/SystemClock.h"
+#include "Platform/AppKit/Drawing/CairoGraphicsContext.h"
+#include "Platform/AppKit/Drawing/NSBezierPath.h"
+#include "Platform/Foundation/Settings/CFPreferences.h"
+#include "Platform/Foundation/Time/SystemClock.h"
 #include "Platform/SystemUIPlugin/NSMenuBarSlot.h"
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/VelmoraTime/Classes/VelmoraTime.h"

@@ -4,7 +4,7 @@
 
 #include <memory>
 
-#include "Platform/AppKit/CairoGraphicsContext.h"
+#include "Platform/AppKit/Drawing/CairoGraphicsContext.h"
 #include "Targets/Shared/ZEVImageCache.h"
 #include "Targets/VelmoraTime/Classes/MoonPhaseView.h"
 

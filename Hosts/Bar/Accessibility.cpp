@@ -2,8 +2,8 @@
 
 #include <dlfcn.h>
 
-#include "Platform/Foundation/NSLog.h"
-#include "Platform/Foundation/NSPathUtilities.h"
+#include "Platform/Foundation/Files/NSPathUtilities.h"
+#include "Platform/Foundation/Process/NSLog.h"
 
 Accessibility::Accessibility() : status_([this] { load(); }) {}
 

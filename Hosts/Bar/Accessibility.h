@@ -4,7 +4,7 @@
 #include <string>
 
 #include "Hosts/Accessibility/AccessibleBar.h"
-#include "Platform/Foundation/AccessibilityStatus.h"
+#include "Platform/Foundation/Settings/AccessibilityStatus.h"
 
 /// Tells assistive technologies of the bar, from when the session has some.
 class Accessibility {

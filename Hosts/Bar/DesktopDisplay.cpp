@@ -5,7 +5,7 @@
 
 #include "Hosts/Wayland/WaylandDisplay.h"
 #include "Hosts/X11/X11Display.h"
-#include "Platform/Foundation/NSLog.h"
+#include "Platform/Foundation/Process/NSLog.h"
 
 std::unique_ptr<Display> openDesktopDisplay() {
   WaylandOffer wayland = openWaylandDisplay();

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "Platform/AppKit/CairoGraphicsContext.h"
+#include "Platform/AppKit/Drawing/CairoGraphicsContext.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "Hosts/Display/Display.h"
-#include "Platform/AppKit/DrawingList.h"
+#include "Platform/AppKit/Drawing/DrawingList.h"
 #include "Platform/SystemUIPlugin/NSMenuBarSlot.h"
 
 /// Where an item stands on a bar and what the display asks of its picture.

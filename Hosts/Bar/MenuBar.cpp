@@ -4,10 +4,10 @@
 #include <cmath>
 #include <stdexcept>
 
-#include "Platform/AppKit/NSScreen.h"
-#include "Platform/Foundation/NSDate.h"
-#include "Platform/Foundation/NSLog.h"
-#include "Platform/Foundation/NSRunLoop.h"
+#include "Platform/AppKit/Views/NSScreen.h"
+#include "Platform/Foundation/Process/NSLog.h"
+#include "Platform/Foundation/RunLoop/NSRunLoop.h"
+#include "Platform/Foundation/Time/NSDate.h"
 
 namespace {
 

@@ -6,10 +6,10 @@
 #include "Hosts/Bar/Accessibility.h"
 #include "Hosts/Bar/DesktopDisplay.h"
 #include "Hosts/Bar/MenuBar.h"
-#include "Platform/Foundation/NSDistributedNotificationCenter.h"
-#include "Platform/Foundation/NSLog.h"
-#include "Platform/Foundation/NSRunLoop.h"
-#include "Platform/Foundation/UnusedPages.h"
+#include "Platform/Foundation/Notifications/NSDistributedNotificationCenter.h"
+#include "Platform/Foundation/Process/NSLog.h"
+#include "Platform/Foundation/Process/UnusedPages.h"
+#include "Platform/Foundation/RunLoop/NSRunLoop.h"
 #include "Platform/SystemUIPlugin/NSMenuExtraBundle.h"
 
 namespace {

@@ -6,8 +6,8 @@
 #include "Hosts/Bar/MenuBarProgram.h"
 #include "Hosts/Bar/Options.h"
 #include "Hosts/Headless/HeadlessHost.h"
-#include "Platform/Foundation/CFPreferences.h"
-#include "Platform/Foundation/StandardDescriptors.h"
+#include "Platform/Foundation/Process/StandardDescriptors.h"
+#include "Platform/Foundation/Settings/CFPreferences.h"
 #include "Platform/SystemUIPlugin/NSMenuBarSlot.h"
 #include "Platform/SystemUIPlugin/NSMenuExtraBundle.h"
 

@@ -4,10 +4,10 @@
 #include <charconv>
 #include <stdexcept>
 
-#include "Platform/AppKit/CairoGraphicsContext.h"
-#include "Platform/AppKit/NSBezierPath.h"
-#include "Platform/AppKit/RecordingGraphicsContext.h"
-#include "Platform/Foundation/NSRunLoop.h"
+#include "Platform/AppKit/Drawing/CairoGraphicsContext.h"
+#include "Platform/AppKit/Drawing/NSBezierPath.h"
+#include "Platform/AppKit/Drawing/RecordingGraphicsContext.h"
+#include "Platform/Foundation/RunLoop/NSRunLoop.h"
 #include "Platform/SystemUIPlugin/NSMenuBarSlot.h"
 
 namespace {

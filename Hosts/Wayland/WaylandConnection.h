@@ -13,7 +13,7 @@
 #include "Hosts/Wayland/WaylandObject.h"
 #include "Hosts/Wayland/WaylandOutput.h"
 #include "Hosts/Wayland/WaylandSeat.h"
-#include "Platform/Foundation/NSRunLoop.h"
+#include "Platform/Foundation/RunLoop/NSRunLoop.h"
 
 #include <fractional-scale-v1-client.h>
 #include <viewporter-client.h>

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "Platform/Foundation/NSRunLoop.h"
+#include "Platform/Foundation/RunLoop/NSRunLoop.h"
 
 struct wl_buffer;
 struct wl_callback;

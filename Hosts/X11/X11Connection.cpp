@@ -4,7 +4,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "Platform/Foundation/NSLog.h"
+#include "Platform/Foundation/Process/NSLog.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "Hosts/X11/X11Atoms.h"
-#include "Platform/Foundation/NSRunLoop.h"
+#include "Platform/Foundation/RunLoop/NSRunLoop.h"
 
 class X11EventHandler;
 

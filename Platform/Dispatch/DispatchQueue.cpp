@@ -6,10 +6,10 @@
 #include <exception>
 #include <utility>
 
-#include "Platform/Dispatch/CurrentQueue.h"
-#include "Platform/Dispatch/SerialQueue.h"
-#include "Platform/Foundation/NSRunLoop.h"
-#include "Platform/Foundation/RunLoopMoment.h"
+#include "Platform/Dispatch/CurrentQueue_p.h"
+#include "Platform/Dispatch/SerialQueue_p.h"
+#include "Platform/Foundation/RunLoop/NSRunLoop.h"
+#include "Platform/Foundation/RunLoop/RunLoopMoment_p.h"
 
 namespace {
 

@@ -11,8 +11,8 @@
 #include <string>
 #include <utility>
 
-#include "Platform/Foundation/NSRunLoop.h"
-#include "Platform/Foundation/RunLoopMoment.h"
+#include "Platform/Foundation/RunLoop/NSRunLoop.h"
+#include "Platform/Foundation/RunLoop/RunLoopMoment_p.h"
 
 namespace {
 

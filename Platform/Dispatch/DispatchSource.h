@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "Platform/Dispatch/DispatchQueue.h"
-#include "Platform/Foundation/NSDate.h"
+#include "Platform/Foundation/Time/NSDate.h"
 
 /// What can happen to a watched file.
 constexpr uint32_t DISPATCH_VNODE_DELETE = 0x01;  ///< Its last name was removed or replaced.

@@ -1,12 +1,12 @@
-#include "Platform/Dispatch/SerialQueue.h"
+#include "Platform/Dispatch/SerialQueue_p.h"
 
 #include <iterator>
 #include <utility>
 
-#include "Platform/Dispatch/CurrentQueue.h"
-#include "Platform/Dispatch/WorkerPool.h"
-#include "Platform/Foundation/NSAssert.h"
-#include "Platform/Foundation/NSRunLoop.h"
+#include "Platform/Dispatch/CurrentQueue_p.h"
+#include "Platform/Dispatch/WorkerPool_p.h"
+#include "Platform/Foundation/Process/NSAssert.h"
+#include "Platform/Foundation/RunLoop/NSRunLoop.h"
 
 SerialQueue::SerialQueue(std::string_view label) : DispatchQueue(label) {
   // The pool stops at the end of the process, but behind what was made, or arranged for that end,

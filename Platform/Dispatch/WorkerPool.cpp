@@ -1,4 +1,4 @@
-#include "Platform/Dispatch/WorkerPool.h"
+#include "Platform/Dispatch/WorkerPool_p.h"
 
 #include <chrono>
 #include <cstdlib>
@@ -6,7 +6,7 @@
 #include <thread>
 #include <utility>
 
-#include "Platform/Dispatch/SerialQueue.h"
+#include "Platform/Dispatch/SerialQueue_p.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 
 #include <map>
 
-#include "Platform/Foundation/NSRunLoop.h"
-#include "Platform/Foundation/RunLoopMoment.h"
+#include "Platform/Foundation/RunLoop/NSRunLoop.h"
+#include "Platform/Foundation/RunLoop/RunLoopMoment_p.h"
 
 struct NSObject::DelayedCalls {
   std::multimap<std::string, NSRunLoop::TimerId, std::less<>> timers;

@@ -2,9 +2,9 @@
 
 #include <utility>
 
-#include "Platform/AppKit/RecordingGraphicsContext.h"
-#include "Platform/Foundation/CFPreferences.h"
-#include "Platform/Foundation/NSRunLoop.h"
+#include "Platform/AppKit/Drawing/RecordingGraphicsContext.h"
+#include "Platform/Foundation/RunLoop/NSRunLoop.h"
+#include "Platform/Foundation/Settings/CFPreferences.h"
 
 void NSMenuBarSlot::load(NSMenuExtraBundle bundle) {
   bundle_ = std::move(bundle);

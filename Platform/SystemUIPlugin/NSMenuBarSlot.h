@@ -4,8 +4,8 @@
 #include <memory>
 #include <optional>
 
-#include "Platform/AppKit/NSColor.h"
-#include "Platform/AppKit/NSGraphicsContext.h"
+#include "Platform/AppKit/Drawing/NSColor.h"
+#include "Platform/AppKit/Drawing/NSGraphicsContext.h"
 #include "Platform/SystemUIPlugin/NSMenuExtra.h"
 #include "Platform/SystemUIPlugin/NSMenuExtraBundle.h"
 

@@ -1,7 +1,7 @@
 #include "Platform/SystemUIPlugin/NSMenuExtra.h"
 
-#include "Platform/AppKit/NSBezierPath.h"
-#include "Platform/AppKit/NSColor.h"
+#include "Platform/AppKit/Drawing/NSBezierPath.h"
+#include "Platform/AppKit/Drawing/NSColor.h"
 
 NSMenuExtra::~NSMenuExtra() {
   if (view_) view_->setHost(nullptr);

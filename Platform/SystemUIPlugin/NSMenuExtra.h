@@ -3,8 +3,8 @@
 #include <memory>
 #include <string>
 
-#include "Platform/AppKit/NSView.h"
-#include "Platform/Foundation/NSBundle.h"
+#include "Platform/AppKit/Views/NSView.h"
+#include "Platform/Foundation/Files/NSBundle.h"
 
 class NSMenu;
 

@@ -4,8 +4,8 @@
 #include <array>
 #include <utility>
 
-#include "Platform/Foundation/NSString.h"
-#include "Platform/Foundation/ObjectDescription.h"
+#include "Platform/Foundation/Text/NSString.h"
+#include "Platform/Foundation/Text/ObjectDescription.h"
 #include "Shared/External/fmdb/FMDatabase.h"
 
 namespace {

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "Platform/Dispatch/Dispatch.h"
-#include "Platform/Foundation/PropertyList.h"
+#include "Platform/Foundation/PropertyLists/PropertyList.h"
 
 class FMDatabase_Time;
 

@@ -3,8 +3,8 @@
 #include <filesystem>
 #include <system_error>
 
-#include "Platform/Foundation/NSFileHandle.h"
-#include "Platform/Foundation/NSPathUtilities.h"
+#include "Platform/Foundation/Files/NSFileHandle.h"
+#include "Platform/Foundation/Files/NSPathUtilities.h"
 #include "Shared/External/Logging/DDLogLine.h"
 
 namespace {

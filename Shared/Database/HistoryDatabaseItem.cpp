@@ -5,9 +5,9 @@
 #include <utility>
 
 #include "Platform/Dispatch/DispatchGroup.h"
-#include "Platform/Foundation/NSAssert.h"
-#include "Platform/Foundation/NSString.h"
-#include "Platform/Foundation/ObjectDescription.h"
+#include "Platform/Foundation/Process/NSAssert.h"
+#include "Platform/Foundation/Text/NSString.h"
+#include "Platform/Foundation/Text/ObjectDescription.h"
 #include "Shared/External/Logging/DDLogLine.h"
 
 namespace {

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "Platform/Dispatch/DispatchQueue.h"
-#include "Platform/Foundation/PropertyList.h"
+#include "Platform/Foundation/PropertyLists/PropertyList.h"
 #include "Shared/External/fmdb/FMDatabase.h"
 
 /// A database of measured values. Writes are collected and run together in one transaction, and

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "Platform/AppKit/NSDrawing.h"
+#include "Platform/AppKit/Drawing/NSDrawing.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <memory>
 #include <vector>
 
-#include "Platform/AppKit/NSImage.h"
+#include "Platform/AppKit/Drawing/NSImage.h"
 
 /// What of a picture keeps its size when it is stretched, in points from each side.
 struct ImageInsets {

@@ -5,7 +5,7 @@
 #include <memory>
 #include <vector>
 
-#include "Platform/AppKit/NSImage.h"
+#include "Platform/AppKit/Drawing/NSImage.h"
 #include "Shared/Extensions/ImageParts.h"
 
 /// A stretchable picture that is an image itself. Main thread only.

@@ -1,6 +1,6 @@
 #include "Targets/Shared/WENVersions.h"
 
-#include "Platform/Foundation/NSProcessInfo.h"
+#include "Platform/Foundation/Process/NSProcessInfo.h"
 
 const WENVersions_Time& WENVersions_Time::sharedVersions() {
   static const WENVersions_Time versions;

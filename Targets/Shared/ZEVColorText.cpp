@@ -3,7 +3,7 @@
 #include <array>
 #include <cstdio>
 
-#include "Platform/Foundation/NSString.h"
+#include "Platform/Foundation/Text/NSString.h"
 
 std::string stringFromColor(const NSColor& color) {
   // A stored colour may hold any floats; the largest has 39 digits before its point.

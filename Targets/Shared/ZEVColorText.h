@@ -3,8 +3,8 @@
 #include <optional>
 #include <string>
 
-#include "Platform/AppKit/NSColor.h"
-#include "Platform/Foundation/PropertyList.h"
+#include "Platform/AppKit/Drawing/NSColor.h"
+#include "Platform/Foundation/PropertyLists/PropertyList.h"
 
 /// The text form in which settings hold a colour: red, green, blue and alpha from 0 to 1 in device
 /// RGB, separated by single blanks, written with two decimals.

@@ -3,10 +3,10 @@
 #include <array>
 #include <cstdio>
 
-#include "Platform/Foundation/NSDate.h"
-#include "Platform/Foundation/NSDateFormatter.h"
-#include "Platform/Foundation/NSLocale.h"
-#include "Platform/Foundation/NSUUID.h"
+#include "Platform/Foundation/Text/NSLocale.h"
+#include "Platform/Foundation/Text/NSUUID.h"
+#include "Platform/Foundation/Time/NSDate.h"
+#include "Platform/Foundation/Time/NSDateFormatter.h"
 #include "Targets/Shared/ZEVColorText.h"
 
 namespace {

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "Platform/AppKit/NSDrawing.h"
-#include "Platform/AppKit/NSGraphicsContext.h"
+#include "Platform/AppKit/Drawing/NSDrawing.h"
+#include "Platform/AppKit/Drawing/NSGraphicsContext.h"
 #include "Shared/Extensions/ImageParts.h"
 #include "Targets/Shared/ZEVPreferences.h"
 

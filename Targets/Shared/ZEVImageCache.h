@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "Platform/AppKit/NSImage.h"
+#include "Platform/AppKit/Drawing/NSImage.h"
 
 /// A picture cut into parts when it was loaded, to be laid out at any size: the ends keep theirs,
 /// what lies between is stretched.

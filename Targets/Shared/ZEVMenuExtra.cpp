@@ -4,10 +4,10 @@
 #include <map>
 #include <utility>
 
-#include "Platform/Foundation/CallStack.h"
-#include "Platform/Foundation/NSDate.h"
-#include "Platform/Foundation/NSDistributedNotificationCenter.h"
-#include "Platform/Foundation/NSLog.h"
+#include "Platform/Foundation/Notifications/NSDistributedNotificationCenter.h"
+#include "Platform/Foundation/Process/CallStack.h"
+#include "Platform/Foundation/Process/NSLog.h"
+#include "Platform/Foundation/Time/NSDate.h"
 #include "Shared/External/Logging/DDFileLogger.h"
 #include "Shared/External/Logging/DDLog.h"
 #include "Shared/External/Logging/DDLogLine.h"

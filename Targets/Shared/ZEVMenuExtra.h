@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "Platform/Foundation/NSNotificationCenter.h"
+#include "Platform/Foundation/Notifications/NSNotificationCenter.h"
 #include "Platform/SystemUIPlugin/NSMenuExtra.h"
 #include "Targets/Shared/ZEVModule.h"
 

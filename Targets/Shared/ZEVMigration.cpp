@@ -1,8 +1,8 @@
 #include "Targets/Shared/ZEVMigration.h"
 
-#include "Platform/AppKit/NSKeyedUnarchiver.h"
-#include "Platform/Foundation/NSPathUtilities.h"
-#include "Platform/Foundation/NSPropertyListSerialization.h"
+#include "Platform/AppKit/Drawing/NSKeyedUnarchiver.h"
+#include "Platform/Foundation/Files/NSPathUtilities.h"
+#include "Platform/Foundation/PropertyLists/NSPropertyListSerialization.h"
 #include "Targets/Shared/ZEVColorText.h"
 #include "Targets/Shared/ZEVMigrationKeys.h"
 

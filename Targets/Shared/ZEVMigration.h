@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "Platform/Foundation/NSBundle.h"
-#include "Platform/Foundation/PropertyList.h"
+#include "Platform/Foundation/Files/NSBundle.h"
+#include "Platform/Foundation/PropertyLists/PropertyList.h"
 
 /// One setting of the previous version under its present key.
 struct MigratedSetting {

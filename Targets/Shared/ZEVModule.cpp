@@ -1,6 +1,6 @@
 #include "Targets/Shared/ZEVModule.h"
 
-#include "Platform/Foundation/NSPathUtilities.h"
+#include "Platform/Foundation/Files/NSPathUtilities.h"
 #include "Targets/Shared/Views/ZEVMenuExtraContentView.h"
 #include "Targets/Shared/ZEVMenuExtra.h"
 #include "Targets/Shared/ZEVPreferences.h"

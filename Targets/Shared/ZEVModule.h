@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "Platform/Foundation/DelegateList.h"
-#include "Platform/Foundation/NSNotificationCenter.h"
+#include "Platform/Foundation/Notifications/DelegateList.h"
+#include "Platform/Foundation/Notifications/NSNotificationCenter.h"
 #include "Platform/Foundation/NSObject.h"
 #include "Targets/Shared/StatCollector.h"
 

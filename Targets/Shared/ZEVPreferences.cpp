@@ -3,11 +3,11 @@
 #include <array>
 #include <stdexcept>
 
-#include "Platform/Foundation/CFPreferences.h"
-#include "Platform/Foundation/HardwareModel.h"
-#include "Platform/Foundation/NSDistributedNotificationCenter.h"
-#include "Platform/Foundation/NSLog.h"
-#include "Platform/Foundation/NSString.h"
+#include "Platform/Foundation/Notifications/NSDistributedNotificationCenter.h"
+#include "Platform/Foundation/Process/HardwareModel.h"
+#include "Platform/Foundation/Process/NSLog.h"
+#include "Platform/Foundation/Settings/CFPreferences.h"
+#include "Platform/Foundation/Text/NSString.h"
 #include "Targets/Shared/WENVersions.h"
 #include "Targets/Shared/ZEVColorText.h"
 #include "Targets/Shared/ZEVDefaultSettings.h"

@@ -6,11 +6,11 @@
 #include <string_view>
 #include <variant>
 
-#include "Platform/AppKit/NSColor.h"
-#include "Platform/AppKit/NSImage.h"
-#include "Platform/Foundation/NSBundle.h"
-#include "Platform/Foundation/NSNotificationCenter.h"
-#include "Platform/Foundation/PropertyList.h"
+#include "Platform/AppKit/Drawing/NSColor.h"
+#include "Platform/AppKit/Drawing/NSImage.h"
+#include "Platform/Foundation/Files/NSBundle.h"
+#include "Platform/Foundation/Notifications/NSNotificationCenter.h"
+#include "Platform/Foundation/PropertyLists/PropertyList.h"
 
 /// Where the value of a setting comes from.
 enum class SettingSource { None, Default, Stored, Previous };

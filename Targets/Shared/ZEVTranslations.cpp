@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "Platform/Foundation/NSBundle.h"
-#include "Platform/Foundation/NSUserDefaults.h"
-#include "Platform/Foundation/StringsFile.h"
+#include "Platform/Foundation/Files/NSBundle.h"
+#include "Platform/Foundation/Settings/NSUserDefaults.h"
+#include "Platform/Foundation/Text/StringsFile.h"
 #include "Targets/Shared/ZEVPreferences.h"
 
 namespace {

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "Platform/Foundation/NSDate.h"
+#include "Platform/Foundation/Time/NSDate.h"
 #include "Targets/VelmoraTime/Classes/MoonData.h"
 
 namespace {

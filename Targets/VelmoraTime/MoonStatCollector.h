@@ -4,8 +4,8 @@
 #include <memory>
 #include <vector>
 
-#include "Platform/Foundation/DelegateList.h"
-#include "Platform/Foundation/NSTimer.h"
+#include "Platform/Foundation/Notifications/DelegateList.h"
+#include "Platform/Foundation/RunLoop/NSTimer.h"
 #include "Targets/Shared/StatCollector.h"
 
 class MoonStatCollector;

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
-#include "Platform/Foundation/NSDate.h"
-#include "Platform/Foundation/NSTimeZone.h"
+#include "Platform/Foundation/Time/NSDate.h"
+#include "Platform/Foundation/Zones/NSTimeZone.h"
 
 namespace {
 

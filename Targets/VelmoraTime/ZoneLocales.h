@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "Platform/Foundation/NSDateFormatter.h"
-#include "Platform/Foundation/NSLocale.h"
+#include "Platform/Foundation/Text/NSLocale.h"
+#include "Platform/Foundation/Time/NSDateFormatter.h"
 
 /// The locale of the people who live in a zone, for its short names; "" if none is listed.
 std::string_view localeOfZone(std::string_view zone);

@@ -3,10 +3,10 @@
 
 #include <filesystem>
 
-#include "Platform/Foundation/CFPreferences.h"
-#include "Platform/Foundation/NSDistributedNotificationCenter.h"
-#include "Platform/Foundation/NSRunLoop.h"
-#include "Platform/Foundation/NSTimeZone.h"
+#include "Platform/Foundation/Notifications/NSDistributedNotificationCenter.h"
+#include "Platform/Foundation/RunLoop/NSRunLoop.h"
+#include "Platform/Foundation/Settings/CFPreferences.h"
+#include "Platform/Foundation/Zones/NSTimeZone.h"
 #include "Tests/Desktop/DesktopFixture.h"
 #include "Tests/Support/TestEnvironment.h"
 

@@ -4,8 +4,8 @@
 #include <stdexcept>
 #include <string>
 
-#include "Platform/Foundation/CFPreferences.h"
-#include "Platform/Foundation/NSString.h"
+#include "Platform/Foundation/Settings/CFPreferences.h"
+#include "Platform/Foundation/Text/NSString.h"
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/VelmoraTime/Classes/VelmoraTime.h"
 #include "Targets/VelmoraTime/Classes/VelmoraTimeMenuExtraView.h"

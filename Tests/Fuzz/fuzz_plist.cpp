@@ -2,8 +2,8 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "Platform/AppKit/NSKeyedUnarchiver.h"
-#include "Platform/Foundation/NSPropertyListSerialization.h"
+#include "Platform/AppKit/Drawing/NSKeyedUnarchiver.h"
+#include "Platform/Foundation/PropertyLists/NSPropertyListSerialization.h"
 
 /// Settings, settings of the previous version and archived colours are property lists from outside.
 /// What reads must read the same when it is written and read again.

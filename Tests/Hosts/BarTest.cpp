@@ -4,7 +4,7 @@
 #include <iomanip>
 #include <sstream>
 
-#include "Platform/Foundation/NSDistributedNotificationCenter.h"
+#include "Platform/Foundation/Notifications/NSDistributedNotificationCenter.h"
 #include "Tests/Support/TestEnvironment.h"
 
 namespace fs = std::filesystem;

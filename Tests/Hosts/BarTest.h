@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "Platform/Foundation/PropertyList.h"
+#include "Platform/Foundation/PropertyLists/PropertyList.h"
 #include "Tests/Support/ChildProcess.h"
 #include "Tests/Support/DisplayServers.h"
 

@@ -7,8 +7,8 @@
 #include <functional>
 #include <ostream>
 
-#include "Platform/Foundation/CFPreferences.h"
-#include "Platform/Foundation/NSDistributedNotificationCenter.h"
+#include "Platform/Foundation/Notifications/NSDistributedNotificationCenter.h"
+#include "Platform/Foundation/Settings/CFPreferences.h"
 #include "Tests/Hosts/AccessibleNames.h"
 #include "Tests/Hosts/BarTest.h"
 

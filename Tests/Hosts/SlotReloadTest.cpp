@@ -5,9 +5,9 @@
 #include <filesystem>
 #include <fstream>
 
-#include "Platform/AppKit/RecordingGraphicsContext.h"
-#include "Platform/Foundation/CFPreferences.h"
-#include "Platform/Foundation/NSDistributedNotificationCenter.h"
+#include "Platform/AppKit/Drawing/RecordingGraphicsContext.h"
+#include "Platform/Foundation/Notifications/NSDistributedNotificationCenter.h"
+#include "Platform/Foundation/Settings/CFPreferences.h"
 #include "Platform/SystemUIPlugin/NSMenuBarSlot.h"
 #include "Tests/Support/ChildProcess.h"
 #include "Tests/Support/TestEnvironment.h"

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <nlohmann/json.hpp>
 
-#include "Platform/Foundation/NSString.h"
+#include "Platform/Foundation/Text/NSString.h"
 #include "Tests/Hosts/BarTest.h"
 #include "Tests/Support/TestEnvironment.h"
 

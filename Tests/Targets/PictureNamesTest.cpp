@@ -11,8 +11,8 @@
 #include <set>
 #include <string>
 
-#include "Platform/AppKit/NSImage.h"
-#include "Platform/Foundation/NSBundle.h"
+#include "Platform/AppKit/Drawing/NSImage.h"
+#include "Platform/Foundation/Files/NSBundle.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 
 #include <chrono>
 
-#include "Platform/Foundation/SystemClock.h"
-#include "Platform/Foundation/VirtualRunLoop.h"
+#include "Platform/Foundation/RunLoop/VirtualRunLoop.h"
+#include "Platform/Foundation/Time/SystemClock.h"
 #include "Shared/External/Logging/DDLog.h"
 
 /// Seconds since 1970 of a date and time in UTC.

@@ -6,7 +6,7 @@
 #include <iterator>
 #include <nlohmann/json.hpp>
 
-#include "Platform/AppKit/NSImage.h"
+#include "Platform/AppKit/Drawing/NSImage.h"
 #include "Tests/Support/TestEnvironment.h"
 #include "Tests/Tools/Timectl.h"
 

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "Platform/Foundation/NSDate.h"
-#include "Platform/Foundation/NSTimeZone.h"
+#include "Platform/Foundation/Time/NSDate.h"
+#include "Platform/Foundation/Zones/NSTimeZone.h"
 
 /// An option of the program or of a command.
 struct OptionSpec {

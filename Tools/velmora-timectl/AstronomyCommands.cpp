@@ -2,7 +2,7 @@
 #include <array>
 #include <string_view>
 
-#include "Platform/Foundation/NSCalendar.h"
+#include "Platform/Foundation/Time/NSCalendar.h"
 #include "Targets/Shared/ZEVTranslations.h"
 #include "Targets/VelmoraTime/Classes/MoonData.h"
 #include "Targets/VelmoraTime/Classes/SunData.h"

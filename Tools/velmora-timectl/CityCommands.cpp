@@ -1,7 +1,7 @@
 #include <array>
 
 #include "Platform/Dispatch/Dispatch.h"
-#include "Platform/Foundation/NSString.h"
+#include "Platform/Foundation/Text/NSString.h"
 #include "Shared/Collectors/CityStatCollector.h"
 #include "Tools/velmora-timectl/Command.h"
 #include "Tools/velmora-timectl/Errors.h"

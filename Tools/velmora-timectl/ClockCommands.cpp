@@ -1,7 +1,7 @@
 #include <array>
 #include <memory>
 
-#include "Platform/Foundation/SystemClock.h"
+#include "Platform/Foundation/Time/SystemClock.h"
 #include "Targets/VelmoraTime/Classes/FuzzyClock.h"
 #include "Targets/VelmoraTime/Classes/ZEVDateAndTimeUtilities.h"
 #include "Tools/velmora-timectl/Command.h"

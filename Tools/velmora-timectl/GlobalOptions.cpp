@@ -2,9 +2,9 @@
 
 #include <stdlib.h>
 
-#include "Platform/Foundation/CFPreferences.h"
-#include "Platform/Foundation/NSLocale.h"
-#include "Platform/Foundation/SystemClock.h"
+#include "Platform/Foundation/Settings/CFPreferences.h"
+#include "Platform/Foundation/Text/NSLocale.h"
+#include "Platform/Foundation/Time/SystemClock.h"
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Tools/velmora-timectl/Errors.h"
 #include "Tools/velmora-timectl/Json.h"

@@ -4,7 +4,7 @@
 #include <charconv>
 #include <cmath>
 
-#include "Platform/Foundation/NSPropertyListSerialization.h"
+#include "Platform/Foundation/PropertyLists/NSPropertyListSerialization.h"
 #include "Tools/velmora-timectl/Errors.h"
 
 namespace {

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "Platform/Foundation/PropertyList.h"
+#include "Platform/Foundation/PropertyLists/PropertyList.h"
 
 /// What kind of value a setting takes.
 struct SettingKind {

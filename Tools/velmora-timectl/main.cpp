@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "Platform/Foundation/StandardDescriptors.h"
+#include "Platform/Foundation/Process/StandardDescriptors.h"
 #include "Tools/velmora-timectl/Command.h"
 #include "Tools/velmora-timectl/Errors.h"
 #include "Tools/velmora-timectl/GlobalOptions.h"

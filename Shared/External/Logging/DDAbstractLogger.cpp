@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "Platform/Foundation/NSAssert.h"
+#include "Platform/Foundation/Process/NSAssert.h"
 #include "Shared/External/Logging/DDLog.h"
 
 DDAbstractLogger_Time::DDAbstractLogger_Time(std::string_view loggerName)

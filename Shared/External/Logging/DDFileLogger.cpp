@@ -6,8 +6,8 @@
 #include <string>
 #include <utility>
 
-#include "Platform/Foundation/NSLog.h"
-#include "Platform/Foundation/NSString.h"
+#include "Platform/Foundation/Process/NSLog.h"
+#include "Platform/Foundation/Text/NSString.h"
 #include "Shared/External/Logging/DDLog.h"
 #include "Shared/External/Logging/DDLogFileFormatterDefault.h"
 #include "Shared/External/Logging/DDLogMessage.h"

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "Platform/Foundation/NSFileHandle.h"
+#include "Platform/Foundation/Files/NSFileHandle.h"
 #include "Shared/External/Logging/DDAbstractLogger.h"
 #include "Shared/External/Logging/DDLogFileManagerDefault.h"
 

@@ -4,8 +4,8 @@
 #include <utility>
 #include <vector>
 
-#include "Platform/Foundation/NSProcessInfo.h"
-#include "Platform/Foundation/NSRunLoop.h"
+#include "Platform/Foundation/Process/NSProcessInfo.h"
+#include "Platform/Foundation/RunLoop/NSRunLoop.h"
 #include "Shared/External/Logging/DDLoggerNode.h"
 #include "Shared/External/Logging/DDLogMessage.h"
 #include "Shared/External/Logging/FormattedText.h"

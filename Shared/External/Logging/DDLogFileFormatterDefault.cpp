@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "Platform/Foundation/NSTimeZone.h"
+#include "Platform/Foundation/Zones/NSTimeZone.h"
 #include "Shared/External/Logging/DDLogMessage.h"
 
 std::string DDLogDateFormatter::stringFromDate(const NSDate& date) {

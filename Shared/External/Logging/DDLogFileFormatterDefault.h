@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "Platform/Foundation/NSDate.h"
+#include "Platform/Foundation/Time/NSDate.h"
 #include "Shared/External/Logging/DDLogFormatter.h"
 
 /// Writes instants as "yyyy/MM/dd HH:mm:ss:SSS" in the system's zone. One thread at a time.

@@ -3,8 +3,8 @@
 #include <chrono>
 #include <fstream>
 
-#include "Platform/Foundation/ExtendedAttributes.h"
-#include "Platform/Foundation/NSLog.h"
+#include "Platform/Foundation/Files/ExtendedAttributes.h"
+#include "Platform/Foundation/Process/NSLog.h"
 #include "Shared/External/Logging/DDLogFileName.h"
 
 namespace fs = std::filesystem;

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "Platform/Foundation/NSDate.h"
+#include "Platform/Foundation/Time/NSDate.h"
 
 /// One log file. What it tells is looked up when it is first asked for and kept until `reset`. One
 /// thread at a time.

@@ -5,10 +5,10 @@
 #include <utility>
 
 #include "Platform/Dispatch/Dispatch.h"
-#include "Platform/Foundation/NSFileHandle.h"
-#include "Platform/Foundation/NSLog.h"
-#include "Platform/Foundation/NSPathUtilities.h"
-#include "Platform/Foundation/NSProcessInfo.h"
+#include "Platform/Foundation/Files/NSFileHandle.h"
+#include "Platform/Foundation/Files/NSPathUtilities.h"
+#include "Platform/Foundation/Process/NSLog.h"
+#include "Platform/Foundation/Process/NSProcessInfo.h"
 #include "Shared/External/Logging/DDLog.h"
 #include "Shared/External/Logging/DDLogFileName.h"
 

@@ -4,7 +4,7 @@
 #include <charconv>
 #include <chrono>
 
-#include "Platform/Foundation/NSString.h"
+#include "Platform/Foundation/Text/NSString.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "Platform/Foundation/NSDate.h"
+#include "Platform/Foundation/Time/NSDate.h"
 
 /// What the name of a log file tells: "<application> 2026-11-21 15-04.log", or with " 2", " 3" and
 /// so on before the extension where that name was taken. The time is in UTC.

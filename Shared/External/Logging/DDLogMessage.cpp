@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "Platform/Dispatch/Dispatch.h"
-#include "Platform/Foundation/NSThread.h"
+#include "Platform/Foundation/Process/NSThread.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "Platform/Foundation/NSDate.h"
+#include "Platform/Foundation/Time/NSDate.h"
 
 /// Bits of `DDLogMessage_Time::options`: texts that do not live for good are copied.
 constexpr int32_t DDLogMessageCopyFile = 1;

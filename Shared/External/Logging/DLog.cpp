@@ -6,8 +6,8 @@
 #include <cstdio>
 #include <string>
 
-#include "Platform/Foundation/NSCalendar.h"
-#include "Platform/Foundation/NSTimeZone.h"
+#include "Platform/Foundation/Time/NSCalendar.h"
+#include "Platform/Foundation/Zones/NSTimeZone.h"
 #include "Shared/External/Logging/FormattedText.h"
 
 namespace {

@@ -7,9 +7,9 @@
 #include <string_view>
 #include <type_traits>
 
-#include "Platform/Foundation/NSDate.h"
 #include "Platform/Foundation/NSError.h"
-#include "Platform/Foundation/PropertyList.h"
+#include "Platform/Foundation/PropertyLists/PropertyList.h"
+#include "Platform/Foundation/Time/NSDate.h"
 
 /// A value that can be handed to a query by itself: whatever a `PropertyList` holds, an `NSDate`,
 /// any whole number, or null. A lone array or dictionary is the whole list of arguments instead.

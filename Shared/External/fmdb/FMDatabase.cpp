@@ -2,9 +2,9 @@
 
 #include <utility>
 
-#include "Platform/Foundation/NSAssert.h"
-#include "Platform/Foundation/NSPathUtilities.h"
-#include "Platform/Foundation/ObjectDescription.h"
+#include "Platform/Foundation/Files/NSPathUtilities.h"
+#include "Platform/Foundation/Process/NSAssert.h"
+#include "Platform/Foundation/Text/ObjectDescription.h"
 #include "Shared/External/fmdb/FMConnection.h"
 #include "Shared/External/fmdb/FMStatement.h"
 #include "Shared/External/Logging/DDLogLine.h"

@@ -12,9 +12,9 @@
 #include <unordered_map>
 #include <vector>
 
-#include "Platform/Foundation/NSDate.h"
 #include "Platform/Foundation/NSError.h"
-#include "Platform/Foundation/PropertyList.h"
+#include "Platform/Foundation/PropertyLists/PropertyList.h"
+#include "Platform/Foundation/Time/NSDate.h"
 #include "Shared/External/fmdb/FMArguments.h"
 #include "Shared/External/fmdb/FMDateFormat.h"
 #include "Shared/External/fmdb/FMResultSet.h"

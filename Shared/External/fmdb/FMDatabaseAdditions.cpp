@@ -1,7 +1,7 @@
 #include <exception>
 
-#include "Platform/Foundation/NSLog.h"
-#include "Platform/Foundation/NSString.h"
+#include "Platform/Foundation/Process/NSLog.h"
+#include "Platform/Foundation/Text/NSString.h"
 #include "Shared/External/fmdb/FMConnection.h"
 #include "Shared/External/fmdb/FMDatabase.h"
 #include "Shared/External/fmdb/FMStatement.h"

@@ -3,8 +3,8 @@
 
 #include <algorithm>
 
-#include "Platform/Foundation/NSAssert.h"
-#include "Platform/Foundation/NSPropertyListSerialization.h"
+#include "Platform/Foundation/Process/NSAssert.h"
+#include "Platform/Foundation/PropertyLists/NSPropertyListSerialization.h"
 #include "Shared/External/fmdb/FMConnection.h"
 #include "Shared/External/fmdb/FMDatabase.h"
 #include "Shared/External/fmdb/FMStatement.h"

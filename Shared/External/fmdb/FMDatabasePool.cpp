@@ -4,7 +4,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "Platform/Foundation/ObjectDescription.h"
+#include "Platform/Foundation/Text/ObjectDescription.h"
 #include "Shared/External/Logging/DDLogLine.h"
 
 FMDatabasePool_Time::FMDatabasePool_Time(std::optional<std::string> path, int flags)

@@ -3,8 +3,8 @@
 #include <atomic>
 #include <utility>
 
-#include "Platform/Foundation/NSAssert.h"
-#include "Platform/Foundation/ObjectDescription.h"
+#include "Platform/Foundation/Process/NSAssert.h"
+#include "Platform/Foundation/Text/ObjectDescription.h"
 #include "Shared/External/Logging/DDLogLine.h"
 
 namespace {

@@ -1,6 +1,6 @@
 #include <atomic>
 
-#include "Platform/Foundation/NSString.h"
+#include "Platform/Foundation/Text/NSString.h"
 #include "Shared/External/fmdb/FMConnection.h"
 #include "Shared/External/fmdb/FMDatabase.h"
 

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "Platform/Foundation/NSDate.h"
+#include "Platform/Foundation/Time/NSDate.h"
 
 /// How dates are stored as text: a pattern of the numeric fields of a date in GMT, such as
 /// "yyyy-MM-dd HH:mm:ss.SSS". The fields are y, M, d, H, m, s and S; a field's width is its number

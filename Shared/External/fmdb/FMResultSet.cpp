@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "Platform/Foundation/NSLog.h"
-#include "Platform/Foundation/NSString.h"
+#include "Platform/Foundation/Process/NSLog.h"
+#include "Platform/Foundation/Text/NSString.h"
 #include "Shared/External/fmdb/FMConnection.h"
 #include "Shared/External/fmdb/FMDatabase.h"
 #include "Shared/External/fmdb/FMStatement.h"

@@ -10,9 +10,9 @@
 #include <string_view>
 #include <vector>
 
-#include "Platform/Foundation/NSDate.h"
 #include "Platform/Foundation/NSError.h"
-#include "Platform/Foundation/PropertyList.h"
+#include "Platform/Foundation/PropertyLists/PropertyList.h"
+#include "Platform/Foundation/Time/NSDate.h"
 
 class FMDatabase_Time;
 class FMStatement_Time;

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "Platform/Foundation/NSLog.h"
+#include "Platform/Foundation/Process/NSLog.h"
 #include "Shared/External/fmdb/FMConnection.h"
 #include "Shared/External/fmdb/FMDatabase.h"
 #include "Shared/External/fmdb/FMResultSet.h"

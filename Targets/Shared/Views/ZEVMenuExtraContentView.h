@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "Platform/AppKit/NSStringDrawing.h"
-#include "Platform/AppKit/NSView.h"
+#include "Platform/AppKit/Text/NSStringDrawing.h"
+#include "Platform/AppKit/Views/NSView.h"
 
 class ZEVMenuExtra_Time;
 

@@ -1,9 +1,9 @@
 #include "Targets/Shared/Views/ZEVMenuExtraView.h"
 
-#include "Platform/AppKit/NSGraphicsContext.h"
-#include "Platform/AppKit/NSImage.h"
-#include "Platform/AppKit/NSScreen.h"
-#include "Platform/Foundation/NSString.h"
+#include "Platform/AppKit/Drawing/NSGraphicsContext.h"
+#include "Platform/AppKit/Drawing/NSImage.h"
+#include "Platform/AppKit/Views/NSScreen.h"
+#include "Platform/Foundation/Text/NSString.h"
 #include "Targets/Shared/Views/ZEVMenuExtraContentView.h"
 #include "Targets/Shared/WENVersions.h"
 #include "Targets/Shared/ZEVImageCache.h"

@@ -5,9 +5,9 @@
 #include <iterator>
 #include <string>
 
-#include "Platform/AppKit/NSBezierPath.h"
-#include "Platform/AppKit/NSColor.h"
-#include "Platform/AppKit/NSGraphicsContext.h"
+#include "Platform/AppKit/Drawing/NSBezierPath.h"
+#include "Platform/AppKit/Drawing/NSColor.h"
+#include "Platform/AppKit/Drawing/NSGraphicsContext.h"
 #include "Targets/Shared/ZEVImageCache.h"
 #include "Targets/VelmoraTime/Classes/ZEVDateAndTimeUtilities.h"
 

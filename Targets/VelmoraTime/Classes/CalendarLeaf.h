@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <string_view>
 
-#include "Platform/Foundation/NSDate.h"
 #include "Platform/Foundation/NSGeometry.h"
+#include "Platform/Foundation/Time/NSDate.h"
 
 /// The number on the calendar leaf: the day of the month in the current calendar.
 int64_t calendarLeafDay(const NSDate& date);

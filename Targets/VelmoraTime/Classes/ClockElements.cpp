@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include "Platform/Foundation/NSString.h"
+#include "Platform/Foundation/Text/NSString.h"
 #include "Targets/Shared/ZEVTranslations.h"
 #include "Targets/VelmoraTime/Classes/ZEVDateAndTimeUtilities.h"
 

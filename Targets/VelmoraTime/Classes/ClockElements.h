@@ -4,9 +4,9 @@
 #include <string_view>
 #include <vector>
 
-#include "Platform/Foundation/NSDate.h"
-#include "Platform/Foundation/NSDateFormatter.h"
-#include "Platform/Foundation/PropertyList.h"
+#include "Platform/Foundation/PropertyLists/PropertyList.h"
+#include "Platform/Foundation/Time/NSDate.h"
+#include "Platform/Foundation/Time/NSDateFormatter.h"
 
 /// A clock format: an ordered list of elements, each turned into text by itself. Here stand the
 /// steps that the walkers of such a list share.

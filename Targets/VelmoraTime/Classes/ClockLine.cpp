@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "Platform/Foundation/BidirectionalText.h"
+#include "Platform/Foundation/Text/BidirectionalText.h"
 
 namespace {
 

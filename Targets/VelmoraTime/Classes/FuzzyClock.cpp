@@ -2,8 +2,8 @@
 
 #include <array>
 
-#include "Platform/Foundation/NSCalendar.h"
-#include "Platform/Foundation/NSString.h"
+#include "Platform/Foundation/Text/NSString.h"
+#include "Platform/Foundation/Time/NSCalendar.h"
 #include "Targets/Shared/ZEVTranslations.h"
 #include "Targets/VelmoraTime/Classes/SystemCalendar.h"
 

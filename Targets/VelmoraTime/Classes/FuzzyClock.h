@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "Platform/Foundation/NSDate.h"
+#include "Platform/Foundation/Time/NSDate.h"
 
 /// What differs between the copies of the fuzzy clock. The keys of the twenty-fives are two
 /// spellings on purpose; every language provides both.

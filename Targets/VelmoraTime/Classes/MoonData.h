@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "Platform/Foundation/NSDate.h"
-#include "Platform/Foundation/NSTimeZone.h"
+#include "Platform/Foundation/Time/NSDate.h"
+#include "Platform/Foundation/Zones/NSTimeZone.h"
 
 /// "rise" and "set" of the Moon on one calendar date: seconds since 1970, or a marker of SunMath.h.
 using MoonData = std::map<std::string, int32_t, std::less<>>;

@@ -2,9 +2,9 @@
 
 #include <numbers>
 
-#include "Platform/AppKit/NSBezierPath.h"
-#include "Platform/AppKit/NSGraphicsContext.h"
-#include "Platform/Foundation/NSUserDefaults.h"
+#include "Platform/AppKit/Drawing/NSBezierPath.h"
+#include "Platform/AppKit/Drawing/NSGraphicsContext.h"
+#include "Platform/Foundation/Settings/NSUserDefaults.h"
 #include "Targets/Shared/ZEVImageCache.h"
 
 namespace {

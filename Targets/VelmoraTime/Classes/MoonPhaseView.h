@@ -4,8 +4,8 @@
 #include <memory>
 #include <string>
 
-#include "Platform/AppKit/NSImage.h"
-#include "Platform/AppKit/NSView.h"
+#include "Platform/AppKit/Drawing/NSImage.h"
+#include "Platform/AppKit/Views/NSView.h"
 
 /// A picture of the Moon as it stands in the sky: the lit picture, clipped at the terminator, over
 /// the dark one. In the north the waxing Moon is lit on the right, in the south on the left.

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "Platform/Foundation/NSDate.h"
+#include "Platform/Foundation/Time/NSDate.h"
 
 /// The English ordinal suffix of a day of the month: "st", "nd", "rd" or "th".
 std::string ordinalSuffixFromDay(int64_t day);

@@ -5,8 +5,8 @@
 #include <map>
 #include <string>
 
-#include "Platform/Foundation/NSDate.h"
-#include "Platform/Foundation/NSTimeZone.h"
+#include "Platform/Foundation/Time/NSDate.h"
+#include "Platform/Foundation/Zones/NSTimeZone.h"
 #include "Targets/VelmoraTime/Classes/SunMath.h"
 #include "Targets/VelmoraTime/Classes/SystemCalendar.h"
 

@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-#include "Platform/Foundation/NSDate.h"
-#include "Platform/Foundation/NSTimeZone.h"
+#include "Platform/Foundation/Time/NSDate.h"
+#include "Platform/Foundation/Zones/NSTimeZone.h"
 
 /// A date and time of day as a calendar shows them. Months from 1.
 struct CalendarFields {

@@ -1,6 +1,6 @@
 #include "Targets/VelmoraTime/Classes/VelmoraTimeMenuExtraView.h"
 
-#include "Platform/Foundation/NSDate.h"
+#include "Platform/Foundation/Time/NSDate.h"
 #include "Targets/Shared/ZEVPreferences.h"
 
 void VelmoraTimeMenuExtraView::init(NSRect frame, ZEVMenuExtra_Time& extra) {

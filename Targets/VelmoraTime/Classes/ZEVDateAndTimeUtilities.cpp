@@ -4,7 +4,7 @@
 #include <array>
 #include <optional>
 
-#include "Platform/Foundation/NSString.h"
+#include "Platform/Foundation/Text/NSString.h"
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/VelmoraTime/Classes/FuzzyClock.h"
 #include "Targets/VelmoraTime/Classes/NSDateOrdinalDays.h"

@@ -3,9 +3,9 @@
 #include <cstdint>
 #include <string>
 
-#include "Platform/Foundation/NSCalendar.h"
-#include "Platform/Foundation/NSDate.h"
-#include "Platform/Foundation/NSDateFormatter.h"
+#include "Platform/Foundation/Time/NSCalendar.h"
+#include "Platform/Foundation/Time/NSDate.h"
+#include "Platform/Foundation/Time/NSDateFormatter.h"
 #include "Targets/VelmoraTime/Classes/ClockElements.h"
 
 /// The shared calendars and the one shared date formatter. Main thread only; the formatter's

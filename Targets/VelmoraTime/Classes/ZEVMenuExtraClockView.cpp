@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cmath>
 
-#include "Platform/AppKit/NSBezierPath.h"
-#include "Platform/Foundation/NSString.h"
-#include "Platform/Foundation/NSTimeZone.h"
+#include "Platform/AppKit/Drawing/NSBezierPath.h"
+#include "Platform/Foundation/Text/NSString.h"
+#include "Platform/Foundation/Zones/NSTimeZone.h"
 #include "Targets/Shared/ZEVImageCache.h"
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/VelmoraTime/Classes/CalendarLeaf.h"

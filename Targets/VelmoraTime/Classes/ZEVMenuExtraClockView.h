@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "Platform/AppKit/NSImage.h"
-#include "Platform/Foundation/NSDate.h"
+#include "Platform/AppKit/Drawing/NSImage.h"
+#include "Platform/Foundation/Time/NSDate.h"
 #include "Targets/Shared/Views/ZEVMenuExtraContentView.h"
 #include "Targets/VelmoraTime/Classes/ClockElements.h"
 #include "Targets/VelmoraTime/Classes/ClockLine.h"

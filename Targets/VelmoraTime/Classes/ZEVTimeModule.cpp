@@ -3,10 +3,10 @@
 #include <cmath>
 
 #include "Platform/Dispatch/Dispatch.h"
-#include "Platform/Foundation/NSDate.h"
-#include "Platform/Foundation/NSDistributedNotificationCenter.h"
-#include "Platform/Foundation/NSTimeZone.h"
-#include "Platform/Foundation/NSUserDefaults.h"
+#include "Platform/Foundation/Notifications/NSDistributedNotificationCenter.h"
+#include "Platform/Foundation/Settings/NSUserDefaults.h"
+#include "Platform/Foundation/Time/NSDate.h"
+#include "Platform/Foundation/Zones/NSTimeZone.h"
 #include "Targets/Shared/ZEVMenuExtra.h"
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/Shared/ZEVTranslations.h"

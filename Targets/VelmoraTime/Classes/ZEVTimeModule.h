@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "Platform/Foundation/NSNotificationCenter.h"
+#include "Platform/Foundation/Notifications/NSNotificationCenter.h"
 #include "Shared/Collectors/CityStatCollector.h"
 #include "Targets/Shared/ZEVModule.h"
 #include "Targets/VelmoraTime/MoonStatCollector.h"

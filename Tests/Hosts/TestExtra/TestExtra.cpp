@@ -5,9 +5,9 @@
 #include <stdexcept>
 #include <utility>
 
-#include "Platform/AppKit/NSBezierPath.h"
-#include "Platform/AppKit/NSColor.h"
-#include "Platform/Foundation/NSDistributedNotificationCenter.h"
+#include "Platform/AppKit/Drawing/NSBezierPath.h"
+#include "Platform/AppKit/Drawing/NSColor.h"
+#include "Platform/Foundation/Notifications/NSDistributedNotificationCenter.h"
 #include "Platform/SystemUIPlugin/NSMenuExtraBundle.h"
 
 namespace {

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "Platform/Foundation/NSNotificationCenter.h"
+#include "Platform/Foundation/Notifications/NSNotificationCenter.h"
 #include "Platform/SystemUIPlugin/NSMenuExtra.h"
 
 /// An item for tests of hosts. It draws, in points from its lower left corner:

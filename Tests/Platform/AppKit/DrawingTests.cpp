@@ -9,11 +9,11 @@
 #include <numbers>
 #include <string>
 
-#include "Platform/AppKit/DrawingList.h"
-#include "Platform/AppKit/NSBezierPath.h"
-#include "Platform/AppKit/NSImage.h"
-#include "Platform/AppKit/RecordingGraphicsContext.h"
-#include "Platform/Foundation/SystemClock.h"
+#include "Platform/AppKit/Drawing/DrawingList.h"
+#include "Platform/AppKit/Drawing/NSBezierPath.h"
+#include "Platform/AppKit/Drawing/NSImage.h"
+#include "Platform/AppKit/Drawing/RecordingGraphicsContext.h"
+#include "Platform/Foundation/Time/SystemClock.h"
 #include "Tests/Platform/Support/Pixels.h"
 
 namespace {

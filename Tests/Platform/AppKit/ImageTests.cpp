@@ -1,4 +1,4 @@
-#include "Platform/AppKit/NSImage.h"
+#include "Platform/AppKit/Drawing/NSImage.h"
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <stdexcept>
 
-#include "Platform/AppKit/NSBezierPath.h"
+#include "Platform/AppKit/Drawing/NSBezierPath.h"
 #include "Tests/Platform/Support/Files.h"
 #include "Tests/Platform/Support/Pixels.h"
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "Platform/AppKit/NSFont.h"
-#include "Platform/AppKit/NSStringDrawing.h"
+#include "Platform/AppKit/Text/NSFont.h"
+#include "Platform/AppKit/Text/NSStringDrawing.h"
 #include "Tests/Platform/Support/Pixels.h"
 
 namespace {

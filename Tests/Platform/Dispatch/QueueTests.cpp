@@ -13,8 +13,8 @@
 #include <vector>
 
 #include "Platform/Dispatch/Dispatch.h"
-#include "Platform/Foundation/NSRunLoop.h"
-#include "Platform/Foundation/VirtualRunLoop.h"
+#include "Platform/Foundation/RunLoop/NSRunLoop.h"
+#include "Platform/Foundation/RunLoop/VirtualRunLoop.h"
 #include "Tests/Support/ChildProcess.h"
 
 namespace {

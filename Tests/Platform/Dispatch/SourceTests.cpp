@@ -12,7 +12,7 @@
 #include <thread>
 
 #include "Platform/Dispatch/Dispatch.h"
-#include "Platform/Foundation/VirtualRunLoop.h"
+#include "Platform/Foundation/RunLoop/VirtualRunLoop.h"
 #include "Tests/Support/ChildProcess.h"
 #include "Tests/Support/TestEnvironment.h"
 

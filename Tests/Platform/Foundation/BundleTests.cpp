@@ -4,9 +4,9 @@
 
 #include <filesystem>
 
-#include "Platform/Foundation/NSBundle.h"
-#include "Platform/Foundation/NSPathUtilities.h"
-#include "Platform/Foundation/StringsFile.h"
+#include "Platform/Foundation/Files/NSBundle.h"
+#include "Platform/Foundation/Files/NSPathUtilities.h"
+#include "Platform/Foundation/Text/StringsFile.h"
 #include "Tests/Platform/Support/Files.h"
 
 namespace fs = std::filesystem;

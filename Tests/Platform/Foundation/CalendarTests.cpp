@@ -1,10 +1,10 @@
-#include "Platform/Foundation/NSCalendar.h"
+#include "Platform/Foundation/Time/NSCalendar.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 
-#include "Platform/Foundation/NSLocale.h"
+#include "Platform/Foundation/Text/NSLocale.h"
 #include "Tests/Platform/Support/Files.h"
 
 namespace {

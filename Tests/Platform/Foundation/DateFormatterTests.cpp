@@ -1,4 +1,4 @@
-#include "Platform/Foundation/NSDateFormatter.h"
+#include "Platform/Foundation/Time/NSDateFormatter.h"
 
 #include <gtest/gtest.h>
 

@@ -8,10 +8,10 @@
 #include <string>
 
 #include "Platform/Dispatch/Dispatch.h"
-#include "Platform/Foundation/NSDate.h"
 #include "Platform/Foundation/NSObject.h"
-#include "Platform/Foundation/NSTimer.h"
-#include "Platform/Foundation/VirtualRunLoop.h"
+#include "Platform/Foundation/RunLoop/NSTimer.h"
+#include "Platform/Foundation/RunLoop/VirtualRunLoop.h"
+#include "Platform/Foundation/Time/NSDate.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
-#include "Platform/Foundation/NSLocale.h"
+#include "Platform/Foundation/Text/NSLocale.h"
 
 #include <gtest/gtest.h>
 
-#include "Platform/Foundation/NSUserDefaults.h"
+#include "Platform/Foundation/Settings/NSUserDefaults.h"
 #include "Tests/Platform/Support/Files.h"
 
 namespace {

@@ -1,4 +1,4 @@
-#include "Platform/Foundation/NSNotificationCenter.h"
+#include "Platform/Foundation/Notifications/NSNotificationCenter.h"
 
 #include <gtest/gtest.h>
 #include <sys/socket.h>
@@ -11,8 +11,8 @@
 #include <stdexcept>
 #include <string>
 
-#include "Platform/Foundation/NSDistributedNotificationCenter.h"
-#include "Platform/Foundation/VirtualRunLoop.h"
+#include "Platform/Foundation/Notifications/NSDistributedNotificationCenter.h"
+#include "Platform/Foundation/RunLoop/VirtualRunLoop.h"
 #include "Tests/Platform/Support/Files.h"
 #include "Tests/Support/ChildProcess.h"
 #include "Tests/Support/TestBus.h"

@@ -9,8 +9,8 @@
 #include <random>
 #include <string>
 
-#include "Platform/Foundation/NSPropertyListSerialization.h"
-#include "Platform/Foundation/PreferenceFile.h"
+#include "Platform/Foundation/PropertyLists/NSPropertyListSerialization.h"
+#include "Platform/Foundation/Settings/PreferenceFile.h"
 #include "Tests/Platform/Support/Files.h"
 #include "Tests/Support/ChildProcess.h"
 

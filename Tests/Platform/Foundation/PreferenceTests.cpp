@@ -1,4 +1,4 @@
-#include "Platform/Foundation/CFPreferences.h"
+#include "Platform/Foundation/Settings/CFPreferences.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -10,9 +10,9 @@
 #include <functional>
 #include <thread>
 
-#include "Platform/Foundation/FileDescriptor.h"
-#include "Platform/Foundation/NSPropertyListSerialization.h"
-#include "Platform/Foundation/SystemClock.h"
+#include "Platform/Foundation/Files/FileDescriptor.h"
+#include "Platform/Foundation/PropertyLists/NSPropertyListSerialization.h"
+#include "Platform/Foundation/Time/SystemClock.h"
 #include "Tests/Platform/Support/Files.h"
 
 namespace fs = std::filesystem;

@@ -1,4 +1,4 @@
-#include "Platform/Foundation/PropertyList.h"
+#include "Platform/Foundation/PropertyLists/PropertyList.h"
 
 #include <gtest/gtest.h>
 #include <locale.h>
@@ -9,7 +9,7 @@
 #include <limits>
 #include <random>
 
-#include "Platform/Foundation/NSPropertyListSerialization.h"
+#include "Platform/Foundation/PropertyLists/NSPropertyListSerialization.h"
 #include "Tests/Platform/Support/Files.h"
 
 namespace {

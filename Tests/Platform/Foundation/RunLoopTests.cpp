@@ -13,7 +13,7 @@
 #include <thread>
 #include <vector>
 
-#include "Platform/Foundation/VirtualRunLoop.h"
+#include "Platform/Foundation/RunLoop/VirtualRunLoop.h"
 #include "Tests/Support/ChildProcess.h"
 
 namespace {

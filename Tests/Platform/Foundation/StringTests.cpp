@@ -1,4 +1,4 @@
-#include "Platform/Foundation/NSString.h"
+#include "Platform/Foundation/Text/NSString.h"
 
 #include <gtest/gtest.h>
 

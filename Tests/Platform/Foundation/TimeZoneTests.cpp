@@ -8,9 +8,9 @@
 #include <memory>
 #include <string>
 
-#include "Platform/Foundation/NSTimeZone.h"
-#include "Platform/Foundation/TimeZonePlace.h"
-#include "Platform/Foundation/TimeZoneRules.h"
+#include "Platform/Foundation/Zones/NSTimeZone.h"
+#include "Platform/Foundation/Zones/TimeZonePlace.h"
+#include "Platform/Foundation/Zones/TimeZoneRules.h"
 #include "Tests/Platform/Support/Files.h"
 
 namespace {

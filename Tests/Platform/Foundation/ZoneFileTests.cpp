@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "Platform/Foundation/TimeZoneRules.h"
+#include "Platform/Foundation/Zones/TimeZoneRules.h"
 #include "Tests/Platform/Support/Files.h"
 
 namespace {

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "Platform/Foundation/NSDate.h"
+#include "Platform/Foundation/Time/NSDate.h"
 
 /// A fresh empty folder inside this program's own.
 std::filesystem::path freshFolder();

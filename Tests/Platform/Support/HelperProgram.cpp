@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "Platform/Foundation/PreferenceFile.h"
+#include "Platform/Foundation/Settings/PreferenceFile.h"
 
 namespace {
 

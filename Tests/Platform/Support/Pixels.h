@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/AppKit/CairoGraphicsContext.h"
+#include "Platform/AppKit/Drawing/CairoGraphicsContext.h"
 
 /// The pixels of a picture that are not clear: the box around them, ends included, and their sum.
 struct Ink {

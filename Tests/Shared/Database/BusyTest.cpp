@@ -4,7 +4,7 @@
 #include <chrono>
 #include <future>
 
-#include "Platform/Foundation/SystemClock.h"
+#include "Platform/Foundation/Time/SystemClock.h"
 #include "Tests/Shared/Database/DatabaseFixture.h"
 
 namespace {

@@ -3,7 +3,7 @@
 #include <array>
 #include <thread>
 
-#include "Platform/Foundation/NSTimeZone.h"
+#include "Platform/Foundation/Zones/NSTimeZone.h"
 #include "Shared/External/Logging/DDLogFileFormatterDefault.h"
 #include "Shared/External/Logging/DDLogMessage.h"
 #include "Tests/Shared/Logging/LogFolder.h"

@@ -6,7 +6,7 @@
 #include <regex>
 #include <set>
 
-#include "Platform/Foundation/NSLocale.h"
+#include "Platform/Foundation/Text/NSLocale.h"
 
 namespace {
 

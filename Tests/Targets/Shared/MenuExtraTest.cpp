@@ -4,8 +4,8 @@
 
 #include <filesystem>
 
-#include "Platform/Foundation/CFPreferences.h"
-#include "Platform/Foundation/NSDistributedNotificationCenter.h"
+#include "Platform/Foundation/Notifications/NSDistributedNotificationCenter.h"
+#include "Platform/Foundation/Settings/CFPreferences.h"
 #include "Shared/External/Logging/DDLog.h"
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Tests/Platform/Support/Files.h"

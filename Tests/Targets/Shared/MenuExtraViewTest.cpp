@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "Platform/AppKit/NSScreen.h"
-#include "Platform/AppKit/RecordingGraphicsContext.h"
-#include "Platform/Foundation/CFPreferences.h"
+#include "Platform/AppKit/Drawing/RecordingGraphicsContext.h"
+#include "Platform/AppKit/Views/NSScreen.h"
+#include "Platform/Foundation/Settings/CFPreferences.h"
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Tests/Targets/Shared/FakeExtra.h"
 #include "Tests/Targets/SimulatedTime.h"

@@ -3,7 +3,7 @@
 
 #include <filesystem>
 
-#include "Platform/Foundation/CFPreferences.h"
+#include "Platform/Foundation/Settings/CFPreferences.h"
 #include "Targets/Shared/ZEVColorText.h"
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Tests/Platform/Support/Files.h"

@@ -4,8 +4,8 @@
 
 #include <cmath>
 
-#include "Platform/Foundation/CFPreferences.h"
-#include "Platform/Foundation/NSDistributedNotificationCenter.h"
+#include "Platform/Foundation/Notifications/NSDistributedNotificationCenter.h"
+#include "Platform/Foundation/Settings/CFPreferences.h"
 #include "Targets/Shared/Views/ZEVMenubarStyle.h"
 #include "Targets/Shared/ZEVColorText.h"
 #include "Targets/Shared/ZEVImageCache.h"

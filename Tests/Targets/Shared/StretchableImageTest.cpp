@@ -6,7 +6,7 @@
 #include <cmath>
 #include <string>
 
-#include "Platform/AppKit/CairoGraphicsContext.h"
+#include "Platform/AppKit/Drawing/CairoGraphicsContext.h"
 #include "Shared/Extensions/WENImage.h"
 #include "Targets/Shared/ZEVImageCache.h"
 #include "Tests/Platform/Support/Files.h"

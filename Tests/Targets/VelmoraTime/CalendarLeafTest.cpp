@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include "Platform/AppKit/CairoGraphicsContext.h"
-#include "Platform/AppKit/RecordingGraphicsContext.h"
-#include "Platform/Foundation/CFPreferences.h"
-#include "Platform/Foundation/NSDistributedNotificationCenter.h"
+#include "Platform/AppKit/Drawing/CairoGraphicsContext.h"
+#include "Platform/AppKit/Drawing/RecordingGraphicsContext.h"
+#include "Platform/Foundation/Notifications/NSDistributedNotificationCenter.h"
+#include "Platform/Foundation/Settings/CFPreferences.h"
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/VelmoraTime/Classes/VelmoraTimeMenuExtraView.h"
 #include "Tests/Targets/SimulatedTime.h"

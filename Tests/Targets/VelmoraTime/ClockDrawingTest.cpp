@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "Platform/AppKit/RecordingGraphicsContext.h"
-#include "Platform/Foundation/CFPreferences.h"
+#include "Platform/AppKit/Drawing/RecordingGraphicsContext.h"
+#include "Platform/Foundation/Settings/CFPreferences.h"
 #include "Platform/SystemUIPlugin/NSMenuBarSlot.h"
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/VelmoraTime/Classes/VelmoraTime.h"

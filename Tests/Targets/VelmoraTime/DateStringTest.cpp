@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "Platform/Foundation/CFPreferences.h"
+#include "Platform/Foundation/Settings/CFPreferences.h"
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/VelmoraTime/Classes/NSDateOrdinalDays.h"
 #include "Targets/VelmoraTime/Classes/ZEVDateAndTimeUtilities.h"

@@ -7,9 +7,9 @@
 #include <iterator>
 #include <vector>
 
-#include "Platform/AppKit/CairoGraphicsContext.h"
-#include "Platform/Foundation/NSTimeZone.h"
-#include "Platform/Foundation/NSUserDefaults.h"
+#include "Platform/AppKit/Drawing/CairoGraphicsContext.h"
+#include "Platform/Foundation/Settings/NSUserDefaults.h"
+#include "Platform/Foundation/Zones/NSTimeZone.h"
 #include "Targets/VelmoraTime/Classes/MoonPhaseView.h"
 #include "Targets/VelmoraTime/MoonStatCollector.h"
 #include "Tests/Platform/Support/Files.h"

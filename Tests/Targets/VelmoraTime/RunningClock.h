@@ -3,7 +3,7 @@
 #include <functional>
 #include <memory>
 
-#include "Platform/Foundation/NSDistributedNotificationCenter.h"
+#include "Platform/Foundation/Notifications/NSDistributedNotificationCenter.h"
 #include "Targets/VelmoraTime/Classes/VelmoraTime.h"
 #include "Targets/VelmoraTime/Classes/VelmoraTimeMenuExtraView.h"
 #include "Targets/VelmoraTime/Classes/ZEVTimeModule.h"

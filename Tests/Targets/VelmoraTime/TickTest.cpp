@@ -4,8 +4,8 @@
 #include <cmath>
 #include <limits>
 
-#include "Platform/Foundation/CFPreferences.h"
-#include "Platform/Foundation/NSTimeZone.h"
+#include "Platform/Foundation/Settings/CFPreferences.h"
+#include "Platform/Foundation/Zones/NSTimeZone.h"
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/VelmoraTime/Classes/ZEVDateAndTimeUtilities.h"
 #include "Tests/Targets/VelmoraTime/RunningClock.h"

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "Platform/Foundation/NSTimeZone.h"
+#include "Platform/Foundation/Zones/NSTimeZone.h"
 #include "Tests/Targets/SimulatedTime.h"
 
 namespace {

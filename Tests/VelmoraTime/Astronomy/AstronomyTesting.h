@@ -7,9 +7,9 @@
 #include <string>
 #include <string_view>
 
-#include "Platform/Foundation/NSDate.h"
-#include "Platform/Foundation/NSTimeZone.h"
-#include "Platform/Foundation/SystemClock.h"
+#include "Platform/Foundation/Time/NSDate.h"
+#include "Platform/Foundation/Time/SystemClock.h"
+#include "Platform/Foundation/Zones/NSTimeZone.h"
 
 /// Seconds since 1970 of "2024-06-21 03:43:15", "2024-06-21 03:43" or "2024-06-21", UTC.
 inline double secondsAt(const std::string& text) {

@@ -1,0 +1,79 @@
+#include "Platform/AppKit/Drawing/DrawingList.h"
+
+#include <cmath>
+
+namespace {
+
+template <typename... Functions>
+struct Overloaded : Functions... {
+  using Functions::operator()...;
+};
+template <typename... Functions>
+Overloaded(Functions...) -> Overloaded<Functions...>;
+
+}  // namespace
+
+void DrawingList::drawIn(NSGraphicsContext& context) const {
+  const NSSavedGraphicsState saved(context);
+  for (const Call& call : calls_) {
+    std::visit(
+        Overloaded{
+            [&](const Fill& fill) {
+              context.setFillColor(fill.color);
+              context.fillPath(fill.path);
+            },
+            [&](const Text& text) { context.drawText(text.text, text.point, text.attributes); },
+            [&](const Picture& picture) {
+              context.drawImage(NSImage(picture.content), picture.target, picture.source,
+                                picture.fraction);
+            },
+            [&](const Clip& clip) { context.clipToPath(clip.path); },
+            [&](const NSAffineTransform& transform) { context.concat(transform); },
+            [&](const Flip& flip) { context.flip(flip.height); },
+            [&](const Save&) { context.saveGraphicsState(); },
+            [&](const Restore&) { context.restoreGraphicsState(); },
+        },
+        call);
+  }
+}
+
+std::string DrawingList::joinedText() const {
+  std::string joined;
+  for (const Call& call : calls_) {
+    if (const auto* text = std::get_if<Text>(&call)) joined += text->text;
+  }
+  return joined;
+}
+
+void DrawingList::paintPath(const NSBezierPath& path) {
+  calls_.emplace_back(Fill{path, fillColor()});
+}
+
+void DrawingList::paintText(std::string_view text, NSPoint point,
+                            const NSTextAttributes& attributes) {
+  calls_.emplace_back(Text{std::string(text), point, attributes});
+}
+
+void DrawingList::paintImage(const NSImage& image, NSRect target, NSRect source, double fraction) {
+  calls_.emplace_back(Picture{image.content(), target, source, fraction});
+}
+
+void DrawingList::narrowClip(const NSBezierPath& path) { calls_.emplace_back(Clip{path}); }
+
+void DrawingList::applyTransform(const NSAffineTransform& transform) {
+  calls_.emplace_back(transform);
+}
+
+void DrawingList::flip(double height) {
+  const size_t before = calls_.size();
+  NSGraphicsContext::flip(height);
+  // In the place of the transform that this consists of.
+  if (calls_.size() > before) calls_.back() = Flip{height};
+}
+
+NSPoint DrawingList::alignedToPixels(NSPoint point) const {
+  const NSPoint device = transform().transformPoint(point);
+  const NSPoint whole{std::round(device.x * scale_) / scale_,
+                      std::round(device.y * scale_) / scale_};
+  return transform().inverted().transformPoint(whole);
+}

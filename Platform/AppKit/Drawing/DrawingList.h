@@ -1,0 +1,79 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "Platform/AppKit/Drawing/NSBezierPath.h"
+#include "Platform/AppKit/Drawing/NSGraphicsContext.h"
+#include "Platform/AppKit/Drawing/NSImage.h"
+
+/// What a view has drawn, as a list of calls: two lists tell whether anything looks different, and
+/// only then pixels are worth drawing.
+class DrawingList : public NSGraphicsContext {
+ public:
+  /// `scale` is the pixels a point of the context that the list will be drawn in; its own origin
+  /// falls between pixels there.
+  explicit DrawingList(double scale = 1) : scale_(scale) {}
+
+  /// Draws what is in the list.
+  void drawIn(NSGraphicsContext& context) const;
+
+  /// All texts, joined in drawing order.
+  std::string joinedText() const;
+
+  friend bool operator==(const DrawingList& a, const DrawingList& b) {
+    return a.calls_ == b.calls_;
+  }
+
+  std::string_view className() const override { return "DrawingList"; }
+  NSPoint alignedToPixels(NSPoint point) const override;
+  void flip(double height) override;
+
+ private:
+  struct Fill {
+    NSBezierPath path;
+    NSColor color;
+    bool operator==(const Fill&) const = default;
+  };
+  struct Text {
+    std::string text;
+    NSPoint point;
+    NSTextAttributes attributes;
+    bool operator==(const Text&) const = default;
+  };
+  struct Picture {
+    NSImage::Content content;
+    NSRect target;
+    NSRect source;
+    double fraction;
+    bool operator==(const Picture&) const = default;
+  };
+  struct Clip {
+    NSBezierPath path;
+    bool operator==(const Clip&) const = default;
+  };
+  struct Flip {
+    double height;
+    bool operator==(const Flip&) const = default;
+  };
+  struct Save {
+    bool operator==(const Save&) const = default;
+  };
+  struct Restore {
+    bool operator==(const Restore&) const = default;
+  };
+  using Call = std::variant<Fill, Text, Picture, Clip, NSAffineTransform, Flip, Save, Restore>;
+
+  void pushState() override { calls_.emplace_back(Save{}); }
+  void popState() override { calls_.emplace_back(Restore{}); }
+  void applyTransform(const NSAffineTransform& transform) override;
+  void narrowClip(const NSBezierPath& path) override;
+  void paintPath(const NSBezierPath& path) override;
+  void paintText(std::string_view text, NSPoint point, const NSTextAttributes& attributes) override;
+  void paintImage(const NSImage& image, NSRect target, NSRect source, double fraction) override;
+
+  double scale_;
+  std::vector<Call> calls_;
+};

@@ -1,0 +1,45 @@
+#pragma once
+
+// For the platform's own sources only: what an image is drawn from.
+
+#include <filesystem>
+#include <memory>
+
+#include "Platform/AppKit/Drawing/ScaledBitmaps_p.h"
+#include "Platform/Foundation/NSGeometry.h"
+
+struct _cairo;
+struct _cairo_surface;
+
+class NSImageRep {
+ public:
+  virtual ~NSImageRep() = default;
+
+  /// In points.
+  virtual NSSize size() const = 0;
+
+  /// Paints the whole picture with its upper left corner at the origin of a user space with y
+  /// downwards.
+  virtual void paint(_cairo* cairo, double fraction) const = 0;
+};
+
+/// Reads an SVG or PNG file. Null if it is missing, damaged or beyond any sensible size.
+std::unique_ptr<NSImageRep> imageRepFromFile(const std::filesystem::path& file);
+
+/// Holds drawing commands, replayed at each scale in use and kept as bitmaps.
+class RecordedImageRep : public NSImageRep {
+ public:
+  explicit RecordedImageRep(NSSize size);
+  ~RecordedImageRep() override;
+
+  NSSize size() const override { return size_; }
+  void paint(_cairo* cairo, double fraction) const override;
+
+  /// The surface to record further drawing on.
+  _cairo_surface* beginRecording();
+
+ private:
+  NSSize size_;
+  _cairo_surface* surface_;
+  mutable ScaledBitmaps bitmaps_;
+};

@@ -1,5 +1,0 @@
-#include "Platform/AppKit/NSView.h"
-
-void NSView::setNeedsDisplay(bool needsDisplay) {
-  if (needsDisplay && host_ != nullptr) host_->viewNeedsDisplay(*this);
-}

@@ -1,0 +1,179 @@
+// The desktop's appearance, through the settings portal on the session bus.
+//
+// | what happens                                         | seen here                          |
+// |------------------------------------------------------|------------------------------------|
+// | the user switches dark and light, or contrast        | yes, at once                       |
+// | the portal starts, or comes back, after the clock    | yes: it is asked again             |
+// | the portal does not answer in time at the start      | light at first; its late answer    |
+// |                                                      | counts as a change                 |
+// | the session bus ends and comes back                  | yes: the portal is asked again     |
+// | a desktop without a portal, or without a session bus | no; the domain's own file answers  |
+// | a portal that knows no contrast                      | counts as normal contrast          |
+
+#include <gio/gio.h>
+
+#include <memory>
+#include <optional>
+
+#include "Platform/Foundation/Notifications/DesktopWatch_p.h"
+#include "Platform/Foundation/Notifications/MessageBus_p.h"
+#include "Platform/Foundation/Notifications/SignalSubscription_p.h"
+#include "Platform/Foundation/Settings/DesktopSettings_p.h"
+
+namespace {
+
+constexpr const char* BusName = "org.freedesktop.portal.Desktop";
+constexpr const char* ObjectPath = "/org/freedesktop/portal/desktop";
+constexpr const char* InterfaceName = "org.freedesktop.portal.Settings";
+constexpr const char* Namespace = "org.freedesktop.appearance";
+/// A clock must not wait for a portal that is only starting; its answer comes later.
+constexpr int FirstAnswerMilliseconds = 150;
+
+struct VariantDeleter {
+  void operator()(GVariant* variant) const { g_variant_unref(variant); }
+};
+using Variant = std::unique_ptr<GVariant, VariantDeleter>;
+
+/// The number within however many variants the portal's version wraps it in.
+std::optional<uint32_t> numberIn(GVariant* variant) {
+  if (g_variant_is_of_type(variant, G_VARIANT_TYPE_VARIANT)) {
+    const Variant inner(g_variant_get_variant(variant));
+    return numberIn(inner.get());
+  }
+  if (g_variant_is_of_type(variant, G_VARIANT_TYPE_UINT32)) return g_variant_get_uint32(variant);
+  return std::nullopt;
+}
+
+/// One setting of the portal and how the code knows it.
+struct Setting {
+  const char* portalKey;
+  std::string_view key;
+  std::string_view domain;
+  const char* notification;
+  uint32_t value = 0;
+};
+
+class SettingsPortal : private MessageBusDelegate {
+ public:
+  SettingsPortal() {
+    MessageBus::sessionBus().addDelegate(*this);
+    isStarting_ = false;
+  }
+
+  PropertyList value(std::string_view key, std::string_view domain) const {
+    constexpr uint32_t PrefersDark = 1;
+    constexpr uint32_t HigherContrast = 1;
+    const auto& [style, contrast] = settings_;
+    if (key == style.key && domain == style.domain && style.value == PrefersDark) return "Dark";
+    if (key == contrast.key && domain == contrast.domain && contrast.value == HigherContrast) {
+      return true;
+    }
+    return {};
+  }
+
+ private:
+  void busConnected(GDBusConnection* bus) override {
+    bus_ = bus;
+    changes_ = std::make_unique<SignalSubscription>(bus, BusName, InterfaceName, "SettingChanged",
+                                                    ObjectPath, Namespace, changed, this);
+    owners_ = std::make_unique<SignalSubscription>(
+        bus, "org.freedesktop.DBus", "org.freedesktop.DBus", "NameOwnerChanged",
+        "/org/freedesktop/DBus", BusName, ownerChanged, this);
+    bool answersAtOnce = isStarting_;
+    for (Setting& setting : settings_) {
+      answersAtOnce = answersAtOnce && readAtOnce(setting);
+      if (!answersAtOnce) readLater(setting);
+    }
+  }
+
+  static GVariant* readArguments(const Setting& setting) {
+    return g_variant_new("(ss)", Namespace, setting.portalKey);
+  }
+
+  bool readAtOnce(Setting& setting) {
+    const Variant answer(g_dbus_connection_call_sync(
+        bus_, BusName, ObjectPath, InterfaceName, "Read", readArguments(setting),
+        G_VARIANT_TYPE("(v)"), G_DBUS_CALL_FLAGS_NO_AUTO_START, FirstAnswerMilliseconds, nullptr,
+        nullptr));
+    if (!answer) return false;
+    const Variant value(g_variant_get_child_value(answer.get(), 0));
+    setting.value = numberIn(value.get()).value_or(0);
+    return true;
+  }
+
+  void readLater(Setting& setting) {
+    struct Question {
+      SettingsPortal* portal;
+      Setting* setting;
+    };
+    const auto answered = [](GObject* bus, GAsyncResult* result, gpointer data) {
+      const std::unique_ptr<Question> question(static_cast<Question*>(data));
+      const Variant answer(
+          g_dbus_connection_call_finish(reinterpret_cast<GDBusConnection*>(bus), result, nullptr));
+      if (!answer) return;
+      const Variant value(g_variant_get_child_value(answer.get(), 0));
+      question->portal->take(*question->setting, value.get());
+    };
+    g_dbus_connection_call(bus_, BusName, ObjectPath, InterfaceName, "Read", readArguments(setting),
+                           G_VARIANT_TYPE("(v)"), G_DBUS_CALL_FLAGS_NONE, -1, nullptr, answered,
+                           std::make_unique<Question>(Question{this, &setting}).release());
+  }
+
+  void take(Setting& setting, GVariant* value) {
+    const uint32_t number = numberIn(value).value_or(0);
+    if (number == setting.value) return;
+    setting.value = number;
+    deliverDesktopNotification(setting.notification);
+  }
+
+  static void changed(GDBusConnection*, const char*, const char*, const char*, const char*,
+                      GVariant* parameters, gpointer self) {
+    if (!g_variant_is_of_type(parameters, G_VARIANT_TYPE("(ssv)"))) return;
+    const char* key = nullptr;
+    GVariant* value = nullptr;
+    g_variant_get(parameters, "(&s&sv)", nullptr, &key, &value);
+    const Variant owned(value);
+    for (Setting& setting : static_cast<SettingsPortal*>(self)->settings_) {
+      if (std::string_view(setting.portalKey) == key) {
+        static_cast<SettingsPortal*>(self)->take(setting, value);
+      }
+    }
+  }
+
+  static void ownerChanged(GDBusConnection*, const char*, const char*, const char*, const char*,
+                           GVariant* parameters, gpointer self) {
+    const char* newOwner = nullptr;
+    g_variant_get(parameters, "(&s&s&s)", nullptr, nullptr, &newOwner);
+    if (*newOwner == '\0') return;
+    auto* portal = static_cast<SettingsPortal*>(self);
+    for (Setting& setting : portal->settings_)
+      portal->readLater(setting);
+  }
+
+  /// Kept by the subscriptions.
+  GDBusConnection* bus_ = nullptr;
+  bool isStarting_ = true;
+  Setting settings_[2] = {
+      {"color-scheme", "AppleInterfaceStyle", ".GlobalPreferences",
+       "AppleInterfaceThemeChangedNotification"},
+      {"contrast", "increaseContrast", "com.apple.universalaccess",
+       "AXInterfaceIncreaseContrastStatusDidChange"},
+  };
+  std::unique_ptr<SignalSubscription> changes_;
+  std::unique_ptr<SignalSubscription> owners_;
+};
+
+SettingsPortal& sharedPortal() {
+  static SettingsPortal portal;
+  return portal;
+}
+
+}  // namespace
+
+PropertyList desktopSetting(std::string_view key, std::string_view domain) {
+  const bool isAsked = (key == "AppleInterfaceStyle" && domain == ".GlobalPreferences") ||
+                       (key == "increaseContrast" && domain == "com.apple.universalaccess");
+  return isAsked ? sharedPortal().value(key, domain) : PropertyList();
+}
+
+void watchDesktopSettings() { sharedPortal(); }

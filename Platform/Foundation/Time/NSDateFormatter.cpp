@@ -1,0 +1,172 @@
+#include "Platform/Foundation/Time/NSDateFormatter.h"
+
+#include <unicode/calendar.h>
+#include <unicode/smpdtfmt.h>
+
+#include <map>
+#include <optional>
+
+#include "Platform/Foundation/Zones/IcuTimeZone_p.h"
+#include "Platform/Foundation/Zones/IcuTimeZoneFormat_p.h"
+
+namespace {
+
+/// Compiled patterns of one locale. All of them format from one calendar, which works its fields
+/// out once for an instant however many patterns ask for them.
+struct CompiledLocale {
+  explicit CompiledLocale(const std::string& identifier) : locale(identifier.c_str()) {
+    UErrorCode status = U_ZERO_ERROR;
+    calendar.reset(icu::Calendar::createInstance(locale, status));
+  }
+
+  icu::SimpleDateFormat* formatFor(std::string_view pattern) {
+    const auto found = formats.find(pattern);
+    if (found != formats.end()) return found->second.get();
+    UErrorCode status = U_ZERO_ERROR;
+    auto format = std::make_unique<icu::SimpleDateFormat>(icu::UnicodeString::fromUTF8(pattern),
+                                                          locale, status);
+    // Names of zones are read when they are first asked for; most patterns never do.
+    if (pattern.find('V') != std::string_view::npos)
+      format->adoptTimeZoneFormat(std::make_unique<IcuTimeZoneFormat>(locale, status).release());
+    if (U_FAILURE(status)) return nullptr;
+    // The patterns of all clocks together are few; the bound is for a list that is edited all day.
+    constexpr size_t MaximumKept = 128;
+    if (formats.size() >= MaximumKept) formats.clear();
+    return formats.emplace(pattern, std::move(format)).first->second.get();
+  }
+
+  icu::Locale locale;
+  std::unique_ptr<icu::Calendar> calendar;
+  std::optional<NSTimeZone> calendarZone;
+  std::optional<double> calendarTime;
+  std::map<std::string, std::unique_ptr<icu::SimpleDateFormat>, std::less<>> formats;
+};
+
+/// The symbols of a compiled pattern are those of its locale's calendar: months have other names in
+/// another calendar.
+std::string identifierWithCalendar(const std::string& identifier, const std::string& calendar) {
+  UErrorCode status = U_ZERO_ERROR;
+  icu::Locale locale(identifier.c_str());
+  locale.setKeywordValue("calendar", calendar.c_str(), status);
+  return U_SUCCESS(status) ? locale.getName() : identifier;
+}
+
+std::shared_ptr<CompiledLocale> compiledLocale(const std::string& identifier) {
+  static std::map<std::string, std::weak_ptr<CompiledLocale>> known;
+  auto& entry = known[identifier];
+  auto compiled = entry.lock();
+  if (!compiled) {
+    compiled = std::make_shared<CompiledLocale>(identifier);
+    entry = compiled;
+  }
+  return compiled;
+}
+
+icu::DateFormat::EStyle icuStyle(NSDateFormatterStyle style) {
+  switch (style) {
+    case NSDateFormatterStyle::None:
+      return icu::DateFormat::kNone;
+    case NSDateFormatterStyle::Short:
+      return icu::DateFormat::kShort;
+    case NSDateFormatterStyle::Medium:
+      return icu::DateFormat::kMedium;
+    case NSDateFormatterStyle::Long:
+      return icu::DateFormat::kLong;
+    case NSDateFormatterStyle::Full:
+      return icu::DateFormat::kFull;
+  }
+  return icu::DateFormat::kNone;
+}
+
+}  // namespace
+
+struct NSDateFormatter::Implementation {
+  NSLocale locale = NSLocale::currentLocale();
+  NSTimeZone zone = NSTimeZone::defaultTimeZone();
+  NSDateFormatterStyle dateStyle = NSDateFormatterStyle::None;
+  NSDateFormatterStyle timeStyle = NSDateFormatterStyle::None;
+  std::string pattern;
+  std::string calendar = NSCalendar::currentCalendar().calendarIdentifier();
+  std::shared_ptr<CompiledLocale> compiled;
+  icu::UnicodeString buffer;
+
+  Implementation() { compile(); }
+
+  void compile() {
+    compiled = compiledLocale(identifierWithCalendar(locale.identifier(), calendar));
+  }
+
+  void applyStyles() {
+    pattern.clear();
+    // The library has a pattern of its own for no style at all.
+    if (dateStyle == NSDateFormatterStyle::None && timeStyle == NSDateFormatterStyle::None) return;
+    const std::unique_ptr<icu::DateFormat> format(icu::DateFormat::createDateTimeInstance(
+        icuStyle(dateStyle), icuStyle(timeStyle), compiled->locale));
+    const auto* simple = dynamic_cast<const icu::SimpleDateFormat*>(format.get());
+    if (simple == nullptr) return;
+    icu::UnicodeString text;
+    simple->toPattern(text).toUTF8String(pattern);
+  }
+};
+
+NSDateFormatter::NSDateFormatter() : implementation_(std::make_unique<Implementation>()) {}
+NSDateFormatter::NSDateFormatter(NSDateFormatter&&) noexcept = default;
+NSDateFormatter& NSDateFormatter::operator=(NSDateFormatter&&) noexcept = default;
+NSDateFormatter::~NSDateFormatter() = default;
+
+void NSDateFormatter::setLocale(const NSLocale& locale) {
+  implementation_->locale = locale;
+  implementation_->compile();
+}
+
+void NSDateFormatter::setCalendar(const NSCalendar& calendar) {
+  implementation_->calendar = calendar.calendarIdentifier();
+  implementation_->compile();
+}
+
+const NSLocale& NSDateFormatter::locale() const { return implementation_->locale; }
+
+void NSDateFormatter::setTimeZone(const NSTimeZone& zone) { implementation_->zone = zone; }
+
+const NSTimeZone& NSDateFormatter::timeZone() const { return implementation_->zone; }
+
+void NSDateFormatter::setDateStyle(NSDateFormatterStyle style) {
+  implementation_->dateStyle = style;
+  implementation_->applyStyles();
+}
+
+void NSDateFormatter::setTimeStyle(NSDateFormatterStyle style) {
+  implementation_->timeStyle = style;
+  implementation_->applyStyles();
+}
+
+void NSDateFormatter::setDateFormat(std::string_view pattern) {
+  implementation_->pattern = pattern;
+}
+
+std::string NSDateFormatter::dateFormat() const { return implementation_->pattern; }
+
+std::string NSDateFormatter::stringFromDate(const NSDate& date) {
+  CompiledLocale& compiled = *implementation_->compiled;
+  if (implementation_->pattern.empty() || !compiled.calendar) return {};
+  const icu::SimpleDateFormat* format = compiled.formatFor(implementation_->pattern);
+  if (format == nullptr) return {};
+
+  if (!compiled.calendarZone || !(*compiled.calendarZone == implementation_->zone)) {
+    compiled.calendar->adoptTimeZone(
+        std::make_unique<IcuTimeZone>(implementation_->zone).release());
+    compiled.calendarZone = implementation_->zone;
+    compiled.calendarTime.reset();
+  }
+  UErrorCode status = U_ZERO_ERROR;
+  if (compiled.calendarTime != date.timeIntervalSince1970()) {
+    compiled.calendar->setTime(date.timeIntervalSince1970() * 1000, status);
+    compiled.calendarTime = date.timeIntervalSince1970();
+  }
+  icu::UnicodeString& buffer = implementation_->buffer;
+  buffer.remove();
+  format->format(*compiled.calendar, buffer, nullptr, status);
+  std::string text;
+  buffer.toUTF8String(text);
+  return text;
+}
