@@ -8,6 +8,8 @@
 #include <vector>
 
 #include "Hosts/Display/InputEvents.h"
+#include "Hosts/Display/MenuSession.h"
+#include "Hosts/Display/Pixels.h"
 #include "Platform/Foundation/NSGeometry.h"
 
 /// One monitor of the desktop.
@@ -18,30 +20,6 @@ struct Monitor {
   bool isPrimary = false;
 
   bool operator==(const Monitor&) const = default;
-};
-
-/// A rectangle of whole pixels, y downwards.
-struct PixelRect {
-  int x = 0;
-  int y = 0;
-  int width = 0;
-  int height = 0;
-
-  bool isEmpty() const { return width <= 0 || height <= 0; }
-  bool operator==(const PixelRect&) const = default;
-};
-
-/// A finished picture: rows from the top down of premultiplied 0xAARRGGBB, owned by whoever drew
-/// it.
-struct PixelPicture {
-  std::span<const uint32_t> pixels;
-  int width = 0;
-  int height = 0;
-  int stride = 0;  ///< Pixels from one row to the next.
-
-  const uint32_t* row(int y) const {
-    return pixels.data() + static_cast<size_t>(y) * static_cast<size_t>(stride);
-  }
 };
 
 /// Whoever fills a surface and hears what happens to it. Called on the main thread; must outlive
@@ -102,4 +80,10 @@ class Display {
   /// Makes the bar's window on one of `monitors()`. Throws `std::runtime_error` with the reason.
   virtual std::unique_ptr<BarSurface> makeBar(const Monitor& monitor, int height,
                                               SurfaceClient& client) = 0;
+
+  /// Takes the input of the desktop for menus on one of `monitors()`. Null where it cannot be had,
+  /// as when another program holds it.
+  virtual std::unique_ptr<MenuSession> beginMenus(const Monitor&, MenuSessionClient&) {
+    return nullptr;
+  }
 };
