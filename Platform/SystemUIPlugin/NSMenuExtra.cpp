@@ -3,10 +3,6 @@
 #include "Platform/AppKit/Drawing/NSBezierPath.h"
 #include "Platform/AppKit/Drawing/NSColor.h"
 
-NSMenuExtra::~NSMenuExtra() {
-  if (view_) view_->setHost(nullptr);
-}
-
 void NSMenuExtra::init(NSMenuExtraSlot& slot, const NSBundle& bundle) {
   slot_ = &slot;
   initWithBundle(bundle);
@@ -15,9 +11,7 @@ void NSMenuExtra::init(NSMenuExtraSlot& slot, const NSBundle& bundle) {
 void NSMenuExtra::initWithBundle(const NSBundle&) { setView(std::make_shared<NSView>()); }
 
 void NSMenuExtra::setView(std::shared_ptr<NSView> view) {
-  if (view_) view_->setHost(nullptr);
-  view_ = std::move(view);
-  if (view_) view_->setHost(this);
+  view_ = view ? NSShownView(std::move(view), *this) : NSShownView();
 }
 
 void NSMenuExtra::setLength(double length) {
@@ -30,15 +24,15 @@ void NSMenuExtra::reload() {
 }
 
 void NSMenuExtra::drawMenuBackground(bool selected) {
-  if (!selected || !view_) return;
+  if (!selected || !view()) return;
   NSColor::selectedMenuItemColor().setFill();
   const double margin = NSMenuExtraSlot::SelectionMargin;
-  const NSSize size = view_->bounds().size;
+  const NSSize size = view()->bounds().size;
   NSBezierPath::bezierPathWithRect(
       NSMakeRect(-margin, -margin, size.width + 2 * margin, size.height + 2 * margin))
       .fill();
 }
 
-void NSMenuExtra::viewNeedsDisplay(NSView&) {
+void NSMenuExtra::viewNeedsDisplay(NSRect) {
   if (slot_ != nullptr) slot_->needsDisplay();
 }

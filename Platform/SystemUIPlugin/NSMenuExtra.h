@@ -28,17 +28,15 @@ struct NSMenuExtraModules {};
 
 /// One status item. A host makes it from a bundle, draws its view, asks it for a menu on a click
 /// and tells it when to unload. Main thread only.
-class NSMenuExtra : public NSObject, private NSViewHost {
+class NSMenuExtra : public NSObject, private NSWindow {
  public:
   static constexpr double Height = 22;
-
-  ~NSMenuExtra() override;
 
   /// `slot` must outlive the extra.
   void init(NSMenuExtraSlot& slot, const NSBundle& bundle);
   virtual void initWithBundle(const NSBundle& bundle);
 
-  const std::shared_ptr<NSView>& view() const { return view_; }
+  const std::shared_ptr<NSView>& view() const { return view_.root(); }
   void setView(std::shared_ptr<NSView> view);
 
   double length() const { return length_; }
@@ -67,10 +65,10 @@ class NSMenuExtra : public NSObject, private NSViewHost {
   virtual std::string AXDescription() const { return ""; }
 
  private:
-  void viewNeedsDisplay(NSView& view) override;
+  void viewNeedsDisplay(NSRect rect) override;
 
   NSMenuExtraSlot* slot_ = nullptr;
-  std::shared_ptr<NSView> view_;
+  NSShownView view_;
   double length_ = 0;
 };
 

@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "Platform/AppKit/Drawing/NSBezierPath.h"
+#include "Platform/AppKit/Drawing/NSGradient.h"
 #include "Platform/AppKit/Drawing/NSImage.h"
 #include "Platform/AppKit/Drawing/NSImageRep_p.h"
 #include "Platform/AppKit/Text/TextLine_p.h"
@@ -56,6 +57,21 @@ void CairoGraphicsContext::paintPath(const NSBezierPath& path) {
   cairo_set_source_rgba(cairo_, color.redComponent(), color.greenComponent(), color.blueComponent(),
                         color.alphaComponent());
   cairo_fill(cairo_);
+}
+
+void CairoGraphicsContext::paintGradient(const NSBezierPath& path, const NSGradient& gradient,
+                                         NSPoint start, NSPoint end) {
+  cairo_pattern_t* pattern = cairo_pattern_create_linear(start.x, start.y, end.x, end.y);
+  const auto addStop = [&](double offset, const NSColor& color) {
+    cairo_pattern_add_color_stop_rgba(pattern, offset, color.redComponent(), color.greenComponent(),
+                                      color.blueComponent(), color.alphaComponent());
+  };
+  addStop(0, gradient.startingColor());
+  addStop(1, gradient.endingColor());
+  tracePath(path);
+  cairo_set_source(cairo_, pattern);
+  cairo_fill(cairo_);
+  cairo_pattern_destroy(pattern);
 }
 
 void CairoGraphicsContext::narrowClip(const NSBezierPath& path) {

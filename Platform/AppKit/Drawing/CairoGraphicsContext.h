@@ -29,6 +29,8 @@ class CairoGraphicsContext : public NSGraphicsContext {
   void applyTransform(const NSAffineTransform& transform) override;
   void narrowClip(const NSBezierPath& path) override;
   void paintPath(const NSBezierPath& path) override;
+  void paintGradient(const NSBezierPath& path, const NSGradient& gradient, NSPoint start,
+                     NSPoint end) override;
   void paintText(std::string_view text, NSPoint point, const NSTextAttributes& attributes) override;
   void paintImage(const NSImage& image, NSRect target, NSRect source, double fraction) override;
   void tracePath(const NSBezierPath& path);

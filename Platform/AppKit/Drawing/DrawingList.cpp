@@ -22,6 +22,9 @@ void DrawingList::drawIn(NSGraphicsContext& context) const {
               context.setFillColor(fill.color);
               context.fillPath(fill.path);
             },
+            [&](const GradientFill& fill) {
+              context.fillPath(fill.path, fill.gradient, fill.start, fill.end);
+            },
             [&](const Text& text) { context.drawText(text.text, text.point, text.attributes); },
             [&](const Picture& picture) {
               context.drawImage(NSImage(picture.content), picture.target, picture.source,
@@ -47,6 +50,11 @@ std::string DrawingList::joinedText() const {
 
 void DrawingList::paintPath(const NSBezierPath& path) {
   calls_.emplace_back(Fill{path, fillColor()});
+}
+
+void DrawingList::paintGradient(const NSBezierPath& path, const NSGradient& gradient, NSPoint start,
+                                NSPoint end) {
+  calls_.emplace_back(GradientFill{path, gradient, start, end});
 }
 
 void DrawingList::paintText(std::string_view text, NSPoint point,

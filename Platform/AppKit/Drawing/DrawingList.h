@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Platform/AppKit/Drawing/NSBezierPath.h"
+#include "Platform/AppKit/Drawing/NSGradient.h"
 #include "Platform/AppKit/Drawing/NSGraphicsContext.h"
 #include "Platform/AppKit/Drawing/NSImage.h"
 
@@ -37,6 +38,13 @@ class DrawingList : public NSGraphicsContext {
     NSColor color;
     bool operator==(const Fill&) const = default;
   };
+  struct GradientFill {
+    NSBezierPath path;
+    NSGradient gradient;
+    NSPoint start;
+    NSPoint end;
+    bool operator==(const GradientFill&) const = default;
+  };
   struct Text {
     std::string text;
     NSPoint point;
@@ -64,13 +72,16 @@ class DrawingList : public NSGraphicsContext {
   struct Restore {
     bool operator==(const Restore&) const = default;
   };
-  using Call = std::variant<Fill, Text, Picture, Clip, NSAffineTransform, Flip, Save, Restore>;
+  using Call =
+      std::variant<Fill, GradientFill, Text, Picture, Clip, NSAffineTransform, Flip, Save, Restore>;
 
   void pushState() override { calls_.emplace_back(Save{}); }
   void popState() override { calls_.emplace_back(Restore{}); }
   void applyTransform(const NSAffineTransform& transform) override;
   void narrowClip(const NSBezierPath& path) override;
   void paintPath(const NSBezierPath& path) override;
+  void paintGradient(const NSBezierPath& path, const NSGradient& gradient, NSPoint start,
+                     NSPoint end) override;
   void paintText(std::string_view text, NSPoint point, const NSTextAttributes& attributes) override;
   void paintImage(const NSImage& image, NSRect target, NSRect source, double fraction) override;
 

@@ -18,15 +18,21 @@ class NSBezierPath {
   };
 
   static NSBezierPath bezierPathWithRect(NSRect rect);
+  static NSBezierPath bezierPathWithOvalInRect(NSRect rect);
+  /// With quarter circles of `radius`, of half a side at most.
+  static NSBezierPath bezierPathWithRoundedRect(NSRect rect, double radius);
 
   void moveToPoint(NSPoint point);
   void lineToPoint(NSPoint point);
   void curveToPoint(NSPoint point, NSPoint controlPoint1, NSPoint controlPoint2);
   void closePath();
+  void appendBezierPath(const NSBezierPath& path);
 
   /// Fills the path with the current graphics context's fill colour.
   void fill() const;
 
+  /// The box around all points of the path.
+  NSRect bounds() const;
   const std::vector<Element>& elements() const { return elements_; }
 
   bool operator==(const NSBezierPath&) const = default;

@@ -60,6 +60,12 @@ void NSGraphicsContext::fillPath(const NSBezierPath& path) {
   if (!state_.showsNothing && reaches(path)) paintPath(path);
 }
 
+void NSGraphicsContext::fillPath(const NSBezierPath& path, const NSGradient& gradient,
+                                 NSPoint start, NSPoint end) {
+  if (state_.showsNothing || !reaches(path) || !reaches(start) || !reaches(end)) return;
+  paintGradient(path, gradient, start, end);
+}
+
 void NSGraphicsContext::drawText(std::string_view text, NSPoint point,
                                  const NSTextAttributes& attributes) {
   const NSSize shadow = attributes.shadow ? attributes.shadow->shadowOffset : NSSize{};

@@ -9,6 +9,7 @@
 #include "Platform/Foundation/NSGeometry.h"
 
 class NSBezierPath;
+class NSGradient;
 class NSImage;
 
 /// What drawing goes to. Coordinates are points with y upwards from the lower left corner of the
@@ -52,6 +53,8 @@ class NSGraphicsContext {
   virtual NSPoint alignedToPixels(NSPoint point) const { return point; }
 
   void fillPath(const NSBezierPath& path);
+  /// With the gradient's first colour up to `start` and its last from `end` on.
+  void fillPath(const NSBezierPath& path, const NSGradient& gradient, NSPoint start, NSPoint end);
   void drawText(std::string_view text, NSPoint point, const NSTextAttributes& attributes);
   /// Draws the part `source` of an image (all of it for a zero rectangle) into `target`.
   void drawImage(const NSImage& image, NSRect target, NSRect source, double fraction);
@@ -68,6 +71,8 @@ class NSGraphicsContext {
   virtual void applyTransform(const NSAffineTransform&) {}
   virtual void narrowClip(const NSBezierPath& path) = 0;
   virtual void paintPath(const NSBezierPath& path) = 0;
+  virtual void paintGradient(const NSBezierPath& path, const NSGradient& gradient, NSPoint start,
+                             NSPoint end) = 0;
   virtual void paintText(std::string_view text, NSPoint point,
                          const NSTextAttributes& attributes) = 0;
   virtual void paintImage(const NSImage& image, NSRect target, NSRect source, double fraction) = 0;

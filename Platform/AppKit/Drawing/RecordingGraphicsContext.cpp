@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "Platform/AppKit/Drawing/NSGradient.h"
 #include "Platform/AppKit/Drawing/NSImage.h"
 
 NSRect RecordingGraphicsContext::boxAround(NSPoint corner, NSPoint opposite) const {
@@ -11,7 +12,7 @@ NSRect RecordingGraphicsContext::boxAround(NSPoint corner, NSPoint opposite) con
   return {{std::min(a.x, b.x), std::min(a.y, b.y)}, {std::abs(a.x - b.x), std::abs(a.y - b.y)}};
 }
 
-void RecordingGraphicsContext::paintPath(const NSBezierPath& path) {
+void RecordingGraphicsContext::record(const NSBezierPath& path, const NSColor& color) {
   bool isFirst = true;
   NSPoint low;
   NSPoint high;
@@ -22,7 +23,14 @@ void RecordingGraphicsContext::paintPath(const NSBezierPath& path) {
     high = isFirst ? point : NSPoint{std::max(high.x, point.x), std::max(high.y, point.y)};
     isFirst = false;
   }
-  records_.push_back({DrawingRecord::Kind::Path, "", boxAround(low, high), fillColor()});
+  records_.push_back({DrawingRecord::Kind::Path, "", boxAround(low, high), color});
+}
+
+void RecordingGraphicsContext::paintPath(const NSBezierPath& path) { record(path, fillColor()); }
+
+void RecordingGraphicsContext::paintGradient(const NSBezierPath& path, const NSGradient& gradient,
+                                             NSPoint, NSPoint) {
+  record(path, gradient.startingColor());
 }
 
 void RecordingGraphicsContext::paintText(std::string_view text, NSPoint point,

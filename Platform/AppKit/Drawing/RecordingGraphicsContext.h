@@ -13,7 +13,7 @@ struct DrawingRecord {
   Kind kind;
   std::string name;  ///< The text, or the image's name.
   NSRect rect;       ///< Where: a text has no size; a path has that of its points.
-  NSColor color = NSColor::blackColor();  ///< Of a text or a path.
+  NSColor color = NSColor::blackColor();  ///< Of a text or a path; the first of a gradient.
   double fraction = 1;                    ///< Of an image.
   bool hasShadow = false;                 ///< Of a text.
 };
@@ -31,8 +31,11 @@ class RecordingGraphicsContext : public NSGraphicsContext {
  private:
   void narrowClip(const NSBezierPath&) override {}
   void paintPath(const NSBezierPath& path) override;
+  void paintGradient(const NSBezierPath& path, const NSGradient& gradient, NSPoint start,
+                     NSPoint end) override;
   void paintText(std::string_view text, NSPoint point, const NSTextAttributes& attributes) override;
   void paintImage(const NSImage& image, NSRect target, NSRect source, double fraction) override;
+  void record(const NSBezierPath& path, const NSColor& color);
   NSRect boxAround(NSPoint corner, NSPoint opposite) const;
 
   std::vector<DrawingRecord> records_;

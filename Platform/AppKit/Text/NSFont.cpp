@@ -2,6 +2,9 @@
 
 #include <fontconfig/fontconfig.h>
 
+#include <map>
+#include <utility>
+
 #include "Platform/AppKit/Text/TextLine_p.h"
 
 namespace {
@@ -32,7 +35,29 @@ const std::string& systemFamily() {
 
 }  // namespace
 
-NSFont NSFont::systemFontOfSize(double size) { return NSFont(systemFamily(), size); }
+NSFont NSFont::systemFontOfSize(double size, NSFontWeight weight) {
+  return NSFont(systemFamily(), size, weight);
+}
+
+std::optional<NSFont> NSFont::fontWithName(std::string_view name, double size) {
+  NSFontWeight weight = NSFontWeight::Regular;
+  for (const auto& [suffix, named] :
+       {std::pair<std::string_view, NSFontWeight>{" Medium", NSFontWeight::Medium},
+        {" Bold", NSFontWeight::Bold}}) {
+    if (!name.ends_with(suffix)) continue;
+    name.remove_suffix(suffix.size());
+    weight = named;
+    break;
+  }
+  // Kept for the process: fonts refer to the name, and asking costs.
+  static std::map<std::string, bool, std::less<>> known;
+  auto family = known.find(name);
+  if (family == known.end()) {
+    family = known.emplace(name, machineHasFamily(std::string(name).c_str())).first;
+  }
+  if (!family->second) return std::nullopt;
+  return NSFont(family->first, size, weight);
+}
 
 NSFont NSFont::withMonospacedNumbers() const {
   NSFont font = *this;

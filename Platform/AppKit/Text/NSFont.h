@@ -1,16 +1,25 @@
 #pragma once
 
+#include <optional>
 #include <string>
+#include <string_view>
 
-/// A font by family and size in points.
+enum class NSFontWeight { Regular, Medium, Bold };
+
+/// A font by family, weight and size in points.
 class NSFont {
  public:
   /// The interface font: the first of a list of families, made for interfaces, that the machine
   /// has.
-  static NSFont systemFontOfSize(double size);
+  static NSFont systemFontOfSize(double size, NSFontWeight weight = NSFontWeight::Regular);
+
+  /// A family, with " Medium" or " Bold" behind it for these weights. Nothing if the machine does
+  /// not have that family itself.
+  static std::optional<NSFont> fontWithName(std::string_view name, double size);
 
   const std::string& familyName() const { return *family_; }
   double pointSize() const { return size_; }
+  NSFontWeight weight() const { return weight_; }
   bool hasMonospacedNumbers() const { return monospacedNumbers_; }
 
   /// The same font with digits of equal width.
@@ -21,14 +30,16 @@ class NSFont {
   double descender() const;
 
   friend bool operator==(const NSFont& a, const NSFont& b) {
-    return a.size_ == b.size_ && a.monospacedNumbers_ == b.monospacedNumbers_ &&
-           *a.family_ == *b.family_;
+    return a.size_ == b.size_ && a.weight_ == b.weight_ &&
+           a.monospacedNumbers_ == b.monospacedNumbers_ && *a.family_ == *b.family_;
   }
 
  private:
-  NSFont(const std::string& family, double size) : family_(&family), size_(size) {}
+  NSFont(const std::string& family, double size, NSFontWeight weight)
+      : family_(&family), size_(size), weight_(weight) {}
 
   const std::string* family_;  // One of the family names kept for the process.
   double size_;
+  NSFontWeight weight_;
   bool monospacedNumbers_ = false;
 };

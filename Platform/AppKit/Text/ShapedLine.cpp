@@ -21,9 +21,7 @@ using Layout = std::unique_ptr<PangoLayout, ObjectDeleter>;
 
 Layout layOut(PangoContext* context, const std::string& text, const NSFont& font) {
   Layout layout(pango_layout_new(context));
-  PangoFontDescription* description = pango_font_description_new();
-  pango_font_description_set_family(description, font.familyName().c_str());
-  pango_font_description_set_absolute_size(description, font.pointSize() * PANGO_SCALE);
+  PangoFontDescription* description = fontDescription(font);
   pango_layout_set_font_description(layout.get(), description);
   pango_font_description_free(description);
   if (font.hasMonospacedNumbers()) {
@@ -38,6 +36,17 @@ Layout layOut(PangoContext* context, const std::string& text, const NSFont& font
 }
 
 }  // namespace
+
+PangoFontDescription* fontDescription(const NSFont& font) {
+  PangoFontDescription* description = pango_font_description_new();
+  pango_font_description_set_family(description, font.familyName().c_str());
+  pango_font_description_set_absolute_size(description, font.pointSize() * PANGO_SCALE);
+  if (font.weight() != NSFontWeight::Regular) {
+    pango_font_description_set_weight(
+        description, font.weight() == NSFontWeight::Bold ? PANGO_WEIGHT_BOLD : PANGO_WEIGHT_MEDIUM);
+  }
+  return description;
+}
 
 ShapedLine::ShapedLine(PangoContext* context, std::string_view text, const NSFont& font) {
   // Made valid here: Pango would log each text that is not.

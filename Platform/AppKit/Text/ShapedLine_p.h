@@ -14,6 +14,10 @@
 struct _cairo;
 struct _cairo_scaled_font;
 struct _PangoContext;
+struct _PangoFontDescription;
+
+/// The caller's to free.
+_PangoFontDescription* fontDescription(const NSFont& font);
 
 /// The glyphs of the digits of one font at one scale, where all are equally wide.
 struct DigitGlyphs {

@@ -8,6 +8,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <tuple>
 #include <unordered_map>
 #include <utility>
 
@@ -86,6 +87,7 @@ class KeptLines {
     const double size = font.pointSize();
     std::string key(reinterpret_cast<const char*>(&size), sizeof size);
     key += font.hasMonospacedNumbers() ? 'm' : 'p';
+    key += static_cast<char>(font.weight());
     key += font.familyName();
     key += '\0';
     key += text;
@@ -125,7 +127,7 @@ class KeptLines {
   }
 
   const DigitGlyphs* digitsOf(const NSFont& font) {
-    Digits& digits = digits_[{font.familyName(), font.pointSize()}];
+    Digits& digits = digits_[{font.familyName(), font.pointSize(), font.weight()}];
     if (!digits.line) {
       digits.line = std::make_unique<ShapedLine>(context_.get(), "0123456789", font);
       digits.glyphs = digits.line->digits();
@@ -136,7 +138,7 @@ class KeptLines {
   double scale_;
   Context context_;
   std::unordered_map<std::string, Kept> kept_;
-  std::map<std::pair<std::string, double>, Digits> digits_;
+  std::map<std::tuple<std::string, double, NSFontWeight>, Digits> digits_;
   uint64_t uses_ = 0;
 };
 
@@ -159,12 +161,10 @@ KeptLines& linesAt(double scale) {
 
 FontHeights fontHeights(const NSFont& font) {
   static const Context context = makeContext(1, false);
-  static std::map<std::pair<std::string, double>, FontHeights> known;
-  auto& heights = known[{font.familyName(), font.pointSize()}];
+  static std::map<std::tuple<std::string, double, NSFontWeight>, FontHeights> known;
+  auto& heights = known[{font.familyName(), font.pointSize(), font.weight()}];
   if (heights.ascender > 0) return heights;
-  PangoFontDescription* description = pango_font_description_new();
-  pango_font_description_set_family(description, font.familyName().c_str());
-  pango_font_description_set_absolute_size(description, font.pointSize() * PANGO_SCALE);
+  PangoFontDescription* description = fontDescription(font);
   PangoFontMetrics* metrics = pango_context_get_metrics(context.get(), description, nullptr);
   pango_font_description_free(description);
   heights = {static_cast<double>(pango_font_metrics_get_ascent(metrics)) / PANGO_SCALE,
