@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <stdexcept>
+#include <utility>
 
 #include "Platform/AppKit/Views/NSScreen.h"
 #include "Platform/Foundation/Process/NSLog.h"
@@ -45,6 +46,7 @@ MenuBar::MenuBar(Display& display, std::optional<std::string> wantedMonitor)
 
 MenuBar::~MenuBar() {
   display_.onMonitorsChanged = nullptr;
+  menus_.close();
   slot_.setExtra(nullptr);
 }
 
@@ -68,6 +70,7 @@ void MenuBar::show() {
   const std::optional<Monitor> monitor = chooseMonitor();
   updateScreens(monitor ? &*monitor : nullptr);
   if (!monitor) {
+    menus_.close();
     surface_.reset();
     slot_.setMenuDown(false);
     return;
@@ -76,6 +79,7 @@ void MenuBar::show() {
     surface_.reset();
     throw std::runtime_error("a bar is on the monitor " + monitor->name + " already");
   }
+  if (*monitor != std::exchange(monitor_, *monitor)) menus_.close();
   if (surface_) {
     surface_->moveTo(*monitor);
   } else {
@@ -161,13 +165,40 @@ bool MenuBar::isOnItem(NSPoint place) const {
   return place.x >= picture_.leftEdge() && place.y < BarHeight;
 }
 
+NSPoint MenuBar::onDesktop(NSPoint place) const {
+  const NSPoint& origin = monitor_.frame.origin;
+  return {origin.x + place.x, origin.y + place.y};
+}
+
+bool MenuBar::openMenu(MenuOpening opening) {
+  if (!surface_ || surface_->width() <= 0) return false;
+  // To the bar's end, as the area for clicks.
+  const double left = picture_.leftEdge();
+  return menus_.open(monitor_, {onDesktop({left, 0}), {surface_->width() - left, BarHeight}},
+                     opening);
+}
+
+bool MenuBar::setMenuOpen(bool isOpen) {
+  if (!isOpen) {
+    menus_.close();
+    return false;
+  }
+  return menus_.isOpen() || openMenu(MenuOpening::Request);
+}
+
 void MenuBar::press() {
-  if (!slot_.extra()) return;
-  slot_.setMenuDown(true);
-  NSRunLoop::guarded([this] { slot_.extra()->menu(); });
+  // Without a menu the item is down as long as the press.
+  if (slot_.extra() && !openMenu(MenuOpening::Press)) slot_.setMenuDown(true);
 }
 
 void MenuBar::pointerEvent(const PointerEvent& event) {
+  if (menus_.isOpen()) {
+    PointerEvent onDesktopNow = event;
+    onDesktopNow.place = onDesktop(event.place);
+    // What was under the pointer when the menu took it is left then.
+    if (event.kind != PointerEvent::Kind::Leave) menus_.pointerEvent(onDesktopNow);
+    return;
+  }
   const bool isPrimary = event.button == PointerButton::Primary;
   switch (event.kind) {
     case PointerEvent::Kind::Press:
@@ -188,6 +219,12 @@ void MenuBar::pointerEvent(const PointerEvent& event) {
 }
 
 void MenuBar::touchEvent(const TouchEvent& event) {
+  if (menus_.isOpen()) {
+    TouchEvent onDesktopNow = event;
+    onDesktopNow.place = onDesktop(event.place);
+    menus_.touchEvent(onDesktopNow);
+    return;
+  }
   switch (event.kind) {
     case TouchEvent::Kind::Down:
       if (isOnItem(event.place)) press();

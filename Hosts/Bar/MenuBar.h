@@ -5,6 +5,7 @@
 #include <string>
 
 #include "Hosts/Bar/BarLock.h"
+#include "Hosts/Bar/BarMenus.h"
 #include "Hosts/Bar/ItemPicture.h"
 #include "Hosts/Display/Display.h"
 #include "Platform/SystemUIPlugin/NSMenuBarSlot.h"
@@ -29,6 +30,11 @@ class MenuBar : private SurfaceClient {
   /// Draws the whole bar anew, for a change of the desktop's appearance.
   void redraw();
 
+  /// Opens or closes the item's menu by a request, with the keyboard on it. Answers whether it is
+  /// open then.
+  bool setMenuOpen(bool isOpen);
+  BarMenus& menus() { return menus_; }
+
   /// What assistive technologies are told of the item has changed: its words, or its title where it
   /// has none. Called with the first and then once a minute at most, for a name that changes each
   /// second is read aloud each second.
@@ -48,6 +54,8 @@ class MenuBar : private SurfaceClient {
   void requestUpdate();
   bool isOnItem(NSPoint place) const;
   void press();
+  bool openMenu(MenuOpening opening);
+  NSPoint onDesktop(NSPoint place) const;
   void updateName();
 
   Display& display_;
@@ -60,6 +68,8 @@ class MenuBar : private SurfaceClient {
   std::string name_;
   double nameMinute_ = 0;
   bool isDrawing_ = false;
+  Monitor monitor_;
+  BarMenus menus_{display_, slot_};
   std::unique_ptr<BarSurface> closed_;   // On its way out.
   std::unique_ptr<BarSurface> surface_;  // Last: it calls this object.
 };

@@ -7,6 +7,7 @@
 #include "Hosts/Bar/DesktopDisplay.h"
 #include "Hosts/Bar/MenuBar.h"
 #include "Platform/Foundation/Notifications/NSDistributedNotificationCenter.h"
+#include "Platform/Foundation/Notifications/RemoteCommands.h"
 #include "Platform/Foundation/Process/NSLog.h"
 #include "Platform/Foundation/Process/UnusedPages.h"
 #include "Platform/Foundation/RunLoop/NSRunLoop.h"
@@ -44,6 +45,13 @@ void showMenuBar(const Options& options) {
       NSMenuExtraBundle(options.bundle.value_or(NSBundle::installedPath("VelmoraTime"))));
   const NSObservation appearance = NSDistributedNotificationCenter::defaultCenter().addObserver(
       "AppleInterfaceThemeChangedNotification", [&](const NSNotification&) { bar.redraw(); });
+
+  const RemoteCommands commands("MenuBar", [&](const std::string& command) -> std::optional<bool> {
+    if (command == "open") return bar.setMenuOpen(true);
+    if (command == "close") return bar.setMenuOpen(false);
+    if (command == "toggle") return bar.setMenuOpen(!bar.menus().isOpen());
+    return std::nullopt;
+  });
 
   NSRunLoop& loop = NSRunLoop::mainRunLoop();
   loop.scheduleAt(loop.now() + StartingTime, [] { returnUnusedPages(); });

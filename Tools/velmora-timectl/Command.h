@@ -21,3 +21,4 @@ std::span<const Command> astronomyCommands();
 std::span<const Command> defaultsCommands();
 std::span<const Command> cityCommands();
 std::span<const Command> renderCommands();
+std::span<const Command> dropdownCommands();

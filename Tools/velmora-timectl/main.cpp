@@ -22,7 +22,7 @@ constexpr std::string_view Attributions =
 std::vector<Command> allCommands() {
   std::vector<Command> commands;
   for (const auto& group : {clockCommands(), astronomyCommands(), cityCommands(),
-                            defaultsCommands(), renderCommands()}) {
+                            defaultsCommands(), renderCommands(), dropdownCommands()}) {
     commands.insert(commands.end(), group.begin(), group.end());
   }
   return commands;
