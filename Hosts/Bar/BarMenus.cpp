@@ -156,7 +156,8 @@ void BarMenus::menuTouchEvent(const TouchEvent& event) {
   // One finger is enough for a menu.
   if (event.kind == TouchEvent::Kind::Down && !finger_) finger_ = event.finger;
   if (finger_ && event.finger != *finger_) return;
-  const bool hasPlace = event.kind == TouchEvent::Kind::Down || event.kind == TouchEvent::Kind::Move;
+  const bool hasPlace =
+      event.kind == TouchEvent::Kind::Down || event.kind == TouchEvent::Kind::Move;
   if (hasPlace) fingerPlace_ = event.place;
   switch (event.kind) {
     case TouchEvent::Kind::Down:

@@ -21,8 +21,11 @@ Json dropdown(const Arguments& arguments) {
 }
 
 constexpr Command Commands[] = {
-    {"dropdown", "open | close | toggle",
-     "has the running bar show or hide its dropdown, with the keyboard on it", {}, dropdown},
+    {"dropdown",
+     "open | close | toggle",
+     "has the running bar show or hide its dropdown, with the keyboard on it",
+     {},
+     dropdown},
 };
 
 }  // namespace

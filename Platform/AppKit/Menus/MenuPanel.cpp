@@ -15,6 +15,8 @@ constexpr double ArrowHeight = 16;
 class MenuColumn : public NSView {
  public:
   bool isFlipped() const override { return true; }
+  /// The panel places the rows.
+  void resizeSubviewsWithOldSize(NSSize) override {}
 };
 
 bool isLight(const NSColor& color) { return color.greenComponent() > 0.5; }
@@ -150,8 +152,7 @@ int MenuPanel::arrowAtPoint(NSPoint point) const {
 }
 
 bool MenuPanel::scrollBy(double points) {
-  const double before =
-      std::exchange(scroll_, std::clamp(scroll_ + points, 0.0, furthestScroll()));
+  const double before = std::exchange(scroll_, std::clamp(scroll_ + points, 0.0, furthestScroll()));
   if (scroll_ == before) return false;
   addDirty({{0, 0}, frame_.size});
   return true;

@@ -16,13 +16,13 @@ constexpr double ShadowDrop = 3;
 constexpr double ShadowOpacity = 0.34;
 constexpr double CornerRadius = 6;
 
-
 int down(int value, int grid) {
   return static_cast<int>(std::floor(static_cast<double>(value) / grid)) * grid;
 }
 int up(int value, int grid) { return -down(-value, grid); }
 
-/// How much of a blurred edge's shadow falls on each pixel of a line, for a bar from `from` to `to`.
+/// How much of a blurred edge's shadow falls on each pixel of a line, for a bar from `from` to
+/// `to`.
 std::vector<double> blurredBar(int length, double from, double to, double deviation) {
   std::vector<double> shares(static_cast<size_t>(length));
   for (size_t pixel = 0; pixel < shares.size(); ++pixel) {
@@ -87,8 +87,8 @@ void MenuPicture::drawSurroundings(const NSColor& ground) {
     const double blur = ShadowBlur * scale_;
     const std::vector<double> across =
         blurredBar(frame_.width, panelPart_.x, panelPart_.x + panelPart_.width, blur);
-    const std::vector<double> along = blurredBar(
-        frame_.height, panelPart_.y + drop, panelPart_.y + panelPart_.height + drop, blur);
+    const std::vector<double> along = blurredBar(frame_.height, panelPart_.y + drop,
+                                                 panelPart_.y + panelPart_.height + drop, blur);
     for (size_t row = 0; row < along.size(); ++row) {
       for (size_t column = 0; column < columns; ++column) {
         const double alpha = ShadowOpacity * along[row] * across[column] * 255;
@@ -99,9 +99,9 @@ void MenuPicture::drawSurroundings(const NSColor& ground) {
   BitmapSurface surface(surroundings_.data(), frame_.width, frame_.height, scale_);
   const NSCurrentGraphicsContext current(surface.context());
   const double pixel = 1 / scale_;
-  const NSRect panel = NSMakeRect(panelPart_.x * pixel,
-                                  (frame_.height - panelPart_.y - panelPart_.height) * pixel,
-                                  panelPart_.width * pixel, panelPart_.height * pixel);
+  const NSRect panel =
+      NSMakeRect(panelPart_.x * pixel, (frame_.height - panelPart_.y - panelPart_.height) * pixel,
+                 panelPart_.width * pixel, panelPart_.height * pixel);
   if (isComposited_) {
     // A hem one pixel wide sets the menu off from what is as light or as dark as it.
     NSColor::colorWithDeviceWhite(0, 0.22).setFill();
@@ -118,8 +118,8 @@ void MenuPicture::drawPanel(const MenuPanel& panel, Part part) {
   // From the surroundings on, so that nothing is drawn twice over smooth corners.
   const auto columns = static_cast<size_t>(frame_.width);
   for (int row = part.y; row < part.y + part.height; ++row) {
-    const size_t start =
-        static_cast<size_t>(row + panelPart_.y) * columns + static_cast<size_t>(part.x + panelPart_.x);
+    const size_t start = static_cast<size_t>(row + panelPart_.y) * columns +
+                         static_cast<size_t>(part.x + panelPart_.x);
     std::copy_n(surroundings_.begin() + static_cast<ptrdiff_t>(start), part.width,
                 pixels_.begin() + static_cast<ptrdiff_t>(start));
   }
@@ -127,8 +127,8 @@ void MenuPicture::drawPanel(const MenuPanel& panel, Part part) {
   NSGraphicsContext& context = surface.context();
   const NSCurrentGraphicsContext current(context);
   const double pixel = 1 / scale_;
-  context.translateBy({panelPart_.x * pixel,
-                       (frame_.height - panelPart_.y - panelPart_.height) * pixel});
+  context.translateBy(
+      {panelPart_.x * pixel, (frame_.height - panelPart_.y - panelPart_.height) * pixel});
   context.flip(panelPart_.height * pixel);
   const NSRect rect =
       NSMakeRect(part.x * pixel, part.y * pixel, part.width * pixel, part.height * pixel);

@@ -90,7 +90,7 @@ void MenuTracker::keyPressed(const NSEvent& event) {
     case NSKeyCodeSpace:
       // In the middle of a word it is a letter.
       typed_.empty() || NSRunLoop::mainRunLoop().now() - typedAt_ > WordTime ? perform()
-                                                                            : typeAhead(" ");
+                                                                             : typeAhead(" ");
       break;
     case NSKeyCodeEscape:
       closeFrom(levels_.size() - 1);
@@ -178,9 +178,8 @@ void MenuTracker::moveFocus(bool isBackwards) {
   const auto place = std::ranges::find(controls, focusedView());
   const auto count = static_cast<int64_t>(controls.size());
   const int64_t step = isBackwards ? -1 : 1;
-  const int64_t next = place == controls.end()
-                           ? (isBackwards ? count - 1 : 0)
-                           : (place - controls.begin() + step + count) % count;
+  const int64_t next = place == controls.end() ? (isBackwards ? count - 1 : 0)
+                                               : (place - controls.begin() + step + count) % count;
   setFocus(controls[static_cast<size_t>(next)]);
   stateChanged();
 }

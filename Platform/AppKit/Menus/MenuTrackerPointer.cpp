@@ -135,9 +135,8 @@ void MenuTracker::pointerReleased(NSPoint place) {
   if (viewPointer_.isPressing()) {
     const std::optional<size_t> depth = levelAt(place);
     const MenuPanel* panel = depth ? levels_[*depth]->panel.get() : nullptr;
-    viewPointer_.release(panel != nullptr
-                             ? panel->pointInColumn(panel->pointFromDesktop(place))
-                             : NSPoint{-1, -1});
+    viewPointer_.release(panel != nullptr ? panel->pointInColumn(panel->pointFromDesktop(place))
+                                          : NSPoint{-1, -1});
     if (isTracking()) hover(place, false);
     return;
   }
@@ -239,8 +238,7 @@ void MenuTracker::touchMoved(NSPoint place) {
     viewPointer_.cancel();
   }
   const std::optional<size_t> depth = levelAt(*touchStart_);
-  const bool hasScrolled =
-      isTouchScrolling_ && depth && levels_[*depth]->panel->scrollBy(step);
+  const bool hasScrolled = isTouchScrolling_ && depth && levels_[*depth]->panel->scrollBy(step);
   if (hasScrolled) closeFrom(*depth + 1);
   if (!isTouchScrolling_) pointerMoved(place);
 }

@@ -9,7 +9,8 @@
 
 class NSMenu;
 
-/// One row of a menu: a view, what a click on it does, and the menu that it opens. Main thread only.
+/// One row of a menu: a view, what a click on it does, and the menu that it opens. Main thread
+/// only.
 class NSMenuItem : public NSObject {
  public:
   using Action = std::function<void()>;

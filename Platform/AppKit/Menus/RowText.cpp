@@ -20,9 +20,9 @@ void collect(const NSView& view, const NSView& row, std::vector<PlacedText>& tex
   if (!label.empty()) {
     constexpr double SameLine = 8;  // Fields of one line need not be level to the point.
     const NSRect place = view.convertRectToView(view.bounds(), &row);
-    const double top = row.isFlipped() ? place.origin.y
-                                       : row.bounds().size.height - place.origin.y -
-                                             place.size.height;
+    const double top = row.isFlipped()
+                           ? place.origin.y
+                           : row.bounds().size.height - place.origin.y - place.size.height;
     const bool isMirrored =
         row.userInterfaceLayoutDirection() == NSUserInterfaceLayoutDirection::RightToLeft;
     texts.push_back({std::llround(top / SameLine),

@@ -38,8 +38,8 @@ void NSTextFieldCell::drawInterior(NSRect frame, NSUserInterfaceLayoutDirection 
     attributes.alignment = attributes.alignment == NSTextAlignment::Left ? NSTextAlignment::Right
                                                                          : NSTextAlignment::Left;
   }
-  // Frames know nothing of the machine's fonts: a line box of another height is centred where theirs
-  // would have been.
+  // Frames know nothing of the machine's fonts: a line box of another height is centred where
+  // theirs would have been.
   const NSFont& font = attributes.font;
   const double slot = std::min(frame.size.height, font.pointSize() * LineHeight);
   const double drop = (slot - font.ascender() - font.descender()) / 2;

@@ -54,9 +54,7 @@ class NSTextField : public NSView {
   double textWidth() const;
 
   void drawRect(NSRect rect) override;
-  NSAccessibilityRole accessibilityRole() const override {
-    return NSAccessibilityRole::StaticText;
-  }
+  NSAccessibilityRole accessibilityRole() const override { return NSAccessibilityRole::StaticText; }
   std::string accessibilityLabel() const override { return stringValue(); }
 
  protected:

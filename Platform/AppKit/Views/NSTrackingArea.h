@@ -4,7 +4,8 @@
 
 #include "Platform/Foundation/NSGeometry.h"
 
-/// A part of a view whose `mouseEntered` and `mouseExited` are called as the pointer comes and goes.
+/// A part of a view whose `mouseEntered` and `mouseExited` are called as the pointer comes and
+/// goes.
 class NSTrackingArea {
  public:
   /// All that is seen of the view.

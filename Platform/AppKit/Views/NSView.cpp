@@ -34,13 +34,15 @@ void NSView::setFrame(NSRect frame) {
   if (frame == frame_) return;
   setNeedsDisplay(true);
   const NSSize old = std::exchange(frame_, frame).size;
-  if (frame.size != old) {
-    // A copy, as a view may take others out while it is resized.
-    for (const auto& subview : std::vector(subviews_))
-      subview->resizeWithOldSuperviewSize(old);
-  }
+  if (frame.size != old) resizeSubviewsWithOldSize(old);
   setNeedsDisplay(true);
   if (NSWindow* shownIn = window()) shownIn->viewFrameChanged(*this);
+}
+
+void NSView::resizeSubviewsWithOldSize(NSSize old) {
+  // A copy, as a view may take others out while it is resized.
+  for (const auto& subview : std::vector(subviews_))
+    subview->resizeWithOldSuperviewSize(old);
 }
 
 void NSView::resizeWithOldSuperviewSize(NSSize old) {

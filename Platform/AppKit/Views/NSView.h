@@ -48,6 +48,9 @@ class NSView : public NSObject {
   NSAutoresizingMask autoresizingMask() const { return autoresizingMask_; }
   void setAutoresizingMask(NSAutoresizingMask mask) { autoresizingMask_ = mask; }
 
+  /// Resizes the subviews by their masks, after this view's size was `old`.
+  virtual void resizeSubviewsWithOldSize(NSSize old);
+
   /// From and to another view of the tree; null stands for the window.
   NSPoint convertPointFromView(NSPoint point, const NSView* view) const;
   NSPoint convertPointToView(NSPoint point, const NSView* view) const;

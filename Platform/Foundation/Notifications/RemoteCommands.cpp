@@ -58,8 +58,8 @@ class RemoteCommands::Service : private MessageBusDelegate {
       return;
     }
     connection_ = static_cast<GDBusConnection*>(g_object_ref(connection));
-    ownership_ = g_bus_own_name_on_connection(connection, name_.c_str(), G_BUS_NAME_OWNER_FLAGS_NONE,
-                                              nullptr, nullptr, nullptr, nullptr);
+    ownership_ = g_bus_own_name_on_connection(
+        connection, name_.c_str(), G_BUS_NAME_OWNER_FLAGS_NONE, nullptr, nullptr, nullptr, nullptr);
   }
 
   void end() {
