@@ -179,9 +179,7 @@ class MenuTrackerTest : public testing::Test, private MenuScreen, private NSMenu
     return std::make_unique<Surface>();
   }
   void trackingEnded() override {}
-  void menuWillOpen(NSMenu& menu) override {
-    hear("open:" + menu.itemArray().front()->title());
-  }
+  void menuWillOpen(NSMenu& menu) override { hear("open:" + menu.itemArray().front()->title()); }
   void menuDidClose(NSMenu& menu) override {
     hear("close" + (menu.numberOfItems() > 0 ? ":" + menu.itemArray().front()->title() : ""));
   }
@@ -274,9 +272,9 @@ TEST_F(MenuTrackerTest, ScrollsWhatIsHigherThanTheMonitor) {
   area_ = NSMakeRect(0, 22, 800, 60);  // Of 124 points.
   EXPECT_EQ(after("m 550 40"), "A");
   EXPECT_EQ(then("s 30"), "C");
-  EXPECT_EQ(then("m 550 30"), "-");             // The upper arrow.
-  EXPECT_EQ(then("w 200 m 550 40"), "A");       // It has scrolled back to the top.
-  EXPECT_EQ(then("k End k Return"), "E>e1");    // Scrolled into sight.
+  EXPECT_EQ(then("m 550 30"), "-");           // The upper arrow.
+  EXPECT_EQ(then("w 200 m 550 40"), "A");     // It has scrolled back to the top.
+  EXPECT_EQ(then("k End k Return"), "E>e1");  // Scrolled into sight.
   EXPECT_EQ(tracker_.panel(1).frame(), NSMakeRect(600, 62, 100, 20));
   tracker_.close();
   EXPECT_EQ(after("m 550 78 w 1000 m 550 70"), "E>-");  // To the lower end.
@@ -321,7 +319,8 @@ TEST_F(MenuTrackerTest, TellsItsDelegateWhichMayChangeEverything) {
         if (heard != message || std::exchange(isDone, true)) return;
         isEmptied ? menu_->removeAllItems() : menu_->cancelTracking();
       };
-      EXPECT_EQ(after("m 550 30 w 201 m 620 30 f k Left f k Down").starts_with("closed"), !isEmptied)
+      EXPECT_EQ(after("m 550 30 w 201 m 620 30 f k Left f k Down").starts_with("closed"),
+                !isEmptied)
           << message;
       onMessage_ = nullptr;
       tracker_.close();
