@@ -51,9 +51,8 @@ NSSize MenuSnapshot::writePng(const std::filesystem::path& file, double scale) {
     const uint32_t* pixel = picture.pixels().data();
     for (int y = 0; y < frame.height; ++y) {
       for (int x = 0; x < frame.width; ++x, ++pixel) {
-        uint32_t& below =
-            canvas[static_cast<size_t>(top + y) * static_cast<size_t>(width) +
-                   static_cast<size_t>(left + x)];
+        uint32_t& below = canvas[static_cast<size_t>(top + y) * static_cast<size_t>(width) +
+                                 static_cast<size_t>(left + x)];
         below = over(*pixel, below);
       }
     }
