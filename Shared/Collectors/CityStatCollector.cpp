@@ -4,6 +4,7 @@
 #include <array>
 #include <utility>
 
+#include "Platform/Foundation/SharedInstance.h"
 #include "Platform/Foundation/Text/NSString.h"
 #include "Platform/Foundation/Text/ObjectDescription.h"
 #include "Shared/External/fmdb/FMDatabase.h"
@@ -54,10 +55,8 @@ void append(std::vector<CityRecord>& cities, std::vector<CityRecord> more) {
 
 const std::shared_ptr<CityStatCollector_Time>& CityStatCollector_Time::sharedCityStatCollector() {
   // Never destroyed: its queue may be at work while the process ends.
-  static const auto* const collector = std::make_unique<std::shared_ptr<CityStatCollector_Time>>(
-                                           std::make_shared<CityStatCollector_Time>())
-                                           .release();
-  return *collector;
+  static auto* const shared = std::make_unique<SharedInstance<CityStatCollector_Time>>().release();
+  return shared->get([] { return std::make_shared<CityStatCollector_Time>(); });
 }
 
 CityStatCollector_Time::CityStatCollector_Time()

@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "Platform/Foundation/SharedInstance.h"
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/VelmoraTime/Classes/FuzzyClock.h"
 
@@ -20,8 +21,8 @@ NSDateFormatter makeSharedFormatter() {
 }
 
 std::optional<ZEVDateAndTimeUtilities>& sharedInstance() {
-  static std::optional<ZEVDateAndTimeUtilities> utilities;
-  return utilities;
+  static SharedInstance<std::optional<ZEVDateAndTimeUtilities>> utilities;
+  return utilities.get();
 }
 
 }  // namespace
