@@ -41,7 +41,7 @@ std::vector<CityRecord> rows(FMDatabase_Time& database, const std::string& query
   std::vector<CityRecord> records;
   const auto cursor = database.executeQuery(query);
   while (cursor && cursor->next()) {
-    if (auto record = cursor->resultDictionary()) records.push_back(std::move(*record));
+    if (const auto row = cursor->resultDictionary()) records.push_back(cityRecordFromRow(*row));
   }
   return records;
 }
@@ -123,7 +123,8 @@ std::optional<CityRecord> CityStatCollector_Time::cityWithIdentifier(
   const auto cursor =
       database ? database->executeQuery("SELECT * FROM cities WHERE identifier = '" + key + "'")
                : nullptr;
-  return cursor && cursor->next() ? cursor->resultDictionary() : std::nullopt;
+  const auto row = cursor && cursor->next() ? cursor->resultDictionary() : std::nullopt;
+  return row ? std::optional(cityRecordFromRow(*row)) : std::nullopt;
 }
 
 void CityStatCollector_Time::searchWithString(std::string_view text) {
