@@ -13,6 +13,7 @@
 #include "Platform/Foundation/Time/SystemClock.h"
 #include "Platform/SystemUIPlugin/NSMenuBarSlot.h"
 #include "Targets/Shared/ZEVPreferences.h"
+#include "Targets/VelmoraTime/Classes/ClockTexts.h"
 #include "Targets/VelmoraTime/Classes/VelmoraTime.h"
 #include "Targets/VelmoraTime/Classes/VelmoraTimeMenuExtraView.h"
 #include "Targets/VelmoraTime/Classes/ZEVDateAndTimeUtilities.h"

@@ -4,6 +4,7 @@
 #include <array>
 #include <utility>
 
+#include "Platform/Foundation/SharedInstance.h"
 #include "Platform/Foundation/Text/NSString.h"
 #include "Platform/Foundation/Text/ObjectDescription.h"
 #include "Shared/External/fmdb/FMDatabase.h"
@@ -40,7 +41,7 @@ std::vector<CityRecord> rows(FMDatabase_Time& database, const std::string& query
   std::vector<CityRecord> records;
   const auto cursor = database.executeQuery(query);
   while (cursor && cursor->next()) {
-    if (auto record = cursor->resultDictionary()) records.push_back(std::move(*record));
+    if (const auto row = cursor->resultDictionary()) records.push_back(cityRecordFromRow(*row));
   }
   return records;
 }
@@ -54,10 +55,8 @@ void append(std::vector<CityRecord>& cities, std::vector<CityRecord> more) {
 
 const std::shared_ptr<CityStatCollector_Time>& CityStatCollector_Time::sharedCityStatCollector() {
   // Never destroyed: its queue may be at work while the process ends.
-  static const auto* const collector = std::make_unique<std::shared_ptr<CityStatCollector_Time>>(
-                                           std::make_shared<CityStatCollector_Time>())
-                                           .release();
-  return *collector;
+  static auto* const shared = std::make_unique<SharedInstance<CityStatCollector_Time>>().release();
+  return shared->get([] { return std::make_shared<CityStatCollector_Time>(); });
 }
 
 CityStatCollector_Time::CityStatCollector_Time()
@@ -124,7 +123,8 @@ std::optional<CityRecord> CityStatCollector_Time::cityWithIdentifier(
   const auto cursor =
       database ? database->executeQuery("SELECT * FROM cities WHERE identifier = '" + key + "'")
                : nullptr;
-  return cursor && cursor->next() ? cursor->resultDictionary() : std::nullopt;
+  const auto row = cursor && cursor->next() ? cursor->resultDictionary() : std::nullopt;
+  return row ? std::optional(cityRecordFromRow(*row)) : std::nullopt;
 }
 
 void CityStatCollector_Time::searchWithString(std::string_view text) {

@@ -9,12 +9,9 @@
 
 #include "Platform/Dispatch/Dispatch.h"
 #include "Platform/Foundation/PropertyLists/PropertyList.h"
+#include "Shared/Collectors/CityRecord.h"
 
 class FMDatabase_Time;
-
-/// A row of the table "cities", by column: "identifier", "city", "city_plain", "state", "country",
-/// "timezone", "latitude" and "longitude" (degrees, north- and east-positive).
-using CityRecord = PropertyList::Dictionary;
 
 /// Who waits for cities. Told on the collector's own queue, not on the main thread.
 class CityStatCollectorDelegate {

@@ -5,6 +5,7 @@
 
 #include "Platform/Foundation/Files/NSFileHandle.h"
 #include "Platform/Foundation/Files/NSPathUtilities.h"
+#include "Platform/Foundation/SharedInstance.h"
 #include "Shared/External/Logging/DDLogLine.h"
 
 namespace {
@@ -49,8 +50,8 @@ void copyToDisk(const std::filesystem::path& source, const std::filesystem::path
 }  // namespace
 
 HistoryDatabaseController_Time& HistoryDatabaseController_Time::sharedHistoryDatabaseController() {
-  static HistoryDatabaseController_Time controller;
-  return controller;
+  static SharedInstance<HistoryDatabaseController_Time> controller;
+  return controller.get();
 }
 
 std::shared_ptr<HistoryDatabaseItem_Time> HistoryDatabaseController_Time::databaseWithPath(

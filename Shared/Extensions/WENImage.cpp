@@ -1,4 +1,5 @@
 #include "Shared/Extensions/WENImage.h"
+#include "Platform/Foundation/SharedInstance.h"
 
 #include <map>
 #include <string>
@@ -7,7 +8,8 @@ namespace {
 
 std::shared_ptr<WENImage_Time> keptImage(const NSImage& image, ImagePartsLayout layout,
                                          const ImageInsets& insets) {
-  static std::map<std::string, std::shared_ptr<WENImage_Time>, std::less<>> images;
+  static SharedInstance<std::map<std::string, std::shared_ptr<WENImage_Time>, std::less<>>> shared;
+  auto& images = shared.get();
   if (image.name().empty()) return nullptr;
   const auto found = images.find(image.name());
   if (found != images.end()) return found->second;

@@ -5,6 +5,7 @@
 
 #include "Platform/AppKit/Drawing/NSDrawing.h"
 #include "Platform/AppKit/Drawing/NSGraphicsContext.h"
+#include "Platform/Foundation/SharedInstance.h"
 #include "Shared/Extensions/ImageParts.h"
 #include "Targets/Shared/ZEVPreferences.h"
 
@@ -36,8 +37,8 @@ void ZEVImageCacheItem_Time::drawInRect(NSRect rect, double alpha) const {
 }
 
 ZEVImageCache_Time& ZEVImageCache_Time::sharedCache() {
-  static ZEVImageCache_Time cache;
-  return cache;
+  static SharedInstance<ZEVImageCache_Time> cache;
+  return cache.get();
 }
 
 std::shared_ptr<NSImage> ZEVImageCache_Time::imageNamed(std::string_view name) {

@@ -7,6 +7,7 @@
 #include "Platform/Foundation/Process/HardwareModel.h"
 #include "Platform/Foundation/Process/NSLog.h"
 #include "Platform/Foundation/Settings/CFPreferences.h"
+#include "Platform/Foundation/SharedInstance.h"
 #include "Platform/Foundation/Text/NSString.h"
 #include "Targets/Shared/WENVersions.h"
 #include "Targets/Shared/ZEVColorText.h"
@@ -29,14 +30,14 @@ void setInDomain(std::string_view key, const PropertyList& value) {
   }
 }
 
-struct SharedInstance {
+struct SharedStore {
   std::unique_ptr<ZEVPreferences_Time> store;
   bool hasEnded = false;
 };
 
-SharedInstance& sharedInstance() {
-  static SharedInstance instance;
-  return instance;
+SharedStore& sharedInstance() {
+  static SharedInstance<SharedStore> instance;
+  return instance.get();
 }
 
 const PropertyList& valueForKey(std::string_view key) {
@@ -47,7 +48,7 @@ const PropertyList& valueForKey(std::string_view key) {
 }  // namespace
 
 ZEVPreferences_Time* ZEVPreferences_Time::sharedPreferences() {
-  SharedInstance& shared = sharedInstance();
+  SharedStore& shared = sharedInstance();
   if (!shared.store && !shared.hasEnded) shared.store = std::make_unique<ZEVPreferences_Time>();
   return shared.store.get();
 }

@@ -4,6 +4,7 @@
 
 #include "Platform/Foundation/Files/NSBundle.h"
 #include "Platform/Foundation/Settings/NSUserDefaults.h"
+#include "Platform/Foundation/SharedInstance.h"
 #include "Platform/Foundation/Text/StringsFile.h"
 #include "Targets/Shared/ZEVPreferences.h"
 
@@ -34,8 +35,8 @@ bool isOtherNameOfPortuguese(std::string_view language) {
 }  // namespace
 
 ZEVTranslations_Time& ZEVTranslations_Time::sharedTranslations() {
-  static ZEVTranslations_Time translations;
-  return translations;
+  static SharedInstance<ZEVTranslations_Time> translations;
+  return translations.get();
 }
 
 void ZEVTranslations_Time::cleanup() { sharedTranslations().translations_.clear(); }

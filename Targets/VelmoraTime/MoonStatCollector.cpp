@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "Platform/Foundation/SharedInstance.h"
 #include "Platform/Foundation/Time/NSDate.h"
 #include "Targets/VelmoraTime/Classes/MoonData.h"
 
@@ -17,7 +18,10 @@ std::shared_ptr<MoonStatCollector>& sharedInstance() {
 }  // namespace
 
 std::shared_ptr<MoonStatCollector> MoonStatCollector::sharedMoonCollector() {
-  if (!sharedInstance()) sharedInstance().reset(new MoonStatCollector);
+  if (!sharedInstance()) {
+    sharedInstance().reset(new MoonStatCollector);
+    onSharedInstancesReset(cleanup);
+  }
   return sharedInstance();
 }
 

@@ -7,6 +7,7 @@
 #include "Platform/Foundation/Settings/CFPreferences.h"
 #include "Platform/Foundation/Text/NSString.h"
 #include "Targets/Shared/ZEVPreferences.h"
+#include "Targets/VelmoraTime/Classes/ClockTexts.h"
 #include "Targets/VelmoraTime/Classes/VelmoraTime.h"
 #include "Targets/VelmoraTime/Classes/VelmoraTimeMenuExtraView.h"
 #include "Targets/VelmoraTime/Classes/ZEVDateAndTimeUtilities.h"

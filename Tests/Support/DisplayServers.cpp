@@ -53,11 +53,12 @@ ScreenPicture pictureFromPng(const fs::path& file) {
 
 void startSessionBus() {
   static std::unique_ptr<ChildProcess> bus;
-  if (bus) return;
-  bus = std::make_unique<ChildProcess>(std::vector<std::string>{
-      "dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address=1"});
-  if (!waitUntil([] { return bus->output().ends_with('\n'); })) {
-    throw std::runtime_error("no session bus: " + bus->errors());
+  if (!bus) {
+    bus = std::make_unique<ChildProcess>(std::vector<std::string>{
+        "dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address=1"});
+    if (!waitUntil([] { return bus->output().ends_with('\n'); })) {
+      throw std::runtime_error("no session bus: " + bus->errors());
+    }
   }
   const std::string line = bus->output();
   setenv("DBUS_SESSION_BUS_ADDRESS", line.substr(0, line.find('\n')).c_str(), 1);

@@ -3,10 +3,21 @@
 
 #include <gtest/gtest.h>
 #include <stdlib.h>
+#include <unistd.h>
 
+#include <cstdlib>
 #include <filesystem>
+#include <map>
+#include <memory>
+#include <optional>
 #include <string>
+#include <utility>
 
+#include "Platform/Foundation/RunLoop/NSRunLoop.h"
+#include "Platform/Foundation/SharedInstance.h"
+#include "Platform/Foundation/Text/NSLocale.h"
+#include "Platform/Foundation/Time/SystemClock.h"
+#include "Platform/Foundation/Zones/NSTimeZone.h"
 #include "Tests/Support/TestEnvironment.h"
 
 namespace {
@@ -15,6 +26,63 @@ namespace {
 constexpr const char* ThreadSanitizerOptions = "ignore_noninstrumented_modules=1";
 
 std::filesystem::path temporaryFolder;
+
+/// Folders of the test's own, and the variables that name them.
+constexpr std::pair<const char*, const char*> Folders[] = {{"HOME", "home"},
+                                                           {"XDG_CONFIG_HOME", "config"},
+                                                           {"XDG_DATA_HOME", "data"},
+                                                           {"XDG_STATE_HOME", "state"},
+                                                           {"XDG_CACHE_HOME", "cache"},
+                                                           {"XDG_RUNTIME_DIR", "runtime"}};
+
+void makeFolders() {
+  for (const auto& [variable, folder] : Folders) {
+    const auto path = temporaryFolder / folder;
+    std::filesystem::create_directory(path);
+    std::filesystem::permissions(path, std::filesystem::perms::owner_all);
+  }
+}
+
+/// Leaves nothing of a test to the next one in the same process.
+class FreshStart : public testing::EmptyTestEventListener {
+ public:
+  void OnTestEnd(const testing::TestInfo&) override {
+    // The test's own clock and loop have gone with it.
+    NSRunLoop::setMainRunLoop(nullptr);
+    SystemClock::install(nullptr);
+    resetSharedInstances();
+    restoreEnvironment();
+    NSTimeZone::setSystemTimeZone(std::nullopt);
+    NSTimeZone::resetSystemTimeZone();
+    NSLocale::setCurrentLocale("");
+    for (const auto& entry : std::filesystem::directory_iterator(temporaryFolder)) {
+      std::error_code error;
+      std::filesystem::remove_all(entry, error);
+    }
+    makeFolders();
+  }
+
+ private:
+  static std::map<std::string, std::string> presentEnvironment() {
+    std::map<std::string, std::string> variables;
+    for (char** entry = environ; *entry != nullptr; ++entry) {
+      const std::string text = *entry;
+      const size_t end = text.find('=');
+      variables.emplace(text.substr(0, end), text.substr(end + 1));
+    }
+    return variables;
+  }
+
+  void restoreEnvironment() const {
+    for (const auto& [name, value] : presentEnvironment()) {
+      if (!environment_.contains(name)) unsetenv(name.c_str());
+    }
+    for (const auto& [name, value] : environment_)
+      setenv(name.c_str(), value.c_str(), 1);
+  }
+
+  const std::map<std::string, std::string> environment_ = presentEnvironment();
+};
 
 }  // namespace
 
@@ -30,17 +98,15 @@ int main(int argc, char** argv) {
   std::string pattern = (std::filesystem::temp_directory_path() / "velmora-test-XXXXXX").string();
   if (mkdtemp(pattern.data()) == nullptr) return 1;
   temporaryFolder = pattern;
-  for (const auto& [variable, folder] : {std::pair{"HOME", "home"},
-                                         {"XDG_CONFIG_HOME", "config"},
-                                         {"XDG_DATA_HOME", "data"},
-                                         {"XDG_STATE_HOME", "state"},
-                                         {"XDG_CACHE_HOME", "cache"},
-                                         {"XDG_RUNTIME_DIR", "runtime"}}) {
-    const auto path = temporaryFolder / folder;
-    std::filesystem::create_directory(path);
-    std::filesystem::permissions(path, std::filesystem::perms::owner_all);
-    setenv(variable, path.c_str(), 1);
-  }
+  // Also where a test ends the process itself, but not where that is a copy of this one.
+  static const pid_t owner = getpid();
+  std::atexit([] {
+    std::error_code error;
+    if (getpid() == owner) std::filesystem::remove_all(temporaryFolder, error);
+  });
+  makeFolders();
+  for (const auto& [variable, folder] : Folders)
+    setenv(variable, (temporaryFolder / folder).c_str(), 1);
   for (const char* variable :
        {"DBUS_SESSION_BUS_ADDRESS", "DISPLAY", "WAYLAND_DISPLAY", "LC_ALL", "LC_TIME",
         "LC_MESSAGES", "LANGUAGE", "TZDIR", "VELMORA_SUPPORT_DIR"}) {
@@ -49,8 +115,6 @@ int main(int argc, char** argv) {
   setenv("TSAN_OPTIONS", ThreadSanitizerOptions, 1);  // For the programs that a test starts.
   setenv("LANG", "en_US.UTF-8", 1);
   setenv("TZ", "UTC", 1);
-  const int status = RUN_ALL_TESTS();
-  std::error_code error;
-  std::filesystem::remove_all(temporaryFolder, error);
-  return status;
+  testing::UnitTest::GetInstance()->listeners().Append(std::make_unique<FreshStart>().release());
+  return RUN_ALL_TESTS();
 }

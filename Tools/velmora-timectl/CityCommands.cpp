@@ -30,13 +30,14 @@ class LoadedCities : public CityStatCollectorDelegate {
 std::string escaped(std::string_view text) { return stringByReplacingOccurrences(text, "'", "''"); }
 
 Json cityJson(const CityRecord& city) {
-  Json json = Json::object();
-  for (const char* column : {"identifier", "city", "city_plain", "state", "country", "timezone",
-                             "latitude", "longitude"}) {
-    const auto found = city.find(column);
-    json[column] = found == city.end() ? Json() : jsonFromPropertyList(found->second);
-  }
-  return json;
+  return {{"identifier", city.identifier},
+          {"city", city.city},
+          {"city_plain", city.cityPlain},
+          {"state", city.state},
+          {"country", city.country ? Json(*city.country) : Json()},
+          {"timezone", city.timezone},
+          {"latitude", city.latitude},
+          {"longitude", city.longitude}};
 }
 
 Json getCity(const Arguments& arguments) {

@@ -2,6 +2,7 @@
 #include <memory>
 
 #include "Platform/Foundation/Time/SystemClock.h"
+#include "Targets/VelmoraTime/Classes/ClockTexts.h"
 #include "Targets/VelmoraTime/Classes/FuzzyClock.h"
 #include "Targets/VelmoraTime/Classes/ZEVDateAndTimeUtilities.h"
 #include "Tools/velmora-timectl/Command.h"

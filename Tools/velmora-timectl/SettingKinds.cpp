@@ -7,6 +7,7 @@
 #include "Targets/Shared/ZEVColorText.h"
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/Shared/ZEVTranslations.h"
+#include "Targets/VelmoraTime/Classes/ClockElements.h"
 
 namespace {
 
@@ -35,8 +36,9 @@ bool isColor(const PropertyList& value) {
   return std::all_of(parts.begin(), parts.end(), isColorPart);
 }
 
-/// The clock cannot take both ends off a literal of one character.
-bool isFormatElement(const PropertyList& value) { return isText(value) && *value.string() != "'"; }
+bool isFormatElement(const PropertyList& value) {
+  return isText(value) && isClockElement(*value.string());
+}
 
 bool isLanguage(const PropertyList& value) {
   return isText(value) && ZEVTranslations_Time::hasLanguage(*value.string());

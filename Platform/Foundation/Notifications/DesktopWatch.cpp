@@ -3,13 +3,17 @@
 #include "Platform/Foundation/Notifications/NSDistributedNotificationCenter.h"
 #include "Platform/Foundation/RunLoop/NSRunLoop.h"
 #include "Platform/Foundation/Settings/DesktopSettings_p.h"
+#include "Platform/Foundation/SharedInstance.h"
 
 void startDesktopWatch(std::string_view notificationName) {
   if (notificationName == "NSSystemClockDidChangeNotification") {
-    static const auto clock = makeSystemClockWatch();
-    static const auto sleep = makeSleepWatch();
+    static SharedInstance<DesktopWatch> clock;
+    static SharedInstance<DesktopWatch> sleep;
+    clock.get(makeSystemClockWatch);
+    sleep.get(makeSleepWatch);
   } else if (notificationName == "NSSystemTimeZoneDidChangeNotification") {
-    static const auto zone = makeTimeZoneWatch();
+    static SharedInstance<DesktopWatch> zone;
+    zone.get(makeTimeZoneWatch);
   } else if (notificationName == "AppleInterfaceThemeChangedNotification" ||
              notificationName == "AXInterfaceIncreaseContrastStatusDidChange") {
     watchDesktopSettings();

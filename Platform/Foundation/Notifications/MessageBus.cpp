@@ -7,6 +7,7 @@
 
 #include "Platform/Foundation/Notifications/BusConnectionAttempt_p.h"
 #include "Platform/Foundation/Process/NSLog.h"
+#include "Platform/Foundation/SharedInstance.h"
 
 using namespace std::chrono_literals;
 
@@ -37,24 +38,34 @@ bool isThere(GBusType type) {
 }  // namespace
 
 MessageBus& MessageBus::sessionBus() {
-  // Neither bus is ever destroyed: a handshake may end while the process does.
-  static MessageBus* const bus = [] {
+  // Neither bus is destroyed with the process: a handshake may end while that does.
+  static auto* const shared = std::make_unique<SharedInstance<MessageBus>>().release();
+  return *shared->get([] {
     auto made = make(G_BUS_TYPE_SESSION, "session bus");
     made->waitAMoment();
-    return made.release();
-  }();
-  return *bus;
+    return made;
+  });
 }
 
 MessageBus& MessageBus::systemBus() {
-  static MessageBus* const bus = make(G_BUS_TYPE_SYSTEM, "system bus").release();
-  return *bus;
+  static auto* const shared = std::make_unique<SharedInstance<MessageBus>>().release();
+  return *shared->get([] { return make(G_BUS_TYPE_SYSTEM, "system bus"); });
 }
 
 std::unique_ptr<MessageBus> MessageBus::make(GBusType type, const char* name) {
   std::unique_ptr<MessageBus> bus(new MessageBus(type, name));
   if (isThere(type)) bus->connect();
   return bus;
+}
+
+MessageBus::~MessageBus() {
+  for (const guint source : {handshakeTimeout_, pauseTimeout_}) {
+    if (source != 0) g_source_remove(source);
+  }
+  if (attempt_) attempt_->giveUp();
+  if (connection_ == nullptr) return;
+  g_signal_handlers_disconnect_by_data(connection_, this);
+  g_object_unref(connection_);
 }
 
 std::string MessageBus::address() const {
@@ -74,7 +85,9 @@ void MessageBus::connect() {
   const std::string address = this->address();
   if (address.empty()) return connectAfterAPause();
   attempt_ = BusConnectionAttempt::start(
-      address, [this](BusConnectionAttempt& attempt) { attemptEnded(attempt); });
+      address, [this, life = std::weak_ptr(life_)](BusConnectionAttempt& attempt) {
+        if (!life.expired()) attemptEnded(attempt);
+      });
   const auto giveUp = [](gpointer self) -> gboolean {
     auto& bus = *static_cast<MessageBus*>(self);
     bus.handshakeTimeout_ = 0;
@@ -88,10 +101,12 @@ void MessageBus::connect() {
 
 void MessageBus::connectAfterAPause() {
   const auto again = [](gpointer self) -> gboolean {
-    static_cast<MessageBus*>(self)->connect();
+    auto& bus = *static_cast<MessageBus*>(self);
+    bus.pauseTimeout_ = 0;
+    bus.connect();
     return G_SOURCE_REMOVE;
   };
-  g_timeout_add(static_cast<guint>(pause_.count()), again, this);
+  pauseTimeout_ = g_timeout_add(static_cast<guint>(pause_.count()), again, this);
   pause_ = std::min(2 * pause_, LongestPause);
 }
 

@@ -40,6 +40,7 @@ class MessageBus {
 
   MessageBus(const MessageBus&) = delete;
   MessageBus& operator=(const MessageBus&) = delete;
+  ~MessageBus();
 
   /// Adds a delegate and calls it at once if there is a connection. One that does not stay for good
   /// removes itself.
@@ -69,7 +70,10 @@ class MessageBus {
   DelegateList<MessageBusDelegate> delegates_;
   GDBusConnection* connection_ = nullptr;
   std::shared_ptr<BusConnectionAttempt> attempt_;
+  /// Tells an attempt whether this bus is still there when it ends.
+  const std::shared_ptr<void> life_ = std::make_shared<char>();
   guint handshakeTimeout_ = 0;
+  guint pauseTimeout_ = 0;
   /// Before the next attempt; doubled by each that fails.
   std::chrono::milliseconds pause_ = FirstPause;
   bool isTroubleReported_ = false;

@@ -8,6 +8,7 @@
 #include "Platform/Foundation/Notifications/SignalSubscription_p.h"
 #include "Platform/Foundation/Process/NSLog.h"
 #include "Platform/Foundation/RunLoop/NSRunLoop.h"
+#include "Platform/Foundation/SharedInstance.h"
 
 namespace {
 
@@ -46,22 +47,29 @@ class DBusNotificationCenter : public NSDistributedNotificationCenter, private M
     bus_.addDelegate(*this);
     isStarting_ = false;
   }
+  ~DBusNotificationCenter() override {
+    bus_.removeDelegate(*this);
+    g_cancellable_cancel(cancellable_);
+    g_object_unref(cancellable_);
+  }
+  DBusNotificationCenter(const DBusNotificationCenter&) = delete;
+  DBusNotificationCenter& operator=(const DBusNotificationCenter&) = delete;
 
   NSObservation addObserver(std::string_view name, NSNotificationHandler handler) override {
     startDesktopWatch(name);
-    return local_.addObserver(name, std::move(handler));
+    return local_->addObserver(name, std::move(handler));
   }
 
   void postNotification(std::string_view name, const PropertyList::Dictionary& userInfo) override {
     PropertyList::Dictionary texts = textsOf(userInfo);
     if (send(name, texts)) return;
     NSRunLoop::mainRunLoop().performBlock(
-        [this, name = std::string(name), texts = std::move(texts)] {
-          local_.postNotification(name, texts);
+        [local = local_, name = std::string(name), texts = std::move(texts)] {
+          local->postNotification(name, texts);
         });
   }
 
-  void deliver(std::string_view name) override { local_.postNotification(name); }
+  void deliver(std::string_view name) override { local_->postNotification(name); }
 
  private:
   void busConnected(GDBusConnection* connection) override {
@@ -79,7 +87,7 @@ class DBusNotificationCenter : public NSDistributedNotificationCenter, private M
       });
     };
     g_dbus_connection_call(connection, BusName, BusPath, BusName, BusQuestion, nullptr, nullptr,
-                           G_DBUS_CALL_FLAGS_NONE, -1, nullptr, subscribed, this);
+                           G_DBUS_CALL_FLAGS_NONE, -1, cancellable_, subscribed, this);
   }
 
   /// Returns whether the bus has the signal, or may still take it; it then comes back to this
@@ -122,11 +130,13 @@ class DBusNotificationCenter : public NSDistributedNotificationCenter, private M
     while (g_variant_iter_next(&iterator, "{&s&s}", &key, &value))
       userInfo.emplace(key, value);
     NSRunLoop::guarded([&] {
-      static_cast<DBusNotificationCenter*>(self)->local_.postNotification(name, userInfo);
+      static_cast<DBusNotificationCenter*>(self)->local_->postNotification(name, userInfo);
     });
   }
 
-  NSNotificationCenter local_;
+  /// Held by what waits in the run loop, too.
+  const std::shared_ptr<NSNotificationCenter> local_ = std::make_shared<NSNotificationCenter>();
+  GCancellable* const cancellable_ = g_cancellable_new();  ///< An answer may come after the end.
   MessageBus& bus_ = MessageBus::sessionBus();
   bool isStarting_ = true;
   std::unique_ptr<SignalSubscription> subscription_;
@@ -135,6 +145,6 @@ class DBusNotificationCenter : public NSDistributedNotificationCenter, private M
 }  // namespace
 
 NSDistributedNotificationCenter& NSDistributedNotificationCenter::defaultCenter() {
-  static DBusNotificationCenter center;
-  return center;
+  static SharedInstance<DBusNotificationCenter> center;
+  return center.get();
 }

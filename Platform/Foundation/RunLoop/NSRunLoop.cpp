@@ -7,6 +7,7 @@
 #include <string>
 
 #include "Platform/Foundation/Process/NSLog.h"
+#include "Platform/Foundation/SharedInstance.h"
 
 namespace {
 
@@ -16,8 +17,9 @@ void reportOnce(const std::string& text) {
   // A fault in the tick repeats each second; the bound keeps a text that varies from growing this.
   constexpr size_t MaximumRemembered = 256;
   static std::mutex mutex;
-  static std::set<std::string> reported;
+  static SharedInstance<std::set<std::string>> shared;
   const std::lock_guard guard(mutex);
+  std::set<std::string>& reported = shared.get();
   if (reported.size() >= MaximumRemembered) reported.clear();
   if (reported.insert(text).second) NSLog("error: " + text);
 }

@@ -8,6 +8,7 @@
 #include "Platform/Foundation/PropertyLists/NSPropertyListSerialization.h"
 #include "Platform/Foundation/Settings/DesktopSettings_p.h"
 #include "Platform/Foundation/Settings/PreferenceFile.h"
+#include "Platform/Foundation/SharedInstance.h"
 
 namespace {
 
@@ -24,8 +25,8 @@ struct Domain {
 using Domains = std::map<std::string, std::unique_ptr<Domain>, std::less<>>;
 
 Domains& allDomains() {
-  static Domains domains;
-  return domains;
+  static SharedInstance<Domains> domains;
+  return domains.get();
 }
 
 Domain& domainNamed(std::string_view applicationId) {

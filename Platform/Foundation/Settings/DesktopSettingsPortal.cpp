@@ -19,6 +19,7 @@
 #include "Platform/Foundation/Notifications/MessageBus_p.h"
 #include "Platform/Foundation/Notifications/SignalSubscription_p.h"
 #include "Platform/Foundation/Settings/DesktopSettings_p.h"
+#include "Platform/Foundation/SharedInstance.h"
 
 namespace {
 
@@ -59,6 +60,13 @@ class SettingsPortal : private MessageBusDelegate {
     MessageBus::sessionBus().addDelegate(*this);
     isStarting_ = false;
   }
+  ~SettingsPortal() override {
+    MessageBus::sessionBus().removeDelegate(*this);
+    g_cancellable_cancel(cancellable_);
+    g_object_unref(cancellable_);
+  }
+  SettingsPortal(const SettingsPortal&) = delete;
+  SettingsPortal& operator=(const SettingsPortal&) = delete;
 
   PropertyList value(std::string_view key, std::string_view domain) const {
     constexpr uint32_t PrefersDark = 1;
@@ -115,7 +123,8 @@ class SettingsPortal : private MessageBusDelegate {
       question->portal->take(*question->setting, value.get());
     };
     g_dbus_connection_call(bus_, BusName, ObjectPath, InterfaceName, "Read", readArguments(setting),
-                           G_VARIANT_TYPE("(v)"), G_DBUS_CALL_FLAGS_NONE, -1, nullptr, answered,
+                           G_VARIANT_TYPE("(v)"), G_DBUS_CALL_FLAGS_NONE, -1, cancellable_,
+                           answered,
                            std::make_unique<Question>(Question{this, &setting}).release());
   }
 
@@ -150,6 +159,7 @@ class SettingsPortal : private MessageBusDelegate {
       portal->readLater(setting);
   }
 
+  GCancellable* const cancellable_ = g_cancellable_new();  ///< An answer may come after the end.
   /// Kept by the subscriptions.
   GDBusConnection* bus_ = nullptr;
   bool isStarting_ = true;
@@ -164,8 +174,8 @@ class SettingsPortal : private MessageBusDelegate {
 };
 
 SettingsPortal& sharedPortal() {
-  static SettingsPortal portal;
-  return portal;
+  static SharedInstance<SettingsPortal> portal;
+  return portal.get();
 }
 
 }  // namespace

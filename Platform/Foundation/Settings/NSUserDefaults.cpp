@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #include "Platform/Foundation/Settings/CFPreferences.h"
+#include "Platform/Foundation/SharedInstance.h"
 #include "Platform/Foundation/Text/NSLocale.h"
 #include "Platform/Foundation/Text/NSString.h"
 #include "Platform/Foundation/Zones/NSTimeZone.h"
@@ -38,8 +39,8 @@ PropertyList cityOfSystemZone() {
 }  // namespace
 
 NSUserDefaults& NSUserDefaults::standardUserDefaults() {
-  static NSUserDefaults defaults;
-  return defaults;
+  static SharedInstance<NSUserDefaults> defaults;
+  return defaults.get();
 }
 
 const PropertyList::Dictionary& NSUserDefaults::dictionaryRepresentation() {

@@ -17,6 +17,7 @@ namespace {
 class SleepWatch : public DesktopWatch, private MessageBusDelegate {
  public:
   SleepWatch() { MessageBus::systemBus().addDelegate(*this); }
+  ~SleepWatch() override { MessageBus::systemBus().removeDelegate(*this); }
 
  private:
   void busConnected(GDBusConnection* bus) override {

@@ -50,6 +50,7 @@ class TimeZoneWatch : public DesktopWatch, private MessageBusDelegate {
     watchTarget();
     MessageBus::systemBus().addDelegate(*this);
   }
+  ~TimeZoneWatch() override { MessageBus::systemBus().removeDelegate(*this); }
 
  private:
   void busConnected(GDBusConnection* bus) override {

@@ -6,6 +6,7 @@
 
 #include "Platform/Foundation/Process/NSProcessInfo.h"
 #include "Platform/Foundation/RunLoop/NSRunLoop.h"
+#include "Platform/Foundation/SharedInstance.h"
 #include "Shared/External/Logging/DDLoggerNode.h"
 #include "Shared/External/Logging/DDLogMessage.h"
 #include "Shared/External/Logging/FormattedText.h"
@@ -43,6 +44,10 @@ bool DDLog_Time::isOnLoggingQueue() { return dispatch_get_specific(&core()) != n
 
 void DDLog_Time::addLogger(std::shared_ptr<DDAbstractLogger_Time> logger, int32_t logLevel) {
   if (!logger) return;
+  onSharedInstancesReset([] {
+    removeAllLoggers();
+    flushLog();
+  });
   dispatch_async(loggingQueue(),
                  [logger = std::move(logger), logLevel] { lt_addLogger(logger, logLevel); });
 }

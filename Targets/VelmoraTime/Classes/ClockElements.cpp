@@ -1,11 +1,99 @@
 #include "Targets/VelmoraTime/Classes/ClockElements.h"
 
 #include <algorithm>
+#include <iterator>
 #include <stdexcept>
+#include <utility>
 
 #include "Platform/Foundation/Text/NSString.h"
-#include "Targets/Shared/ZEVTranslations.h"
-#include "Targets/VelmoraTime/Classes/ZEVDateAndTimeUtilities.h"
+#include "Platform/Foundation/Time/NSDateFormatter.h"
+
+namespace {
+
+using enum ElementKind;
+
+constexpr TimeRoles DialHour = {
+    .isBareTime = true, .isHour = true, .turnsToMinutes = true, .isOnDial = true};
+constexpr TimeRoles PaddedHour = {.isBareTime = true, .isHour = true, .turnsToMinutes = true};
+constexpr TimeRoles PlainHour = {.isBareTime = true, .isHour = true};
+constexpr TimeRoles PaddedMinutes = {.isBareTime = true, .isMinutes = true};
+constexpr TimeRoles PlainMinutes = {.isMinutes = true};
+constexpr TimeRoles OtherTime = {.isBareTime = true};
+
+constexpr ClockElement Vocabulary[] = {
+    // Name, whether a prefix, what `dateString` makes of it, what the bar, the time of day.
+    {"__DAY_MTWRFSU__", false, WeekdayLetter, WeekdayLetter, {}},
+    {"__RELATIVE_DAY__", false, Today, Today, {}},
+    {"__DAY_SUFFIX__", false, DaySuffix, DaySuffix, {}},
+    {"__DAY_SUFFIX_UPPER__", false, DaySuffixUpper, DaySuffixUpper, {}},
+    {"FUZZY", true, FuzzyClock, MenubarFuzzyClock, {}},
+    {"___ICON__MOON__", true, Pattern, Moon, {}},
+    {"___ICON", true, Pattern, CalendarLeaf, {}},
+    {"':'", false, Pattern, Separator, {}},
+    {"'.'", false, Pattern, Separator, {}},
+    {"w", false, LocalWeek, UniversalWeek, {}},
+    {"h", false, Pattern, Pattern, DialHour},
+    {"hh", false, Pattern, Pattern, DialHour},
+    {"H", false, Pattern, Pattern, PlainHour},
+    {"HH", false, Pattern, Pattern, PaddedHour},
+    {"m", false, Pattern, Pattern, PlainMinutes},
+    {"mm", false, Pattern, Pattern, PaddedMinutes},
+    {"ss", false, Pattern, Pattern, OtherTime},
+    {"a", false, Pattern, Pattern, OtherTime},
+    {"aa", false, Pattern, Pattern, OtherTime},
+    {"aaa", false, Pattern, Pattern, OtherTime},
+};
+
+const ClockElement& entryOf(std::string_view element) {
+  static constexpr ClockElement AnyPattern;
+  const auto* const found =
+      std::find_if(std::begin(Vocabulary), std::end(Vocabulary), [&](const ClockElement& entry) {
+        return entry.isPrefix ? element.starts_with(entry.name) : element == entry.name;
+      });
+  return found != std::end(Vocabulary) ? *found : AnyPattern;
+}
+
+/// Whether any element has a role.
+bool hasRole(const ClockElements& elements, bool TimeRoles::*role) {
+  return std::any_of(elements.begin(), elements.end(), [role](const std::string& element) {
+    return timeRolesOfElement(element).*role;
+  });
+}
+
+ClockElements timePart(const ClockElements& elements) {
+  ClockElements kept;
+  for (const std::string& element : elements) {
+    const bool isTime = timeRolesOfElement(element).isBareTime;
+    const bool hasStarted = isTime || !kept.empty();
+    if (!hasStarted) continue;
+    if (!isTime && element.find('\'') == std::string::npos) break;
+    kept.push_back(element);
+  }
+  if (!kept.empty() && isLiteral(kept.back())) kept.pop_back();
+  return kept;
+}
+
+ClockElements timeFormatOfLocale() {
+  NSDateFormatter formatter;
+  formatter.setDateStyle(NSDateFormatterStyle::None);
+  formatter.setTimeStyle(NSDateFormatterStyle::Short);
+  const std::string pattern = formatter.dateFormat();
+  if (pattern.find('H') != std::string::npos) return {"H", "':'", "mm"};
+  return {pattern.find("hh") != std::string::npos ? "hh" : "h", "':'", "mm ", "a"};
+}
+
+}  // namespace
+
+std::span<const ClockElement> clockVocabulary() { return Vocabulary; }
+
+ElementKind kindOfElement(std::string_view element, ClockWalker walker) {
+  const ClockElement& entry = entryOf(element);
+  return walker == ClockWalker::Menubar ? entry.inMenubar : entry.inDateString;
+}
+
+TimeRoles timeRolesOfElement(std::string_view element) { return entryOf(element).roles; }
+
+bool isClockElement(std::string_view text) { return text != "'"; }
 
 ClockElements clockElementsFromSetting(const PropertyList& value, std::string_view key) {
   if (value.isNull()) return {};
@@ -20,11 +108,6 @@ ClockElements clockElementsFromSetting(const PropertyList& value, std::string_vi
     elements.push_back(*item.string());
   }
   return elements;
-}
-
-std::string dayPeriodMarker(NSDateFormatter& formatter, const NSDate& date) {
-  formatter.setDateFormat("a");
-  return substringToIndex(formatter.stringFromDate(date), 1);
 }
 
 std::string withStandAloneWeekdays(std::string_view element) {
@@ -48,40 +131,21 @@ std::string withMarkerLiterals(const std::string& element, const std::string& ma
   return stringByReplacingOccurrences(result, "aa", "'" + uppercaseString(marker) + "'");
 }
 
-std::string weekdayLetter() {
-  constexpr std::string_view Letters = "UMTWRFS";
-  const int64_t weekday = ZEVDateAndTimeUtilities::sharedUtilities().weekdayOfToday();
-  const size_t index = weekday >= 1 && weekday <= 7 ? static_cast<size_t>(weekday - 1) : 0;
-  return std::string(Letters.substr(index, 1));
-}
-
-std::string relativeDayText() { return WENLocalizedString("Today", "", "time"); }
-
 SecondHourRule::SecondHourRule(const ClockElements& elements)
-    : hasMinutes_(std::any_of(elements.begin(), elements.end(), [](const std::string& element) {
-        return element == "m" || element == "mm";
-      })) {}
+    : hasMinutes_(hasRole(elements, &TimeRoles::isMinutes)) {}
 
 std::string SecondHourRule::apply(std::string element) {
-  if (hasMinutes_) return element;
-  const bool isHour = element == "h" || element == "hh" || element == "HH";
-  if (!hasSeenHour_) {
-    hasSeenHour_ = isHour;
-    return element;
-  }
-  return isHour ? "mm" : element;
+  if (hasMinutes_ || !timeRolesOfElement(element).turnsToMinutes) return element;
+  return std::exchange(hasSeenHour_, true) ? "mm" : element;
 }
 
-std::string validateHourString(std::string_view text, std::string_view element) {
-  const int64_t value = integerValue(text);
-  const int64_t hour = value == 0 ? 12 : value >= 13 ? value - 12 : value;
-  const bool wantsZero = hour < 10 && element == "hh";
-  return stringWithDigitsOf((wantsZero ? "0" : "") + std::to_string(hour), text);
+bool endsTime(std::string_view pattern) {
+  constexpr std::string_view LastLetters = "ahHm";
+  return !pattern.empty() && LastLetters.find(pattern.back()) != std::string_view::npos;
 }
 
-std::string formattedElement(const std::string& element, NSDateFormatter& formatter,
-                             const NSDate& date) {
-  formatter.setDateFormat(element);
-  std::string text = formatter.stringFromDate(date);
-  return element == "hh" || element == "h" ? validateHourString(text, element) : text;
+ClockElements bareTimeFormat(const ClockElements& elements) {
+  ClockElements kept = timePart(elements);
+  const bool isComplete = hasRole(kept, &TimeRoles::isHour) && hasRole(kept, &TimeRoles::isMinutes);
+  return isComplete ? kept : timeFormatOfLocale();
 }

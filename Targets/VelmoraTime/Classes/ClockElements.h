@@ -1,23 +1,68 @@
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "Platform/Foundation/PropertyLists/PropertyList.h"
-#include "Platform/Foundation/Time/NSDate.h"
-#include "Platform/Foundation/Time/NSDateFormatter.h"
 
-/// A clock format: an ordered list of elements, each turned into text by itself. Here stand the
-/// steps that the walkers of such a list share.
+/// A clock format: an ordered list of elements, each turned into text (`ClockTexts`) or into a
+/// picture by itself. The vocabulary stands here; nothing else knows an element by its name.
 using ClockElements = std::vector<std::string>;
+
+/// Who walks a list: `dateString`, and the bar, which adds pictures and flashing separators.
+enum class ClockWalker { DateString, Menubar };
+
+/// What a walker makes of an element.
+enum class ElementKind {
+  Pattern,  ///< A date pattern or quoted literal, with the AM/PM markers replaced in it.
+  WeekdayLetter,
+  Today,
+  DaySuffix,
+  DaySuffixUpper,
+  FuzzyClock,         ///< In the wording of the utilities.
+  MenubarFuzzyClock,  ///< In that of the bar.
+  LocalWeek,          ///< The week of the wall clock's date in the formatter's zone.
+  UniversalWeek,      ///< The week of the date in UTC.
+  Separator,
+  Moon,
+  CalendarLeaf,
+};
+
+/// The rules about the time of day in which an element takes part.
+struct TimeRoles {
+  bool isBareTime = false;      ///< May stand in the format of a bare time.
+  bool isHour = false;          ///< Makes that format complete, with minutes.
+  bool isMinutes = false;       ///< Lets every hour of the list stay one.
+  bool turnsToMinutes = false;  ///< As the second hour of a list without minutes.
+  bool isOnDial = false;        ///< Its text goes on a 12-hour dial.
+};
+
+/// One entry of the vocabulary.
+struct ClockElement {
+  std::string_view name;
+  bool isPrefix = false;  ///< The name is how the element begins; else it is all of it.
+  ElementKind inDateString = ElementKind::Pattern;
+  ElementKind inMenubar = ElementKind::Pattern;
+  TimeRoles roles;
+};
+
+/// All of them; of two that fit, the first counts. What is not among them is a pattern.
+std::span<const ClockElement> clockVocabulary();
+
+ElementKind kindOfElement(std::string_view element, ClockWalker walker);
+TimeRoles timeRolesOfElement(std::string_view element);
+
+/// Between apostrophes, which are not shown.
+inline bool isLiteral(std::string_view element) { return element.starts_with('\''); }
+
+/// Every text but a lone apostrophe, from which a walker cannot take both ends of a literal.
+bool isClockElement(std::string_view text);
 
 /// The list that a setting holds. Nothing stored is an empty list; a value of another kind raises
 /// `std::invalid_argument` that names the key.
 ClockElements clockElementsFromSetting(const PropertyList& value, std::string_view key);
-
-/// The formatter's AM/PM marker of a time, cut to one character. Leaves the pattern at "a".
-std::string dayPeriodMarker(NSDateFormatter& formatter, const NSDate& date);
 
 /// Weekday names in their stand-alone form: "EEEEE", "EEEE" and "EE" become "ccccc", "cccc", "ccc";
 /// "EEE" and "E" stay.
@@ -25,14 +70,6 @@ std::string withStandAloneWeekdays(std::string_view element);
 
 /// "aaa" and "aa" replaced by the marker in lower and in upper case, as a quoted literal.
 std::string withMarkerLiterals(const std::string& element, const std::string& marker);
-
-inline bool isLiteral(std::string_view element) { return element.starts_with('\''); }
-
-/// One letter for today's weekday: U, M, T, W, R, F, S from Sunday to Saturday.
-std::string weekdayLetter();
-
-/// "Today" in the user's language.
-std::string relativeDayText();
 
 /// In a list without minutes the second hour element shows the minutes.
 class SecondHourRule {
@@ -47,11 +84,10 @@ class SecondHourRule {
   bool hasSeenHour_ = false;
 };
 
-/// Puts an hour's text on a 12-hour dial, with a leading zero for "hh", in the digits that the text
-/// has: beside minutes in others, the bidirectional rules would change their places. Text that is
-/// no number counts as 0.
-std::string validateHourString(std::string_view text, std::string_view element);
+/// Whether a separator behind this pattern belongs to the time, and may flash.
+bool endsTime(std::string_view pattern);
 
-/// Formats one pattern element; hours of a 12-hour clock are validated.
-std::string formattedElement(const std::string& element, NSDateFormatter& formatter,
-                             const NSDate& date);
+/// The format of a bare time: the time part of a list, from its first time element to the first
+/// foreign one and without a trailing literal, if it has an hour and two digits of minutes; else
+/// the current locale's short time.
+ClockElements bareTimeFormat(const ClockElements& elements);

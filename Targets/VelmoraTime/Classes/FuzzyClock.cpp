@@ -3,7 +3,6 @@
 #include <array>
 
 #include "Platform/Foundation/Text/NSString.h"
-#include "Platform/Foundation/Time/NSCalendar.h"
 #include "Targets/Shared/ZEVTranslations.h"
 #include "Targets/VelmoraTime/Classes/SystemCalendar.h"
 
@@ -47,7 +46,10 @@ std::string fuzzyHourNameOfCity(int64_t hour) {
                             Table);
 }
 
-std::string fuzzyClockPhrase(int64_t hour, int64_t minute, const FuzzyClockStyle& style) {
+std::string fuzzyClockPhrase(const NSCalendar& calendar, const NSDate& date,
+                             const FuzzyClockStyle& style) {
+  const int64_t hour = calendar.component(NSCalendarUnitHour, date);
+  const int64_t minute = calendar.component(NSCalendarUnitMinute, date);
   // The buckets are centred on the five-minute marks; the top of the hour reaches from 58 to 2.
   const int64_t mark = (minute + 2) / 5;
   const bool isTop = mark == 0 || mark == 12;
@@ -59,10 +61,8 @@ std::string fuzzyClockPhrase(int64_t hour, int64_t minute, const FuzzyClockStyle
 }
 
 std::string fuzzyClockOfCity(const NSDate& date) {
+  constexpr FuzzyClockStyle Style = {"twenty five past %@", "twenty five to %@",
+                                     fuzzyHourNameOfCity};
   // With the system's offset taken off, the system's calendar reads the city's wall clock.
-  const NSDate shifted = dateShowingUniversalTime(date);
-  const NSCalendar calendar = NSCalendar::gregorianCalendar();
-  return fuzzyClockPhrase(calendar.component(NSCalendarUnitHour, shifted),
-                          calendar.component(NSCalendarUnitMinute, shifted),
-                          {"twenty five past %@", "twenty five to %@", fuzzyHourNameOfCity});
+  return fuzzyClockPhrase(NSCalendar::gregorianCalendar(), dateShowingUniversalTime(date), Style);
 }

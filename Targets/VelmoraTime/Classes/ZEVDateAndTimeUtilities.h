@@ -49,7 +49,3 @@ class ZEVDateAndTimeUtilities {
   NSCalendar dayCalendar_;
   NSDateFormatter dateFormatter_;
 };
-
-/// The text of a format list for a time in seconds since 1970. The formatter comes with its zone
-/// set; its pattern is changed. An element that is one lone apostrophe raises `std::out_of_range`.
-std::string dateString(const ClockElements& elements, NSDateFormatter& formatter, double time);

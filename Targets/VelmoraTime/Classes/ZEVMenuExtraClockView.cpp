@@ -4,14 +4,13 @@
 #include <cmath>
 
 #include "Platform/AppKit/Drawing/NSBezierPath.h"
-#include "Platform/Foundation/Text/NSString.h"
 #include "Platform/Foundation/Zones/NSTimeZone.h"
 #include "Targets/Shared/ZEVImageCache.h"
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/VelmoraTime/Classes/CalendarLeaf.h"
 #include "Targets/VelmoraTime/Classes/ClockLine.h"
+#include "Targets/VelmoraTime/Classes/ClockTexts.h"
 #include "Targets/VelmoraTime/Classes/FuzzyClock.h"
-#include "Targets/VelmoraTime/Classes/NSDateOrdinalDays.h"
 #include "Targets/VelmoraTime/Classes/ZEVDateAndTimeUtilities.h"
 
 namespace {
@@ -82,81 +81,42 @@ class PieceLayout {
   std::vector<ClockPiece> pieces_;
 };
 
-/// Whether a separator behind this pattern belongs to the time.
-bool endsTimeElement(std::string_view element) {
-  return element.ends_with('a') || element.ends_with('h') || element.ends_with('H') ||
-         element.ends_with('m');
-}
-
 }  // namespace
 
-std::string ZEVMenuExtraClockView_Time::week(double time) const {
-  const double utc = time - NSTimeZone::defaultTimeZone().secondsFromGMT();
-  return ZEVDateAndTimeUtilities::sharedUtilities().week(utc);
-}
-
-std::string ZEVMenuExtraClockView_Time::nameForHour(int64_t hour) const {
-  return fuzzyHourName(hour);
-}
-
 std::string ZEVMenuExtraClockView_Time::fuzzyClock(double time) const {
-  const NSCalendar& calendar = ZEVDateAndTimeUtilities::sharedUtilities().currentCalendar();
-  const NSDate date = NSDate::dateWithTimeIntervalSince1970(time);
-  return fuzzyClockPhrase(calendar.component(NSCalendarUnitHour, date),
-                          calendar.component(NSCalendarUnitMinute, date),
-                          {"twenty five past %@", "twenty five to %@",
-                           [this](int64_t hour) { return nameForHour(hour); }});
+  return fuzzyClockPhrase(ZEVDateAndTimeUtilities::sharedUtilities().currentCalendar(),
+                          NSDate::dateWithTimeIntervalSince1970(time), MenubarFuzzyClock);
 }
 
 std::vector<ClockPiece> ZEVMenuExtraClockView_Time::clockPieces(int64_t& offset, double time,
                                                                 int64_t flash,
                                                                 const ClockElements& components) {
-  const NSDate date = NSDate::dateWithTimeIntervalSince1970(time);
   NSDateFormatter& formatter = ZEVDateAndTimeUtilities::sharedUtilities().dateFormatter();
   formatter.setTimeZone(NSTimeZone::systemTimeZone());
-  const std::string marker = dayPeriodMarker(formatter, date);
+  ClockTexts texts(ClockWalker::Menubar, components, formatter, time);
   const bool isFlashing = ZEVBoolForKey("Time_MenubarFlashSeperators");
-  SecondHourRule secondHour(components);
   PieceLayout layout(offset, percentageAttributes("text"));
-  bool isAfterTime = false;
 
   for (const std::string& component : components) {
-    if (component == "__DAY_MTWRFSU__") {
-      layout.append(weekdayLetter());
-    } else if (component == "__RELATIVE_DAY__") {
-      layout.append(relativeDayText());
-    } else if (component == "__DAY_SUFFIX__") {
-      layout.append(ordinalSuffix(date));
-    } else if (component == "__DAY_SUFFIX_UPPER__") {
-      layout.append(uppercaseString(ordinalSuffix(date)));
-    } else if (component.starts_with("FUZZY")) {
-      layout.append(fuzzyClock(time));
-    } else if (component.starts_with("___ICON__MOON__")) {
-      layout.placeIcon(ClockPiece::Kind::Moon, MoonBottom, MoonAdvance);
-    } else if (component.starts_with("___ICON")) {
-      ClockPiece& leaf = layout.placeIcon(ClockPiece::Kind::Calendar, 0, CalendarAdvance);
-      leaf.text = component;
-      leaf.day = calendarLeafDay(date);
-      leaf.isWhite = isMenuDown() || ZEVPreferences_Time::sharedPreferences()->isMenubarDark();
-    } else if (component == "':'" || component == "'.'") {
-      const std::string separator = component.substr(1, 1);
-      if (isFlashing && isAfterTime) {
-        layout.appendSeparator(separator, flash == 1);
-      } else {
-        layout.append(separator);
+    switch (kindOfElement(component, ClockWalker::Menubar)) {
+      case ElementKind::Moon:
+        layout.placeIcon(ClockPiece::Kind::Moon, MoonBottom, MoonAdvance);
+        break;
+      case ElementKind::CalendarLeaf: {
+        ClockPiece& leaf = layout.placeIcon(ClockPiece::Kind::Calendar, 0, CalendarAdvance);
+        leaf.text = component;
+        leaf.day = calendarLeafDay(NSDate::dateWithTimeIntervalSince1970(time));
+        leaf.isWhite = isMenuDown() || ZEVPreferences_Time::sharedPreferences()->isMenubarDark();
+        break;
       }
-    } else {
-      std::string element = withMarkerLiterals(withStandAloneWeekdays(component), marker);
-      if (element == "w") {
-        element = "'" + week(time + NSTimeZone::defaultTimeZone().secondsFromGMT()) + "'";
-      }
-      if (isLiteral(element)) {
-        layout.append(stringByDroppingFirstAndLast(element));
-        continue;
-      }
-      element = secondHour.apply(std::move(element));
-      isAfterTime = endsTimeElement(element);
-      layout.append(formattedElement(element, formatter, date));
+      case ElementKind::Separator:
+        if (isFlashing && texts.isAfterTime()) {
+          layout.appendSeparator(texts.textOf(component), flash == 1);
+          break;
+        }
+        [[fallthrough]];
+      default:
+        layout.append(texts.textOf(component));
     }
   }
   layout.flush();

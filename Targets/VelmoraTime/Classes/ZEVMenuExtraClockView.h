@@ -32,7 +32,6 @@ class ZEVMenuExtraClockView_Time : public ZEVMenuExtraContentView_Time {
   /// The picture of the moon; null while there is none.
   virtual std::shared_ptr<NSImage> moonImage() { return nullptr; }
 
-  std::string week(double time) const;
-  std::string nameForHour(int64_t hour) const;
+  /// The bar's wording of the time in seconds since 1970.
   std::string fuzzyClock(double time) const;
 };

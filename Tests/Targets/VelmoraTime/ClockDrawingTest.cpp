@@ -7,10 +7,12 @@
 #include "Platform/Foundation/Settings/CFPreferences.h"
 #include "Platform/SystemUIPlugin/NSMenuBarSlot.h"
 #include "Targets/Shared/ZEVPreferences.h"
+#include "Targets/VelmoraTime/Classes/ClockTexts.h"
 #include "Targets/VelmoraTime/Classes/VelmoraTime.h"
 #include "Targets/VelmoraTime/Classes/VelmoraTimeMenuExtraView.h"
 #include "Targets/VelmoraTime/Classes/ZEVDateAndTimeUtilities.h"
 #include "Tests/Targets/SimulatedTime.h"
+#include "Tests/Targets/VelmoraTime/ElementCases.h"
 
 namespace {
 
@@ -103,8 +105,6 @@ TEST_F(ClockDrawing, IconsKeepTheirGaps) {
   EXPECT_EQ(end, 28);
   start = 0;
   EXPECT_THROW(pieces({"'"}), std::out_of_range);
-  EXPECT_EQ(layout({"___ICON__MOON__BIG", "___ICON", "___HH"}), "moonleaf[___15]")
-      << "icons are known by their beginning; the rest goes to the formatter";
 }
 
 TEST_F(ClockDrawing, AHiddenSeparatorKeepsItsPlace) {
@@ -185,11 +185,15 @@ TEST_F(ClockDrawing, OneItemShowsOneDay) {
   EXPECT_EQ(pieces({Red})[0].day, 21);
 }
 
-TEST_F(ClockDrawing, ElementsReadAsInOtherClocks) {
+TEST_F(ClockDrawing, EachElementInEachWalker) {
   const SimulatedTime sunday(utc(2026, 11, 22));
-  EXPECT_EQ(layout({"__RELATIVE_DAY__", "' '", "__DAY_SUFFIX_UPPER__", "' '", "FUZZY", "' '",
-                    "__DAY_MTWRFSU__", "' '", "EEEE", "hh", "'o'", "hh", "a"}),
-            "[Today ST five past three U Saturday03o04PM]");
+  NSDateFormatter formatter;
+  for (const auto& [element, inDateString, inMenubar] : ElementCases) {
+    EXPECT_EQ(dateString({element}, formatter, Saturday), inDateString) << element;
+    const std::string run = std::string("[") + inDateString + "]";
+    EXPECT_EQ(layout({element}), inMenubar != nullptr ? inMenubar : run) << element;
+  }
+  EXPECT_EQ(layout({"EEEE", "hh", "'o'", "hh", "a"}), "[Saturday03o04PM]");
 }
 
 // Here the week turns at midnight UTC, wherever the clock stands.

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "Targets/Shared/ZEVPreferences.h"
-#include "Targets/VelmoraTime/Classes/ClockElements.h"
+#include "Targets/VelmoraTime/Classes/ClockTexts.h"
 #include "Targets/VelmoraTime/Classes/FuzzyClock.h"
 #include "Targets/VelmoraTime/Classes/ZEVDateAndTimeUtilities.h"
 #include "Tests/Targets/SimulatedTime.h"
@@ -14,13 +14,18 @@ std::string phrase(int hour, int minute) {
   return ZEVDateAndTimeUtilities::sharedUtilities().fuzzyClock(utc(2026, 11, 21, hour, minute));
 }
 
+std::string today() {
+  NSDateFormatter formatter;
+  return dateString({"__RELATIVE_DAY__"}, formatter, 0);
+}
+
 TEST(FuzzyClockHours, ElevenPartsCount) {
   ZEVSetObjectForKey("language", "qaa");
   EXPECT_EQ(phrase(4, 30), "halb fünf");
   EXPECT_EQ(phrase(4, 15), "quarter past four") << "\"x\" counts as 0";
   EXPECT_EQ(phrase(4, 55), "five to six");
   EXPECT_EQ(phrase(4, 40), "twenty to fünf") << "an empty translation is none";
-  EXPECT_EQ(relativeDayText(), "Heute");
+  EXPECT_EQ(today(), "Heute");
 }
 
 TEST(FuzzyClockHours, TenPartsGiveTheDefault) {
@@ -41,7 +46,7 @@ TEST(FuzzyClockHours, AnUnknownLanguageGivesTheKeys) {
   ZEVSetObjectForKey("language", "qad");
   EXPECT_EQ(fuzzyHourNameOfCity(24), "midnight");
   EXPECT_EQ(phrase(4, 40), "twenty to five");
-  EXPECT_EQ(relativeDayText(), "Today");
+  EXPECT_EQ(today(), "Today");
 }
 
 }  // namespace

@@ -6,7 +6,7 @@
 #include <cmath>
 #include <ctime>
 
-#include "Targets/VelmoraTime/Classes/ZEVDateAndTimeUtilities.h"
+#include "Targets/VelmoraTime/Classes/ClockTexts.h"
 #include "Tests/Targets/VelmoraTime/RunningClock.h"
 
 namespace {

@@ -120,7 +120,7 @@ TEST_F(FuzzyClock, AroundMidnightAndNoon) {
                                                  "four",   "five", "six", "seven",
                                                  "eight",  "nine", "ten", "eleven"};
   for (int hour = 0; hour <= 24; ++hour)
-    EXPECT_EQ(view.nameForHour(hour), Names[static_cast<size_t>(hour % 12)]) << hour;
+    EXPECT_EQ(utilities().nameForHour(hour), Names[static_cast<size_t>(hour % 12)]) << hour;
   for (const auto& [hour, minute, phrase] : {Case{0, 0, "midnight"},
                                              {0, 2, "midnight"},
                                              {23, 58, "midnight"},
