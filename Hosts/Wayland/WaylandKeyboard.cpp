@@ -24,8 +24,10 @@ std::string textOf(int descriptor, size_t size) {
 
 }  // namespace
 
-WaylandKeyboard::WaylandKeyboard(wl_seat* seat, WaylandKeyClient& client)
-    : keyboard_(wl_seat_get_keyboard(seat)), client_(client) {
+void WaylandKeyboard::listen(wl_seat* seat, WaylandKeyClient& client) {
+  endListening();
+  client_ = &client;
+  keyboard_.reset(wl_seat_get_keyboard(seat));
   static constexpr wl_keyboard_listener Listener = {
       &WaylandEvent<&WaylandKeyboard::keymap>::call,
       &WaylandEvent<&WaylandKeyboard::enter>::call,
@@ -37,7 +39,10 @@ WaylandKeyboard::WaylandKeyboard(wl_seat* seat, WaylandKeyClient& client)
   wl_keyboard_add_listener(keyboard_.get(), &Listener, this);
 }
 
-WaylandKeyboard::~WaylandKeyboard() { endRepeat(); }
+void WaylandKeyboard::endListening() {
+  endRepeat();
+  keyboard_.reset();
+}
 
 void WaylandKeyboard::keymap(wl_keyboard*, uint32_t format, int32_t descriptor, uint32_t size) {
   std::string text = textOf(descriptor, size);
@@ -63,12 +68,12 @@ const XkbKeys* WaylandKeyboard::keys() {
 
 void WaylandKeyboard::enter(wl_keyboard*, uint32_t, wl_surface*, wl_array*) {
   // What was held before was not meant for these surfaces.
-  client_.keyboardFocusChanged(true);
+  client_->keyboardFocusChanged(true);
 }
 
 void WaylandKeyboard::leave(wl_keyboard*, uint32_t, wl_surface*) {
   endRepeat();
-  client_.keyboardFocusChanged(false);
+  client_->keyboardFocusChanged(false);
 }
 
 void WaylandKeyboard::key(wl_keyboard*, uint32_t, uint32_t, uint32_t key, uint32_t state) {
@@ -83,7 +88,7 @@ void WaylandKeyboard::key(wl_keyboard*, uint32_t, uint32_t, uint32_t key, uint32
   } else if (!isDown && code == repeatedKey_) {
     endRepeat();
   }
-  client_.keyEvent(keys->event(code, isDown ? NSEventType::KeyDown : NSEventType::KeyUp));
+  client_->keyEvent(keys->event(code, isDown ? NSEventType::KeyDown : NSEventType::KeyUp));
 }
 
 void WaylandKeyboard::modifiers(wl_keyboard*, uint32_t, uint32_t depressed, uint32_t latched,
@@ -111,7 +116,7 @@ void WaylandKeyboard::repeatNow() {
   repeatAt(NSRunLoop::mainRunLoop().now() + repeatInterval_);
   NSEvent event = keys_->event(repeatedKey_, NSEventType::KeyDown);
   event.isARepeat = true;
-  client_.keyEvent(event);
+  client_->keyEvent(event);
 }
 
 void WaylandKeyboard::endRepeat() {

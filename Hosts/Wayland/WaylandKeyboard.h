@@ -12,7 +12,7 @@
 #include "Platform/AppKit/Events/NSEvent.h"
 #include "Platform/Foundation/RunLoop/NSRunLoop.h"
 
-/// Who gets the keys. It may end the keyboard when it is told of one.
+/// Who gets the keys. It may have that end when it is told of one.
 class WaylandKeyClient {
  public:
   virtual ~WaylandKeyClient() = default;
@@ -22,13 +22,18 @@ class WaylandKeyClient {
   virtual void keyboardFocusChanged(bool isHere) = 0;
 };
 
-/// The seat's keyboard. A held key is repeated here, as often as the user wishes.
+/// A seat's keyboard. A held key is repeated here, as often as the user wishes.
 class WaylandKeyboard {
  public:
-  WaylandKeyboard(wl_seat* seat, WaylandKeyClient& client);
+  WaylandKeyboard() = default;
   WaylandKeyboard(const WaylandKeyboard&) = delete;
   WaylandKeyboard& operator=(const WaylandKeyboard&) = delete;
-  ~WaylandKeyboard();
+  ~WaylandKeyboard() { endListening(); }
+
+  bool isListening() const { return keyboard_ != nullptr; }
+  /// Tells `client` of the keyboard of `seat`, which must have one.
+  void listen(wl_seat* seat, WaylandKeyClient& client);
+  void endListening();
 
  private:
   void keymap(wl_keyboard*, uint32_t format, int32_t descriptor, uint32_t size);
@@ -45,7 +50,8 @@ class WaylandKeyboard {
   void endRepeat();
 
   WaylandObject<wl_keyboard> keyboard_;
-  WaylandKeyClient& client_;
+  WaylandKeyClient* client_ = nullptr;
+  // Both stay when nobody listens: to understand a keymap takes milliseconds.
   std::string keymapText_;
   std::unique_ptr<XkbKeys> keys_;  ///< Null until the first key, as most menus get none.
   XkbKeys::State state_;

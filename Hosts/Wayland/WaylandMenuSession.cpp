@@ -13,8 +13,8 @@ WaylandMenuSession::WaylandMenuSession(WaylandConnection& connection, const Moni
   if (output == nullptr) throw std::runtime_error("the monitor " + monitor.name + " has gone");
   if (WaylandSeat* seat = connection.seat()) seat->listenToKeys(this);
   home_ = makeOverlay(*output);
-  surfaceScale_ = std::make_unique<SurfaceScale>(connection, home_->surface(),
-                                                 [this] { scheduleUpdate(); });
+  surfaceScale_ =
+      std::make_unique<SurfaceScale>(connection, home_->surface(), [this] { scheduleUpdate(); });
   scale_ = surfaceScale_->on(monitor_);
   for (const auto& other : connection.outputs()) {
     if (other.get() != output) others_.push_back(makeOverlay(*other));
@@ -68,9 +68,8 @@ void WaylandMenuSession::scheduleUpdate() {
 
 const WaylandOutput* WaylandMenuSession::outputOf(const MenuOverlay& overlay) const {
   const auto& outputs = connection_.outputs();
-  const auto found = std::ranges::find_if(outputs, [&](const auto& output) {
-    return output->globalName() == overlay.outputName();
-  });
+  const auto found = std::ranges::find_if(
+      outputs, [&](const auto& output) { return output->globalName() == overlay.outputName(); });
   return found != outputs.end() ? found->get() : nullptr;
 }
 

@@ -79,16 +79,16 @@ void WaylandSeat::capabilities(wl_seat* seat, uint32_t capabilities) {
 }
 
 void WaylandSeat::listenToKeys(WaylandKeyClient* client) {
-  keyboard_.reset();
+  keyboard_.endListening();
   keyClient_ = client;
   updateKeyboard();
 }
 
 void WaylandSeat::updateKeyboard() {
   if (!hasKeyboard_ || keyClient_ == nullptr) {
-    keyboard_.reset();
-  } else if (!keyboard_) {
-    keyboard_ = std::make_unique<WaylandKeyboard>(seat_.get(), *keyClient_);
+    keyboard_.endListening();
+  } else if (!keyboard_.isListening()) {
+    keyboard_.listen(seat_.get(), *keyClient_);
   }
 }
 

@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <map>
-#include <memory>
 
 #include "Hosts/Display/Display.h"
 #include "Hosts/Wayland/WaylandCursor.h"
@@ -64,7 +63,7 @@ class WaylandSeat {
   WaylandObject<wl_touch> touch_;
   bool hasKeyboard_ = false;
   WaylandKeyClient* keyClient_ = nullptr;
-  std::unique_ptr<WaylandKeyboard> keyboard_;
+  WaylandKeyboard keyboard_;
   WaylandCursor cursor_;
 
   wl_surface* underPointer_ = nullptr;
