@@ -1,14 +1,8 @@
 #include "Hosts/Wayland/WaylandBar.h"
 
-#include <cmath>
-#include <numeric>
 #include <stdexcept>
-#include <vector>
 
 namespace {
-
-/// The protocol's own unit of scales.
-constexpr int ScaleSteps = 120;
 
 /// How long the connection of what is shown is watched after news on the other, in nanoseconds.
 constexpr int64_t Attention = 2'000'000'000;
@@ -34,24 +28,19 @@ void WaylandBar::open() {
     throw std::runtime_error("the monitor " + monitor_.name + " has gone");
   }
   bar_ = std::make_unique<LayerSurface>(
-      connections_.shown, shownOn->output(), height_, LayerSurface::Space::Reserved,
-      LayerSurface::Input::Passed,
+      connections_.shown, shownOn->output(),
+      LayerSurface::Place{.height = height_,
+                          .space = LayerSurface::Space::Reserved,
+                          .input = LayerSurface::Input::Passed},
       LayerSurface::Events{[this] { changed(); }, [this] { closedByDisplay(); }});
-  item_ =
-      std::make_unique<ItemSurface>(connections_.shown, bar_->surface(), [this] { frameShown(); });
-  if (auto* manager = connections_.shown.fractionalScale();
-      manager != nullptr && connections_.shown.viewporter() != nullptr) {
-    static constexpr wp_fractional_scale_v1_listener Listener = {
-        &WaylandEvent<&WaylandBar::preferredScale>::call};
-    fractionalScale_.reset(
-        wp_fractional_scale_manager_v1_get_fractional_scale(manager, bar_->surface()));
-    wp_fractional_scale_v1_add_listener(fractionalScale_.get(), &Listener, this);
-  }
+  item_ = std::make_unique<PictureSurface>(connections_.shown, bar_->surface(),
+                                           [this] { frameShown(); });
+  scale_ =
+      std::make_unique<SurfaceScale>(connections_.shown, bar_->surface(), [this] { changed(); });
   input_ = std::make_unique<LayerSurface>(
-      connections_.input, inputOn->output(), height_, LayerSurface::Space::Shared,
-      LayerSurface::Input::Taken, LayerSurface::Events{[this] { inputConfigured(); }, [] {}});
-  inputTarget_ = {&client_, monitor_.scale};
-  wl_surface_set_user_data(input_->surface(), &inputTarget_);
+      connections_.input, inputOn->output(), LayerSurface::Place{.height = height_},
+      LayerSurface::Events{[this] { input_->fillClear(); }, [] {}});
+  wl_surface_set_user_data(input_->surface(), static_cast<WaylandInputTarget*>(this));
   inputCame();
 }
 
@@ -59,20 +48,18 @@ void WaylandBar::close() {
   if (frame_) NSRunLoop::mainRunLoop().cancel(*frame_);
   frame_.reset();
   wantsFrame_ = false;
-  preferredScale_ = 0;
   if (input_ && connections_.input.seat() != nullptr) {
     connections_.input.seat()->forget(input_->surface());
   }
   input_.reset();
   item_.reset();
-  fractionalScale_.reset();
+  scale_.reset();
   bar_.reset();
 }
 
 void WaylandBar::moveTo(const Monitor& monitor) {
   const bool isElsewhere = monitor.name != monitor_.name;
   monitor_ = monitor;
-  inputTarget_.scale = monitor.scale;
   // Along its edge the compositor stretches the bar itself; another output needs another surface.
   if (!isElsewhere && bar_) {
     item_->forgetFrame();
@@ -89,30 +76,9 @@ void WaylandBar::changed() {
 
 void WaylandBar::closedByDisplay() { client_.surfaceClosed(); }
 
-void WaylandBar::inputConfigured() {
-  // Nothing to see: one clear pixel, or as many as it takes without viewports.
-  const std::vector<uint32_t> clear(static_cast<size_t>(input_->height()), 0);
-  input_->fill(clear, 1);
-}
+double WaylandBar::scale() const { return scale_ ? scale_->on(monitor_) : monitor_.scale; }
 
-double WaylandBar::scale() const {
-  if (connections_.shown.viewporter() == nullptr) {
-    const WaylandOutput* output = connections_.shown.outputNamed(monitor_.name);
-    return output != nullptr ? output->wholeScale() : 1;
-  }
-  return preferredScale_ > 0 ? preferredScale_ : monitor_.scale;
-}
-
-int WaylandBar::pixelGrid() const {
-  // Surfaces stand on whole points, which only some pixels are.
-  const int scale = static_cast<int>(std::lround(this->scale() * ScaleSteps));
-  return scale / std::gcd(scale, ScaleSteps);
-}
-
-void WaylandBar::preferredScale(wp_fractional_scale_v1*, uint32_t scale) {
-  preferredScale_ = static_cast<double>(scale) / ScaleSteps;
-  changed();
-}
+int WaylandBar::pixelGrid() const { return pixelGridAt(scale()); }
 
 void WaylandBar::setBackground(std::span<const uint32_t> rows) {
   bar_->fill(rows, scale());
@@ -120,7 +86,7 @@ void WaylandBar::setBackground(std::span<const uint32_t> rows) {
 }
 
 void WaylandBar::presentItem(const PixelPicture& picture, int x, PixelRect changed) {
-  item_->present(picture, x, scale(), changed);
+  item_->present(picture, x, 0, scale(), changed);
   connections_.shown.flush();
   if (NSRunLoop::mainRunLoop().now() > attentiveUntil_ && !wantsFrame_) {
     connections_.shown.setWatched(false);

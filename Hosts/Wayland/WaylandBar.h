@@ -5,9 +5,11 @@
 #include <string>
 
 #include "Hosts/Display/Display.h"
-#include "Hosts/Wayland/ItemSurface.h"
 #include "Hosts/Wayland/LayerSurface.h"
+#include "Hosts/Wayland/PictureSurface.h"
+#include "Hosts/Wayland/SurfaceScale.h"
 #include "Hosts/Wayland/WaylandConnection.h"
+#include "Hosts/Wayland/WaylandSeat.h"
 
 /// The two connections of a bar. What the bar shows goes through one of its own, so that the
 /// answers to each second's picture, which say no more than that it was shown, need not wake the
@@ -20,7 +22,7 @@ struct WaylandConnections {
 
 /// The bar on one output: a surface that is seen, with the item's on it, and a clear one over it
 /// that gets the input.
-class WaylandBar : public BarSurface {
+class WaylandBar : public BarSurface, private WaylandInputTarget {
  public:
   WaylandBar(WaylandConnections connections, const Monitor& monitor, int height,
              SurfaceClient& client);
@@ -42,24 +44,24 @@ class WaylandBar : public BarSurface {
  private:
   void open();
   void close();
-  void inputConfigured();
-  void preferredScale(wp_fractional_scale_v1*, uint32_t scale);
   void frameShown();
   void scheduleFrame();
   void changed();
   void closedByDisplay();
 
+  void pointerEvent(const PointerEvent& event) override { client_.pointerEvent(event); }
+  void touchEvent(const TouchEvent& event) override { client_.touchEvent(event); }
+  double cursorScale() const override { return monitor_.scale; }
+
   WaylandConnections connections_;
   SurfaceClient& client_;
   Monitor monitor_;
   int height_;
-  double preferredScale_ = 0;
   bool wantsFrame_ = false;
   int64_t attentiveUntil_ = 0;  ///< On the run loop's clock.
   std::optional<NSRunLoop::TimerId> frame_;
-  WaylandInputTarget inputTarget_;
   std::unique_ptr<LayerSurface> bar_;
-  WaylandObject<wp_fractional_scale_v1> fractionalScale_;
-  std::unique_ptr<ItemSurface> item_;
+  std::unique_ptr<SurfaceScale> scale_;
+  std::unique_ptr<PictureSurface> item_;
   std::unique_ptr<LayerSurface> input_;
 };

@@ -135,9 +135,13 @@ void WaylandConnection::flush() {
   }
   // The compositor does not read just now, for its own reasons.
   constexpr int64_t Pause = 50'000'000;
-  NSRunLoop& loop = NSRunLoop::mainRunLoop();
+  flushAfter(Pause);
+}
+
+void WaylandConnection::flushAfter(int64_t pause) {
   if (flushing_) return;
-  flushing_ = loop.scheduleAt(loop.now() + Pause, [this] {
+  NSRunLoop& loop = NSRunLoop::mainRunLoop();
+  flushing_ = loop.scheduleAt(loop.now() + pause, [this] {
     flushing_.reset();
     flush();
   });

@@ -57,6 +57,8 @@ class WaylandConnection {
   void readEvents();
   /// Sends what was asked for.
   void flush();
+  /// Does so in the loop's next pass, together with what is asked for until then.
+  void flushSoon() { flushAfter(0); }
   /// Waits for the answers to everything asked for so far.
   void roundTrip();
 
@@ -65,6 +67,7 @@ class WaylandConnection {
   void globalAdded(wl_registry* registry, uint32_t name, const char* interface, uint32_t version);
   void globalRemoved(wl_registry* registry, uint32_t name);
   void makeSeat();
+  void flushAfter(int64_t pause);
   void lose();
 
   struct Disconnect {

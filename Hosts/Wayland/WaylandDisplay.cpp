@@ -4,6 +4,7 @@
 
 #include "Hosts/Wayland/WaylandBar.h"
 #include "Hosts/Wayland/WaylandConnection.h"
+#include "Hosts/Wayland/WaylandMenuSession.h"
 
 namespace {
 
@@ -14,7 +15,10 @@ class WaylandDisplay : public Display {
     input_->onEvents = [this] {
       if (bar_ != nullptr) bar_->inputCame();
     };
-    input_->onOutputsChanged = [this] { scheduleChange(); };
+    input_->onOutputsChanged = [this] {
+      if (menus_ != nullptr) menus_->outputsChanged();
+      scheduleChange();
+    };
     shown_->onOutputsChanged = [this] { scheduleChange(); };
     const auto lost = [this](const std::string& reason) {
       if (!std::exchange(isLost_, true) && onLost) onLost(reason);
@@ -41,6 +45,8 @@ class WaylandDisplay : public Display {
 
   std::unique_ptr<BarSurface> makeBar(const Monitor& monitor, int height,
                                       SurfaceClient& client) override;
+  std::unique_ptr<MenuSession> beginMenus(const Monitor& monitor,
+                                          MenuSessionClient& client) override;
 
  private:
   /// Tells the display when the bar has gone.
@@ -59,6 +65,19 @@ class WaylandDisplay : public Display {
     WaylandDisplay& display_;
   };
 
+  /// Tells the display when the menus have closed.
+  class Menus : public WaylandMenuSession {
+   public:
+    Menus(WaylandDisplay& display, const Monitor& monitor, MenuSessionClient& client)
+        : WaylandMenuSession(*display.input_, monitor, client), display_(display) {
+      display_.menus_ = this;
+    }
+    ~Menus() override { display_.menus_ = nullptr; }
+
+   private:
+    WaylandDisplay& display_;
+  };
+
   void scheduleChange() {
     if (change_) return;
     NSRunLoop& loop = NSRunLoop::mainRunLoop();
@@ -71,6 +90,7 @@ class WaylandDisplay : public Display {
   std::unique_ptr<WaylandConnection> shown_;
   std::unique_ptr<WaylandConnection> input_;
   Bar* bar_ = nullptr;
+  Menus* menus_ = nullptr;
   std::optional<NSRunLoop::TimerId> change_;
   bool isLost_ = false;
 };
@@ -78,6 +98,12 @@ class WaylandDisplay : public Display {
 std::unique_ptr<BarSurface> WaylandDisplay::makeBar(const Monitor& monitor, int height,
                                                     SurfaceClient& client) {
   return std::make_unique<Bar>(*this, monitor, height, client);
+}
+
+std::unique_ptr<MenuSession> WaylandDisplay::beginMenus(const Monitor& monitor,
+                                                        MenuSessionClient& client) {
+  if (isLost_ || menus_ != nullptr || input_->outputNamed(monitor.name) == nullptr) return nullptr;
+  return std::make_unique<Menus>(*this, monitor, client);
 }
 
 }  // namespace

@@ -16,6 +16,14 @@ void WaylandDeleter::operator()(wl_compositor* object) const { wl_compositor_des
 
 void WaylandDeleter::operator()(wl_cursor_theme* object) const { wl_cursor_theme_destroy(object); }
 
+void WaylandDeleter::operator()(wl_keyboard* object) const {
+  if (wl_keyboard_get_version(object) >= WL_KEYBOARD_RELEASE_SINCE_VERSION) {
+    wl_keyboard_release(object);
+  } else {
+    wl_keyboard_destroy(object);
+  }
+}
+
 void WaylandDeleter::operator()(wl_output* object) const {
   if (wl_output_get_version(object) >= WL_OUTPUT_RELEASE_SINCE_VERSION) {
     wl_output_release(object);

@@ -8,6 +8,7 @@ struct wl_buffer;
 struct wl_callback;
 struct wl_compositor;
 struct wl_cursor_theme;
+struct wl_keyboard;
 struct wl_output;
 struct wl_pointer;
 struct wl_region;
@@ -33,6 +34,7 @@ struct WaylandDeleter {
   void operator()(wl_callback* object) const;
   void operator()(wl_compositor* object) const;
   void operator()(wl_cursor_theme* object) const;
+  void operator()(wl_keyboard* object) const;
   void operator()(wl_output* object) const;
   void operator()(wl_pointer* object) const;
   void operator()(wl_region* object) const;

@@ -74,6 +74,22 @@ void WaylandSeat::capabilities(wl_seat* seat, uint32_t capabilities) {
     touch_.reset(wl_seat_get_touch(seat));
     wl_touch_add_listener(touch_.get(), &TouchListener, this);
   }
+  hasKeyboard_ = (capabilities & WL_SEAT_CAPABILITY_KEYBOARD) != 0;
+  updateKeyboard();
+}
+
+void WaylandSeat::listenToKeys(WaylandKeyClient* client) {
+  keyboard_.endListening();
+  keyClient_ = client;
+  updateKeyboard();
+}
+
+void WaylandSeat::updateKeyboard() {
+  if (!hasKeyboard_ || keyClient_ == nullptr) {
+    keyboard_.endListening();
+  } else if (!keyboard_.isListening()) {
+    keyboard_.listen(seat_.get(), *keyClient_);
+  }
 }
 
 void WaylandSeat::forget(const wl_surface* surface) {
@@ -88,13 +104,13 @@ WaylandInputTarget* WaylandSeat::targetOf(wl_surface* surface) {
 }
 
 void WaylandSeat::tellPointer(PointerEvent::Kind kind, PointerButton button) {
-  const WaylandInputTarget* target = targetOf(underPointer_);
+  WaylandInputTarget* target = targetOf(underPointer_);
   if (target == nullptr) return;
-  target->client->pointerEvent({.kind = kind,
-                                .place = place_,
-                                .button = button,
-                                .scroll = kind == PointerEvent::Kind::Scroll ? scroll_ : NSPoint{},
-                                .time = time_});
+  target->pointerEvent({.kind = kind,
+                        .place = place_,
+                        .button = button,
+                        .scroll = kind == PointerEvent::Kind::Scroll ? scroll_ : NSPoint{},
+                        .time = time_});
 }
 
 void WaylandSeat::enter(wl_pointer* pointer, uint32_t serial, wl_surface* surface, wl_fixed_t x,
@@ -102,7 +118,7 @@ void WaylandSeat::enter(wl_pointer* pointer, uint32_t serial, wl_surface* surfac
   underPointer_ = surface;
   place_ = {wl_fixed_to_double(x), wl_fixed_to_double(y)};
   if (const WaylandInputTarget* target = targetOf(surface)) {
-    cursor_.show(pointer, serial, static_cast<int>(std::ceil(target->scale)));
+    cursor_.show(pointer, serial, static_cast<int>(std::ceil(target->cursorScale())));
   }
   tellPointer(PointerEvent::Kind::Enter);
 }
@@ -138,9 +154,9 @@ void WaylandSeat::frame(wl_pointer*) {
   scroll_ = {};
 }
 
-void WaylandSeat::tellTouch(wl_surface* surface, TouchEvent::Kind kind, int32_t finger) {
-  if (const WaylandInputTarget* target = targetOf(surface)) {
-    target->client->touchEvent({kind, finger, fingers_[finger].place, time_});
+void WaylandSeat::tellTouch(const Finger& touched, TouchEvent::Kind kind, int32_t finger) const {
+  if (WaylandInputTarget* target = targetOf(touched.surface)) {
+    target->touchEvent({kind, finger, touched.place, time_});
   }
 }
 
@@ -148,15 +164,16 @@ void WaylandSeat::down(wl_touch*, uint32_t, uint32_t time, wl_surface* surface, 
                        wl_fixed_t x, wl_fixed_t y) {
   time_ = time;
   fingers_[finger] = {surface, {wl_fixed_to_double(x), wl_fixed_to_double(y)}};
-  tellTouch(surface, TouchEvent::Kind::Down, finger);
+  tellTouch(fingers_[finger], TouchEvent::Kind::Down, finger);
 }
 
 void WaylandSeat::up(wl_touch*, uint32_t, uint32_t time, int32_t finger) {
   time_ = time;
   const auto found = fingers_.find(finger);
   if (found == fingers_.end()) return;
-  tellTouch(found->second.surface, TouchEvent::Kind::Up, finger);
-  fingers_.erase(finger);
+  const Finger touched = found->second;
+  fingers_.erase(found);
+  tellTouch(touched, TouchEvent::Kind::Up, finger);
 }
 
 void WaylandSeat::touchMotion(wl_touch*, uint32_t time, int32_t finger, wl_fixed_t x,
@@ -165,12 +182,13 @@ void WaylandSeat::touchMotion(wl_touch*, uint32_t time, int32_t finger, wl_fixed
   const auto found = fingers_.find(finger);
   if (found == fingers_.end()) return;
   found->second.place = {wl_fixed_to_double(x), wl_fixed_to_double(y)};
-  tellTouch(found->second.surface, TouchEvent::Kind::Move, finger);
+  tellTouch(found->second, TouchEvent::Kind::Move, finger);
 }
 
 void WaylandSeat::touchCancelled(wl_touch*) {
-  const auto fingers = fingers_;
-  for (const auto& [finger, touched] : fingers)
-    tellTouch(touched.surface, TouchEvent::Kind::Cancel, finger);
-  fingers_.clear();
+  // Whoever is told may end the surface of the next finger, too, which is forgotten then.
+  while (!fingers_.empty()) {
+    const auto cancelled = fingers_.extract(fingers_.begin());
+    tellTouch(cancelled.mapped(), TouchEvent::Kind::Cancel, cancelled.key());
+  }
 }

@@ -1,0 +1,39 @@
+#include "Hosts/Wayland/WaylandMenuWindow.h"
+
+#include <utility>
+
+WaylandMenuWindow::WaylandMenuWindow(WaylandConnection& connection, wl_surface* overlay,
+                                     MenuSessionClient& client, std::function<double()> scale)
+    : connection_(connection),
+      client_(client),
+      scale_(std::move(scale)),
+      picture_(connection, overlay, [this] { frameShown(); }) {}
+
+WaylandMenuWindow::~WaylandMenuWindow() {
+  if (frame_) NSRunLoop::mainRunLoop().cancel(*frame_);
+  connection_.flushSoon();
+}
+
+void WaylandMenuWindow::present(PixelRect frame, const PixelPicture& picture, PixelRect changed) {
+  picture_.present(picture, frame.x, frame.y, scale_(), changed);
+  connection_.flushSoon();
+}
+
+void WaylandMenuWindow::requestFrame() {
+  wantsFrame_ = true;
+  if (!picture_.isAwaitingFrame()) scheduleFrame();
+}
+
+void WaylandMenuWindow::frameShown() {
+  if (wantsFrame_) scheduleFrame();
+}
+
+void WaylandMenuWindow::scheduleFrame() {
+  wantsFrame_ = false;
+  if (frame_) return;
+  NSRunLoop& loop = NSRunLoop::mainRunLoop();
+  frame_ = loop.scheduleAt(loop.now(), [this] {
+    frame_.reset();
+    client_.menuFrameReady(*this);
+  });
+}

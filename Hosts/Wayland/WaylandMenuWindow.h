@@ -1,0 +1,34 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+
+#include "Hosts/Display/MenuSession.h"
+#include "Hosts/Wayland/PictureSurface.h"
+#include "Hosts/Wayland/WaylandConnection.h"
+#include "Platform/Foundation/RunLoop/NSRunLoop.h"
+
+/// A menu's window: a picture on the overlay of its session's output.
+class WaylandMenuWindow : public MenuWindow {
+ public:
+  /// `scale` tells the session's.
+  WaylandMenuWindow(WaylandConnection& connection, wl_surface* overlay, MenuSessionClient& client,
+                    std::function<double()> scale);
+  WaylandMenuWindow(const WaylandMenuWindow&) = delete;
+  WaylandMenuWindow& operator=(const WaylandMenuWindow&) = delete;
+  ~WaylandMenuWindow() override;
+
+  void present(PixelRect frame, const PixelPicture& picture, PixelRect changed) override;
+  void requestFrame() override;
+
+ private:
+  void frameShown();
+  void scheduleFrame();
+
+  WaylandConnection& connection_;
+  MenuSessionClient& client_;
+  std::function<double()> scale_;
+  bool wantsFrame_ = false;
+  std::optional<NSRunLoop::TimerId> frame_;
+  PictureSurface picture_;
+};

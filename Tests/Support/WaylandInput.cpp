@@ -1,0 +1,180 @@
+#include "Tests/Support/WaylandInput.h"
+
+#include <sys/mman.h>
+#include <unistd.h>
+#include <wayland-client.h>
+#include <xkbcommon/xkbcommon.h>
+
+#include <chrono>
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <stdexcept>
+#include <string_view>
+
+#include <virtual-keyboard-unstable-v1-client.h>
+#include <wlr-virtual-pointer-unstable-v1-client.h>
+
+namespace {
+
+uint32_t milliseconds() {
+  const auto now = std::chrono::steady_clock::now().time_since_epoch();
+  return static_cast<uint32_t>(
+      std::chrono::duration_cast<std::chrono::milliseconds>(now).count());
+}
+
+struct Globals {
+  wl_seat* seat = nullptr;
+  zwlr_virtual_pointer_manager_v1* pointers = nullptr;
+  zwp_virtual_keyboard_manager_v1* keyboards = nullptr;
+};
+
+void globalAdded(void* data, wl_registry* registry, uint32_t name, const char* interface,
+                 uint32_t) {
+  Globals& globals = *static_cast<Globals*>(data);
+  const std::string_view kind = interface;
+  const auto bind = [&](auto*& global, const wl_interface& wanted) {
+    using Pointer = std::remove_reference_t<decltype(global)>;
+    if (kind != wanted.name) return;
+    global = static_cast<Pointer>(wl_registry_bind(registry, name, &wanted, 1));
+  };
+  bind(globals.seat, wl_seat_interface);
+  bind(globals.pointers, zwlr_virtual_pointer_manager_v1_interface);
+  bind(globals.keyboards, zwp_virtual_keyboard_manager_v1_interface);
+}
+
+void globalRemoved(void*, wl_registry*, uint32_t) {}
+
+}  // namespace
+
+struct WaylandInput::Connection {
+  explicit Connection(const std::string& socket) : display(wl_display_connect(socket.c_str())) {
+    if (display == nullptr) throw std::runtime_error("no connection to the compositor " + socket);
+    static constexpr wl_registry_listener Listener = {globalAdded, globalRemoved};
+    Globals globals;
+    wl_registry_add_listener(wl_display_get_registry(display), &Listener, &globals);
+    wl_display_roundtrip(display);
+    if (globals.seat == nullptr || globals.pointers == nullptr || globals.keyboards == nullptr) {
+      throw std::runtime_error("the compositor takes no input from programs");
+    }
+    pointer =
+        zwlr_virtual_pointer_manager_v1_create_virtual_pointer(globals.pointers, globals.seat);
+    keyboard =
+        zwp_virtual_keyboard_manager_v1_create_virtual_keyboard(globals.keyboards, globals.seat);
+    sendKeymap();
+    sync();
+  }
+
+  ~Connection() {
+    xkb_state_unref(state);
+    // The connection's objects end with it.
+    wl_display_disconnect(display);
+  }
+
+  void sendKeymap() {
+    xkb_context* context = xkb_context_new(XKB_CONTEXT_NO_ENVIRONMENT_NAMES);
+    const xkb_rule_names names{"evdev", "pc105", "us", "", ""};
+    xkb_keymap* keymap = xkb_keymap_new_from_names(context, &names, XKB_KEYMAP_COMPILE_NO_FLAGS);
+    if (keymap == nullptr) throw std::runtime_error("no keymap");
+    state = xkb_state_new(keymap);
+    char* const owned = xkb_keymap_get_as_string(keymap, XKB_KEYMAP_FORMAT_TEXT_V1);
+    const std::string text = owned;
+    free(owned);
+    xkb_keymap_unref(keymap);
+    xkb_context_unref(context);
+    const int descriptor = memfd_create("keymap", MFD_CLOEXEC);
+    const size_t size = text.size() + 1;
+    if (write(descriptor, text.c_str(), size) != static_cast<ssize_t>(size)) {
+      throw std::runtime_error("no memory for the keymap");
+    }
+    zwp_virtual_keyboard_v1_keymap(keyboard, WL_KEYBOARD_KEYMAP_FORMAT_XKB_V1, descriptor,
+                                   static_cast<uint32_t>(size));
+    wl_display_flush(display);
+    close(descriptor);
+  }
+
+  void sync() const {
+    if (wl_display_roundtrip(display) < 0) throw std::runtime_error("the compositor has gone");
+  }
+
+  wl_display* display;
+  zwlr_virtual_pointer_v1* pointer = nullptr;
+  zwp_virtual_keyboard_v1* keyboard = nullptr;
+  xkb_state* state = nullptr;
+};
+
+WaylandInput::WaylandInput(const WaylandServer& screen, uint32_t width, uint32_t height)
+    : width_(width), height_(height) {
+  const Environment environment = screen.environment();
+  const std::filesystem::path folder = environment.at("XDG_RUNTIME_DIR").value();
+  connection_ = std::make_unique<Connection>(folder / environment.at("WAYLAND_DISPLAY").value());
+}
+
+WaylandInput::~WaylandInput() = default;
+
+void WaylandInput::move(double x, double y) {
+  constexpr uint32_t StepsPerPoint = 256;
+  const auto steps = [](double points) {
+    return static_cast<uint32_t>(std::lround(points * StepsPerPoint));
+  };
+  zwlr_virtual_pointer_v1_motion_absolute(connection_->pointer, milliseconds(), steps(x), steps(y),
+                                          width_ * StepsPerPoint, height_ * StepsPerPoint);
+  zwlr_virtual_pointer_v1_frame(connection_->pointer);
+  connection_->sync();
+}
+
+void WaylandInput::press(uint32_t button) {
+  zwlr_virtual_pointer_v1_button(connection_->pointer, milliseconds(), button,
+                                 WL_POINTER_BUTTON_STATE_PRESSED);
+  zwlr_virtual_pointer_v1_frame(connection_->pointer);
+  connection_->sync();
+}
+
+void WaylandInput::release(uint32_t button) {
+  zwlr_virtual_pointer_v1_button(connection_->pointer, milliseconds(), button,
+                                 WL_POINTER_BUTTON_STATE_RELEASED);
+  zwlr_virtual_pointer_v1_frame(connection_->pointer);
+  connection_->sync();
+}
+
+void WaylandInput::click(uint32_t button) {
+  press(button);
+  release(button);
+}
+
+void WaylandInput::scroll(double right, double down) {
+  zwlr_virtual_pointer_v1_axis_source(connection_->pointer, WL_POINTER_AXIS_SOURCE_FINGER);
+  const auto axis = [this](uint32_t direction, double points) {
+    if (points == 0) return;
+    zwlr_virtual_pointer_v1_axis(connection_->pointer, milliseconds(), direction,
+                                 wl_fixed_from_double(points));
+  };
+  axis(WL_POINTER_AXIS_HORIZONTAL_SCROLL, right);
+  axis(WL_POINTER_AXIS_VERTICAL_SCROLL, down);
+  zwlr_virtual_pointer_v1_frame(connection_->pointer);
+  connection_->sync();
+}
+
+void WaylandInput::key(uint32_t key, bool isDown) {
+  constexpr uint32_t XkbOffset = 8;
+  zwp_virtual_keyboard_v1_key(
+      connection_->keyboard, milliseconds(), key,
+      isDown ? WL_KEYBOARD_KEY_STATE_PRESSED : WL_KEYBOARD_KEY_STATE_RELEASED);
+  xkb_state* const state = connection_->state;
+  xkb_state_update_key(state, key + XkbOffset, isDown ? XKB_KEY_DOWN : XKB_KEY_UP);
+  zwp_virtual_keyboard_v1_modifiers(connection_->keyboard,
+                                    xkb_state_serialize_mods(state, XKB_STATE_MODS_DEPRESSED),
+                                    xkb_state_serialize_mods(state, XKB_STATE_MODS_LATCHED),
+                                    xkb_state_serialize_mods(state, XKB_STATE_MODS_LOCKED),
+                                    xkb_state_serialize_layout(state, XKB_STATE_LAYOUT_EFFECTIVE));
+  connection_->sync();
+}
+
+void WaylandInput::keyDown(uint32_t key) { this->key(key, true); }
+
+void WaylandInput::keyUp(uint32_t key) { this->key(key, false); }
+
+void WaylandInput::type(uint32_t key) {
+  keyDown(key);
+  keyUp(key);
+}
