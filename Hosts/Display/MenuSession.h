@@ -32,9 +32,10 @@ class MenuWindow {
   virtual ~MenuWindow() = default;
 
   /// Shows `picture` at `frame`, in pixels from the upper left corner of the session's monitor. Its
-  /// place and its size are multiples of the session's pixel grid; it may reach beyond the monitor. The first
-  /// call brings the window up. A new place, a new size and the new picture are seen at once, in
-  /// one frame. `changed` is where the picture differs from the one before, if that had its size.
+  /// place and its size are multiples of the session's pixel grid; it may reach beyond the monitor.
+  /// The first call brings the window up. A new place, a new size and the new picture are seen at
+  /// once, in one frame. `changed` is where the picture differs from the one before, if that had
+  /// its size.
   virtual void present(PixelRect frame, const PixelPicture& picture, PixelRect changed) = 0;
 
   /// Has `menuFrameReady` called once, as soon as the display can show another picture.
