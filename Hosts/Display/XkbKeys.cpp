@@ -93,13 +93,12 @@ XkbKeys::XkbKeys(xkb_keymap* keymap, xkb_state* state) : keymap_(keymap), state_
 
 std::unique_ptr<XkbKeys> XkbKeys::fromText(const std::string& text) {
   // A keymap's text is complete: neither files nor the environment have a say.
-  xkb_context* context =
-      xkb_context_new(static_cast<xkb_context_flags>(XKB_CONTEXT_NO_DEFAULT_INCLUDES |
-                                                     XKB_CONTEXT_NO_ENVIRONMENT_NAMES));
+  xkb_context* context = xkb_context_new(static_cast<xkb_context_flags>(
+      XKB_CONTEXT_NO_DEFAULT_INCLUDES | XKB_CONTEXT_NO_ENVIRONMENT_NAMES));
   if (context == nullptr) return nullptr;
   // A keymap holds its context itself.
-  xkb_keymap* keymap = xkb_keymap_new_from_string(
-      context, text.c_str(), XKB_KEYMAP_FORMAT_TEXT_V1, XKB_KEYMAP_COMPILE_NO_FLAGS);
+  xkb_keymap* keymap = xkb_keymap_new_from_string(context, text.c_str(), XKB_KEYMAP_FORMAT_TEXT_V1,
+                                                  XKB_KEYMAP_COMPILE_NO_FLAGS);
   xkb_context_unref(context);
   if (keymap == nullptr) return nullptr;
   return std::make_unique<XkbKeys>(keymap, xkb_state_new(keymap));
