@@ -57,8 +57,7 @@ bool X11InputGrab::takePointer() {
 
 bool X11InputGrab::takeKeyboard() {
   const auto answer = connection_.waitFor(
-      xcb_grab_keyboard_reply,
-      xcb_grab_keyboard(connection_.get(), 0, window_, XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC,
-                        XCB_GRAB_MODE_ASYNC));
+      xcb_grab_keyboard_reply, xcb_grab_keyboard(connection_.get(), 0, window_, XCB_CURRENT_TIME,
+                                                 XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
   return answer && answer->status == XCB_GRAB_STATUS_SUCCESS;
 }

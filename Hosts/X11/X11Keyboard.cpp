@@ -9,6 +9,17 @@ namespace {
 constexpr uint16_t Changes = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY |
                              XCB_XKB_EVENT_TYPE_MAP_NOTIFY | XCB_XKB_EVENT_TYPE_STATE_NOTIFY;
 
+/// The answer and the event have the same members.
+template <typename Told>
+XkbKeys::State stateIn(const Told& told) {
+  return {.depressedModifiers = told.baseMods,
+          .latchedModifiers = told.latchedMods,
+          .lockedModifiers = told.lockedMods,
+          .depressedLayout = static_cast<uint32_t>(told.baseGroup),
+          .latchedLayout = static_cast<uint32_t>(told.latchedGroup),
+          .lockedLayout = told.lockedGroup};
+}
+
 }  // namespace
 
 X11Keyboard::X11Keyboard(X11Connection& connection) : X11EventHandler(connection) {
@@ -26,7 +37,7 @@ X11Keyboard::X11Keyboard(X11Connection& connection) : X11EventHandler(connection
       xcb_xkb_per_client_flags(x11, static_cast<uint16_t>(device_), Flag, Flag, 0, 0, 0);
   xcb_discard_reply(x11, flags.sequence);
   followChanges(Changes);
-  noteHeldKeys();
+  readState();
 }
 
 X11Keyboard::~X11Keyboard() {
@@ -34,15 +45,14 @@ X11Keyboard::~X11Keyboard() {
 }
 
 void X11Keyboard::followChanges(uint16_t events) {
-  constexpr uint16_t MapParts = XCB_XKB_MAP_PART_KEY_TYPES | XCB_XKB_MAP_PART_KEY_SYMS |
-                                XCB_XKB_MAP_PART_MODIFIER_MAP |
-                                XCB_XKB_MAP_PART_EXPLICIT_COMPONENTS |
-                                XCB_XKB_MAP_PART_KEY_ACTIONS | XCB_XKB_MAP_PART_VIRTUAL_MODS |
-                                XCB_XKB_MAP_PART_VIRTUAL_MOD_MAP;
-  constexpr uint16_t StateParts =
-      XCB_XKB_STATE_PART_MODIFIER_BASE | XCB_XKB_STATE_PART_MODIFIER_LATCH |
-      XCB_XKB_STATE_PART_MODIFIER_LOCK | XCB_XKB_STATE_PART_GROUP_BASE |
-      XCB_XKB_STATE_PART_GROUP_LATCH | XCB_XKB_STATE_PART_GROUP_LOCK;
+  constexpr uint16_t MapParts =
+      XCB_XKB_MAP_PART_KEY_TYPES | XCB_XKB_MAP_PART_KEY_SYMS | XCB_XKB_MAP_PART_MODIFIER_MAP |
+      XCB_XKB_MAP_PART_EXPLICIT_COMPONENTS | XCB_XKB_MAP_PART_KEY_ACTIONS |
+      XCB_XKB_MAP_PART_VIRTUAL_MODS | XCB_XKB_MAP_PART_VIRTUAL_MOD_MAP;
+  constexpr uint16_t StateParts = XCB_XKB_STATE_PART_MODIFIER_BASE |
+                                  XCB_XKB_STATE_PART_MODIFIER_LATCH |
+                                  XCB_XKB_STATE_PART_MODIFIER_LOCK | XCB_XKB_STATE_PART_GROUP_BASE |
+                                  XCB_XKB_STATE_PART_GROUP_LATCH | XCB_XKB_STATE_PART_GROUP_LOCK;
   xcb_xkb_select_events_details_t details{};
   details.affectNewKeyboard = XCB_XKB_NKN_DETAIL_KEYCODES;
   details.newKeyboardDetails = XCB_XKB_NKN_DETAIL_KEYCODES;
@@ -53,16 +63,19 @@ void X11Keyboard::followChanges(uint16_t events) {
                             MapParts, MapParts, &details);
 }
 
-void X11Keyboard::noteHeldKeys() {
+void X11Keyboard::readState() {
+  xcb_connection_t* const x11 = connection().get();
+  const auto state = connection().waitFor(xcb_xkb_get_state_reply,
+                                          xcb_xkb_get_state(x11, static_cast<uint16_t>(device_)));
+  if (state) state_ = stateIn(*state);
   constexpr size_t BitsOfByte = 8;
-  const auto keymap =
-      connection().waitFor(xcb_query_keymap_reply, xcb_query_keymap(connection().get()));
+  const auto keymap = connection().waitFor(xcb_query_keymap_reply, xcb_query_keymap(x11));
   if (!keymap) return;
   for (size_t key = 0; key < held_.size(); ++key)
     held_[key] = (keymap->keys[key / BitsOfByte] >> (key % BitsOfByte) & 1) != 0;
 }
 
-/// Its several answers are waited for, so it is left until the first key.
+/// Its many answers take some milliseconds, so it is left until the first key.
 void X11Keyboard::readLayouts() {
   if (device_ < 0) return;
   const std::unique_ptr<xkb_context, decltype(&xkb_context_unref)> context(
@@ -74,21 +87,18 @@ void X11Keyboard::readLayouts() {
   xkb_keymap* keymap =
       xkb_x11_keymap_new_from_device(context.get(), x11, device_, XKB_KEYMAP_COMPILE_NO_FLAGS);
   if (keymap == nullptr) return;
-  if (xkb_state* state = xkb_x11_state_new_from_device(keymap, x11, device_)) {
-    keys_ = std::make_unique<XkbKeys>(keymap, state);
-  } else {
-    xkb_keymap_unref(keymap);
-  }
+  keys_ = std::make_unique<XkbKeys>(keymap, xkb_state_new(keymap));
+  keys_->setState(state_);
 }
 
-std::optional<NSEvent> X11Keyboard::keyEvent(const xcb_key_press_event_t& event) {
+std::optional<NSEvent> X11Keyboard::keyEvent(xcb_keycode_t key, NSEventType type) {
   if (!keys_) readLayouts();
   if (!keys_) return std::nullopt;
-  const bool isPress = (event.response_type & 0x7F) == XCB_KEY_PRESS;
-  NSEvent told = keys_->event(event.detail, isPress ? NSEventType::KeyDown : NSEventType::KeyUp);
-  told.isARepeat = isPress && held_[event.detail];
-  held_[event.detail] = isPress;
-  return told;
+  NSEvent event = keys_->event(key, type);
+  const bool isPress = type == NSEventType::KeyDown;
+  event.isARepeat = isPress && held_[key];
+  held_[key] = isPress;
+  return event;
 }
 
 void X11Keyboard::handleEvent(const xcb_generic_event_t& event) {
@@ -100,11 +110,7 @@ void X11Keyboard::handleEvent(const xcb_generic_event_t& event) {
     keys_.reset();
     return;
   }
-  if (!keys_) return;
-  keys_->setState({.depressedModifiers = change.baseMods,
-                   .latchedModifiers = change.latchedMods,
-                   .lockedModifiers = change.lockedMods,
-                   .depressedLayout = static_cast<uint32_t>(change.baseGroup),
-                   .latchedLayout = static_cast<uint32_t>(change.latchedGroup),
-                   .lockedLayout = change.lockedGroup});
+  // Also before the layouts are read: the first key is older than what the server would tell then.
+  state_ = stateIn(change);
+  if (keys_) keys_->setState(state_);
 }

@@ -14,18 +14,19 @@ class X11Keyboard : public X11EventHandler {
   explicit X11Keyboard(X11Connection& connection);
   ~X11Keyboard() override;
 
-  /// The event of a key's press or release. Null where the server does not tell its layouts.
-  std::optional<NSEvent> keyEvent(const xcb_key_press_event_t& event);
+  /// What the press or the release of a key means. Null where the server does not tell its layouts.
+  std::optional<NSEvent> keyEvent(xcb_keycode_t key, NSEventType type);
 
   void handleEvent(const xcb_generic_event_t& event) override;
 
  private:
   void followChanges(uint16_t events);
-  void noteHeldKeys();
+  void readState();
   void readLayouts();
 
   int32_t device_ = -1;
   uint8_t firstEvent_ = 0;
   std::unique_ptr<XkbKeys> keys_;  // Null until it is needed, and after another keymap.
+  XkbKeys::State state_;
   std::bitset<256> held_;
 };

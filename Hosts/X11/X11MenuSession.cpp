@@ -52,7 +52,10 @@ void X11MenuSession::handleEvent(const xcb_generic_event_t& event) {
     case XCB_KEY_RELEASE: {
       const auto& key = eventAs<xcb_key_press_event_t>(event);
       if (key.event != grab_->window()) break;
-      if (const auto told = keyboard_.keyEvent(key)) client_.menuKeyEvent(*told);
+      const bool isPress = eventType(event) == XCB_KEY_PRESS;
+      const auto told =
+          keyboard_.keyEvent(key.detail, isPress ? NSEventType::KeyDown : NSEventType::KeyUp);
+      if (told) client_.menuKeyEvent(*told);
       break;
     }
     case XCB_UNMAP_NOTIFY:

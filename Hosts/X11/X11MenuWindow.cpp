@@ -7,9 +7,10 @@
 
 X11MenuVisual::X11MenuVisual(X11Connection& connection)
     : connection_(connection), visual_(rootVisual(connection.screen())) {
-  const auto owner = connection.waitFor(
-      xcb_get_selection_owner_reply,
-      xcb_get_selection_owner(connection.get(), connection.atom(X11Atom::NetWmCompositorSelection)));
+  const auto owner =
+      connection.waitFor(xcb_get_selection_owner_reply,
+                         xcb_get_selection_owner(
+                             connection.get(), connection.atom(X11Atom::NetWmCompositorSelection)));
   const auto withAlpha = alphaVisual(connection.screen());
   if (!owner || owner->owner == XCB_WINDOW_NONE || !withAlpha) return;
   visual_ = *withAlpha;

@@ -9,8 +9,8 @@
 #include "Hosts/X11/X11Connection.h"
 #include "Hosts/X11/X11Painter.h"
 
-/// What menus' windows are made of: with clear pixels where a compositing manager lets what is below
-/// shine through, else like the screen itself. As it was when this object was made.
+/// What menus' windows are made of: with clear pixels where a compositing manager lets what is
+/// below shine through, else like the screen itself. As it was when this object was made.
 class X11MenuVisual {
  public:
   explicit X11MenuVisual(X11Connection& connection);
@@ -34,8 +34,8 @@ class X11MenuVisual {
 /// here.
 class X11MenuWindow : public MenuWindow {
  public:
-  /// `monitor` is the session's monitor, in pixels of the whole desktop. The window stands in `list`
-  /// as long as it lives, and must not outlive it nor the others.
+  /// `monitor` is the session's monitor, in pixels of the whole desktop. The window stands in
+  /// `list` as long as it lives, and must not outlive it nor the others.
   X11MenuWindow(X11Connection& connection, const X11MenuVisual& visual, const PixelRect& monitor,
                 MenuSessionClient& client, std::vector<X11MenuWindow*>& list);
   X11MenuWindow(const X11MenuWindow&) = delete;
