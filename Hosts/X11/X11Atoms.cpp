@@ -9,6 +9,7 @@ X11Atoms::X11Atoms(xcb_connection_t* connection, int screenNumber) {
   // In the order of `X11Atom`.
   const std::array<std::string, static_cast<size_t>(X11Atom::Count)> names = {
       "MANAGER",
+      "_NET_WM_CM_S" + screen,
       "_NET_WM_DESKTOP",
       "_NET_WM_NAME",
       "_NET_WM_PID",
@@ -22,6 +23,7 @@ X11Atoms::X11Atoms(xcb_connection_t* connection, int screenNumber) {
       "_NET_WM_STRUT_PARTIAL",
       "_NET_WM_WINDOW_TYPE",
       "_NET_WM_WINDOW_TYPE_DOCK",
+      "_NET_WM_WINDOW_TYPE_DROPDOWN_MENU",
       "UTF8_STRING",
       "WM_DELETE_WINDOW",
       "WM_PROTOCOLS",

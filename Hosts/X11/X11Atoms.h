@@ -7,6 +7,7 @@
 /// The words that the bar and the rest of the desktop have in common: ICCCM, EWMH and XSETTINGS.
 enum class X11Atom {
   Manager,
+  NetWmCompositorSelection,
   NetWmDesktop,
   NetWmName,
   NetWmPid,
@@ -20,6 +21,7 @@ enum class X11Atom {
   NetWmStrutPartial,
   NetWmWindowType,
   NetWmWindowTypeDock,
+  NetWmWindowTypeDropdownMenu,
   Utf8String,
   WmDeleteWindow,
   WmProtocols,

@@ -11,7 +11,7 @@ X11Bar::X11Bar(X11Connection& connection, const X11Monitors& monitors, const Mon
       height_(height),
       client_(client),
       window_(connection),
-      painter_(connection, window_.id()),
+      painter_(connection, window_.id(), rootVisual(connection.screen())),
       pointer_(client) {
   moveTo(monitor);
 }
@@ -20,13 +20,10 @@ X11Bar::~X11Bar() { cancelFrame(); }
 
 void X11Bar::moveTo(const Monitor& monitor) {
   scale_ = monitor.scale;
-  const auto pixels = [this](double points) {
-    return static_cast<int>(std::lround(points * scale_));
-  };
-  const NSRect& frame = monitor.frame;
-  widthInPixels_ = pixels(frame.size.width);
-  window_.place({pixels(frame.origin.x), pixels(frame.origin.y), widthInPixels_, pixels(height_)},
-                monitors_.known());
+  PixelRect frame = pixelFrame(monitor);
+  frame.height = static_cast<int>(std::lround(height_ * scale_));
+  widthInPixels_ = frame.width;
+  window_.place(frame, monitors_.known());
 }
 
 void X11Bar::setBackground(std::span<const uint32_t> rows) {

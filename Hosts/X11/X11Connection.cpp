@@ -29,8 +29,9 @@ X11Connection::X11Connection() {
   setup_ = xcb_get_setup(get());
   screen_ = screenWithNumber(setup_, screenNumber);
   atoms_.emplace(get(), screenNumber);
-  // The root window's size and RandR's monitors, and new managers of the windows and the settings.
-  const uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+  // The root window's size and RandR's monitors, new managers of the windows and the settings, and
+  // the resources.
+  const uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE;
   xcb_change_window_attributes(get(), root(), XCB_CW_EVENT_MASK, &mask);
   watch_ = loop_.watchDescriptor(xcb_get_file_descriptor(get()), [this] { dispatchEvents(); });
 }

@@ -5,6 +5,7 @@
 
 #include "Hosts/X11/X11Bar.h"
 #include "Hosts/X11/X11Connection.h"
+#include "Hosts/X11/X11MenuSession.h"
 #include "Hosts/X11/X11Monitors.h"
 #include "Hosts/X11/X11ScaleSetting.h"
 
@@ -14,6 +15,7 @@ class X11Display : public Display {
  public:
   X11Display() {
     connection_.onLost = [this] {
+      if (menus_ != nullptr) menus_->end();
       if (onLost) onLost("the X11 display has gone");
     };
     readMonitors();
@@ -28,6 +30,18 @@ class X11Display : public Display {
   std::unique_ptr<BarSurface> makeBar(const Monitor& monitor, int height,
                                       SurfaceClient& client) override {
     return std::make_unique<X11Bar>(connection_, x11Monitors_, monitor, height, client);
+  }
+
+  std::unique_ptr<MenuSession> beginMenus(const Monitor& monitor,
+                                          MenuSessionClient& client) override {
+    // The server would let this program take the input twice, but give it back at the first end.
+    if (menus_ != nullptr) return nullptr;
+    auto grab = std::make_unique<X11InputGrab>(connection_);
+    if (!grab->take()) return nullptr;
+    auto session = std::make_unique<X11MenuSession>(connection_, std::move(grab), monitor, client,
+                                                    [this] { menus_ = nullptr; });
+    menus_ = session.get();
+    return session;
   }
 
  private:
@@ -52,7 +66,9 @@ class X11Display : public Display {
       settling_.reset();
       const std::vector<Monitor> before = monitors_;
       readMonitors();
-      if (monitors_ != before && onMonitorsChanged) onMonitorsChanged();
+      if (monitors_ == before) return;
+      if (menus_ != nullptr) menus_->follow(monitors_);
+      if (onMonitorsChanged) onMonitorsChanged();
     });
   }
 
@@ -60,6 +76,7 @@ class X11Display : public Display {
   X11Monitors x11Monitors_{connection_, [this] { scheduleSettling(); }};
   X11ScaleSetting scaleSetting_{connection_, [this] { scheduleSettling(); }};
   std::vector<Monitor> monitors_;
+  X11MenuSession* menus_ = nullptr;  // The open ones.
   std::optional<NSRunLoop::TimerId> settling_;
 };
 

@@ -2,7 +2,17 @@
 
 #include <xcb/randr.h>
 
+#include <cmath>
 #include <optional>
+
+PixelRect pixelFrame(const Monitor& monitor) {
+  const auto pixels = [&](double points) {
+    return static_cast<int>(std::lround(points * monitor.scale));
+  };
+  const NSRect& frame = monitor.frame;
+  return {pixels(frame.origin.x), pixels(frame.origin.y), pixels(frame.size.width),
+          pixels(frame.size.height)};
+}
 
 X11Monitors::X11Monitors(X11Connection& connection, std::function<void()> onChange)
     : X11EventHandler(connection), onChange_(std::move(onChange)), hasRandr_(hasRandrMonitors()) {

@@ -16,6 +16,9 @@ struct X11Monitor {
   bool operator==(const X11Monitor&) const = default;
 };
 
+/// A monitor's frame in the pixels of the whole desktop.
+PixelRect pixelFrame(const Monitor& monitor);
+
 /// The monitors as RandR 1.5 tells them. With an older server the whole desktop is one monitor.
 class X11Monitors : public X11EventHandler {
  public:

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-X11Painter::X11Painter(X11Connection& connection, xcb_window_t window)
+X11Painter::X11Painter(X11Connection& connection, xcb_window_t window, const X11Visual& visual)
     : connection_(connection),
       window_(window),
-      format_(connection.setup(), connection.screen()),
+      format_(connection.setup(), visual),
       context_(xcb_generate_id(connection.get())) {
   xcb_create_gc(connection.get(), context_, window, 0, nullptr);
 }
@@ -44,6 +44,11 @@ void X11Painter::clear(const PixelRect& area) {
 
 void X11Painter::paint(const PixelPicture& picture, const PixelRect& part, int x) {
   put(window_, picture, part, x);
+}
+
+void X11Painter::paintOnto(xcb_pixmap_t pixmap, const PixelPicture& picture,
+                           const PixelRect& part) {
+  put(pixmap, picture, part, 0);
 }
 
 void X11Painter::put(xcb_drawable_t target, const PixelPicture& picture, const PixelRect& part,

@@ -8,12 +8,12 @@
 #include "Hosts/X11/X11Connection.h"
 #include "Hosts/X11/X11PixelFormat.h"
 
-/// Puts pixels onto a window of the root window's format. The server answers none of it, so nothing
-/// wakes the process afterwards.
+/// Puts pixels onto a window and onto pixmaps of the same format. The server answers none of it, so
+/// nothing wakes the process afterwards.
 class X11Painter {
  public:
-  /// Throws `std::runtime_error` if the screen has no colours to paint in.
-  X11Painter(X11Connection& connection, xcb_window_t window);
+  /// `visual` is the window's. Throws `std::runtime_error` if the server does not tell its format.
+  X11Painter(X11Connection& connection, xcb_window_t window, const X11Visual& visual);
   X11Painter(const X11Painter&) = delete;
   X11Painter& operator=(const X11Painter&) = delete;
   ~X11Painter();
@@ -24,12 +24,16 @@ class X11Painter {
   /// Fills `area` with the background but for what lies in `hole`.
   void clearAround(const PixelRect& area, const PixelRect& hole);
 
-  /// Paints a part of a picture whose upper left corner lies at `x`, 0. Pictures are opaque.
+  /// Fills `area` with the background.
+  void clear(const PixelRect& area);
+
+  /// Paints a part of a picture whose upper left corner lies at `x`, 0.
   void paint(const PixelPicture& picture, const PixelRect& part, int x);
+  /// Paints a part of a picture onto a pixmap of the same size.
+  void paintOnto(xcb_pixmap_t pixmap, const PixelPicture& picture, const PixelRect& part);
 
  private:
   void put(xcb_drawable_t target, const PixelPicture& picture, const PixelRect& part, int x);
-  void clear(const PixelRect& area);
 
   X11Connection& connection_;
   xcb_window_t window_;

@@ -7,27 +7,49 @@
 
 namespace {
 
-const xcb_visualtype_t* rootVisual(const xcb_screen_t& screen) {
+constexpr uint32_t RedMask = 0xFF0000;
+constexpr uint32_t GreenMask = 0x00FF00;
+constexpr uint32_t BlueMask = 0x0000FF;
+constexpr uint8_t DepthWithAlpha = 32;
+
+/// The first that `isFitting` approves.
+template <typename Test>
+std::optional<X11Visual> findVisual(const xcb_screen_t& screen, Test isFitting) {
   for (auto depth = xcb_screen_allowed_depths_iterator(&screen); depth.rem > 0;
        xcb_depth_next(&depth)) {
     for (auto visual = xcb_depth_visuals_iterator(depth.data); visual.rem > 0;
          xcb_visualtype_next(&visual)) {
-      if (visual.data->visual_id == screen.root_visual) return visual.data;
+      const X11Visual found{depth.data->depth, visual.data};
+      if (isFitting(found)) return found;
     }
   }
-  return nullptr;
+  return std::nullopt;
 }
 
 }  // namespace
 
-X11PixelFormat::X11PixelFormat(const xcb_setup_t& setup, const xcb_screen_t& screen)
-    : depth_(screen.root_depth),
-      isMostSignificantByteFirst_(setup.image_byte_order == XCB_IMAGE_ORDER_MSB_FIRST) {
-  const xcb_visualtype_t* visual = rootVisual(screen);
-  if (visual == nullptr || (visual->_class != XCB_VISUAL_CLASS_TRUE_COLOR &&
-                            visual->_class != XCB_VISUAL_CLASS_DIRECT_COLOR)) {
+X11Visual rootVisual(const xcb_screen_t& screen) {
+  const auto visual = findVisual(screen, [&](const X11Visual& candidate) {
+    return candidate.type->visual_id == screen.root_visual;
+  });
+  if (!visual || (visual->type->_class != XCB_VISUAL_CLASS_TRUE_COLOR &&
+                  visual->type->_class != XCB_VISUAL_CLASS_DIRECT_COLOR)) {
     throw std::runtime_error("the X11 display shows no colours of red, green and blue");
   }
+  return *visual;
+}
+
+std::optional<X11Visual> alphaVisual(const xcb_screen_t& screen) {
+  return findVisual(screen, [](const X11Visual& visual) {
+    return visual.depth == DepthWithAlpha && visual.type->_class == XCB_VISUAL_CLASS_TRUE_COLOR &&
+           visual.type->red_mask == RedMask && visual.type->green_mask == GreenMask &&
+           visual.type->blue_mask == BlueMask;
+  });
+}
+
+X11PixelFormat::X11PixelFormat(const xcb_setup_t& setup, const X11Visual& visual)
+    : depth_(visual.depth),
+      isMostSignificantByteFirst_(setup.image_byte_order == XCB_IMAGE_ORDER_MSB_FIRST) {
   for (auto format = xcb_setup_pixmap_formats_iterator(&setup); format.rem > 0;
        xcb_format_next(&format)) {
     if (format.data->depth != depth_) continue;
@@ -38,10 +60,12 @@ X11PixelFormat::X11PixelFormat(const xcb_setup_t& setup, const xcb_screen_t& scr
   const auto channel = [](int sourceShift, uint32_t mask) {
     return Channel{sourceShift, std::countr_zero(mask), std::popcount(mask)};
   };
-  channels_ = {channel(16, visual->red_mask), channel(8, visual->green_mask),
-               channel(0, visual->blue_mask)};
-  isOurOwn_ = bitsPerPixel_ == 32 && visual->red_mask == 0xFF0000 &&
-              visual->green_mask == 0x00FF00 && visual->blue_mask == 0x0000FF &&
+  const xcb_visualtype_t& type = *visual.type;
+  channels_ = {channel(16, type.red_mask), channel(8, type.green_mask), channel(0, type.blue_mask)};
+  const bool hasOurMasks =
+      type.red_mask == RedMask && type.green_mask == GreenMask && type.blue_mask == BlueMask;
+  if (depth_ == DepthWithAlpha && hasOurMasks) channels_[3] = channel(24, 0xFF000000);
+  isOurOwn_ = bitsPerPixel_ == 32 && hasOurMasks &&
               isMostSignificantByteFirst_ == (std::endian::native == std::endian::big);
 }
 

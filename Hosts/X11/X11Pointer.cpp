@@ -1,7 +1,7 @@
 #include "Hosts/X11/X11Pointer.h"
 
 #include <algorithm>
-#include <optional>
+#include <utility>
 
 #include "Hosts/X11/X11Connection.h"
 
@@ -40,71 +40,78 @@ PointerButton buttonOf(xcb_button_t button) {
 
 }  // namespace
 
-void X11Pointer::handleEvent(const xcb_generic_event_t& event, xcb_window_t window, double scale) {
+std::optional<PointerEvent> pointerEventOf(const xcb_generic_event_t& event, double scale) {
+  // The other events of the pointer begin like this one.
+  const auto& button = eventAs<xcb_button_press_event_t>(event);
+  PointerEvent told;
+  told.place = {button.event_x / scale, button.event_y / scale};
+  told.time = button.time;
   switch (eventType(event)) {
     case XCB_BUTTON_PRESS:
     case XCB_BUTTON_RELEASE: {
-      const auto& button = eventAs<xcb_button_press_event_t>(event);
-      if (button.event == window) {
-        handleButton(button, eventType(event) == XCB_BUTTON_PRESS, scale);
+      const bool isPress = eventType(event) == XCB_BUTTON_PRESS;
+      told.kind = isPress ? PointerEvent::Kind::Press : PointerEvent::Kind::Release;
+      const auto scroll = scrollOfButton(button.detail);
+      if (!scroll) {
+        told.button = buttonOf(button.detail);
+        return told;
       }
-      break;
+      if (!isPress) return std::nullopt;
+      told.kind = PointerEvent::Kind::Scroll;
+      told.scroll = *scroll;
+      return told;
     }
-    case XCB_MOTION_NOTIFY: {
-      const auto& motion = eventAs<xcb_motion_notify_event_t>(event);
-      if (motion.event != window) break;
-      moveTo(motion, scale);
-      tell(PointerEvent::Kind::Move);
-      break;
-    }
-    case XCB_ENTER_NOTIFY: {
-      const auto& crossing = eventAs<xcb_enter_notify_event_t>(event);
-      if (crossing.event != window || isInside_) break;
-      moveTo(crossing, scale);
-      isInside_ = true;
-      tell(PointerEvent::Kind::Enter);
-      break;
-    }
-    case XCB_LEAVE_NOTIFY: {
-      const auto& crossing = eventAs<xcb_leave_notify_event_t>(event);
-      if (crossing.event != window) break;
-      // After the last button comes another, for the end of the grab.
-      if (heldButtons_ > 0 && crossing.mode == XCB_NOTIFY_MODE_NORMAL) break;
-      moveTo(crossing, scale);
-      loseWindow();
-      break;
-    }
+    case XCB_MOTION_NOTIFY:
+      return told;
+    case XCB_ENTER_NOTIFY:
+      told.kind = PointerEvent::Kind::Enter;
+      return told;
+    case XCB_LEAVE_NOTIFY:
+      told.kind = PointerEvent::Kind::Leave;
+      return told;
     default:
+      return std::nullopt;
+  }
+}
+
+void X11Pointer::handleEvent(const xcb_generic_event_t& event, xcb_window_t window, double scale) {
+  const auto told = pointerEventOf(event, scale);
+  if (!told || eventAs<xcb_button_press_event_t>(event).event != window) return;
+  last_ = *told;
+  switch (told->kind) {
+    case PointerEvent::Kind::Enter:
+      if (std::exchange(isInside_, true)) return;
+      break;
+    case PointerEvent::Kind::Leave:
+      // After the last button comes another, for the end of the grab.
+      if (heldButtons_ == 0 ||
+          eventAs<xcb_leave_notify_event_t>(event).mode != XCB_NOTIFY_MODE_NORMAL) {
+        loseWindow();
+      }
+      return;
+    case PointerEvent::Kind::Press:
+      ++heldButtons_;
+      break;
+    case PointerEvent::Kind::Release:
+      heldButtons_ = std::max(0, heldButtons_ - 1);
+      break;
+    case PointerEvent::Kind::Move:
+    case PointerEvent::Kind::Cancel:
+    case PointerEvent::Kind::Scroll:
       break;
   }
+  client_.pointerEvent(*told);
 }
 
 void X11Pointer::loseWindow() {
-  if (heldButtons_ > 0) {
-    heldButtons_ = 0;
-    tell(PointerEvent::Kind::Cancel);
-  }
-  if (!isInside_) return;
-  isInside_ = false;
-  tell(PointerEvent::Kind::Leave);
+  if (std::exchange(heldButtons_, 0) > 0) tell(PointerEvent::Kind::Cancel);
+  if (std::exchange(isInside_, false)) tell(PointerEvent::Kind::Leave);
 }
 
-void X11Pointer::handleButton(const xcb_button_press_event_t& event, bool isPress, double scale) {
-  moveTo(event, scale);
-  if (const auto scroll = scrollOfButton(event.detail)) {
-    if (isPress) tell(PointerEvent::Kind::Scroll, PointerButton::Primary, *scroll);
-    return;
-  }
-  heldButtons_ = std::max(0, heldButtons_ + (isPress ? 1 : -1));
-  tell(isPress ? PointerEvent::Kind::Press : PointerEvent::Kind::Release, buttonOf(event.detail));
-}
-
-void X11Pointer::tell(PointerEvent::Kind kind, PointerButton button, NSPoint scroll) {
-  client_.pointerEvent({kind, place_, button, scroll, time_});
-}
-
-template <typename Event>
-void X11Pointer::moveTo(const Event& event, double scale) {
-  place_ = {event.event_x / scale, event.event_y / scale};
-  time_ = event.time;
+void X11Pointer::tell(PointerEvent::Kind kind) {
+  PointerEvent event;
+  event.kind = kind;
+  event.place = last_.place;
+  event.time = last_.time;
+  client_.pointerEvent(event);
 }

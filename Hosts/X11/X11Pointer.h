@@ -2,7 +2,14 @@
 
 #include <xcb/xcb.h>
 
+#include <optional>
+
 #include "Hosts/Display/Display.h"
+
+/// What an event says of the pointer, in points from the upper left corner of the window that it
+/// names; `scale` is pixels a point. Null if nothing: for other events, and for the release of a
+/// wheel.
+std::optional<PointerEvent> pointerEventOf(const xcb_generic_event_t& event, double scale);
 
 /// Tells a window's client what happens to the pointer, in the words of every kind of display.
 /// While a button is held the window keeps the pointer wherever that goes, so it leaves only then.
@@ -18,15 +25,10 @@ class X11Pointer {
   void loseWindow();
 
  private:
-  void handleButton(const xcb_button_press_event_t& event, bool isPress, double scale);
-  void tell(PointerEvent::Kind kind, PointerButton button = PointerButton::Primary,
-            NSPoint scroll = {});
-  template <typename Event>
-  void moveTo(const Event& event, double scale);
+  void tell(PointerEvent::Kind kind);
 
   SurfaceClient& client_;
-  NSPoint place_;
-  uint32_t time_ = 0;
+  PointerEvent last_;  // Where and when.
   bool isInside_ = false;
   int heldButtons_ = 0;
 };

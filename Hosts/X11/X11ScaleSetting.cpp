@@ -90,9 +90,13 @@ void X11ScaleSetting::handleEvent(const xcb_generic_event_t& event) {
       }
       break;
     }
-    case XCB_PROPERTY_NOTIFY:
-      if (eventAs<xcb_property_notify_event_t>(event).window == manager_) onChange_();
+    case XCB_PROPERTY_NOTIFY: {
+      const auto& change = eventAs<xcb_property_notify_event_t>(event);
+      const bool isAboutResources =
+          change.window == connection().root() && change.atom == XCB_ATOM_RESOURCE_MANAGER;
+      if (isAboutResources || change.window == manager_) onChange_();
       break;
+    }
     case XCB_DESTROY_NOTIFY:
       if (eventAs<xcb_destroy_notify_event_t>(event).window == manager_) onChange_();
       break;

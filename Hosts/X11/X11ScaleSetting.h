@@ -8,7 +8,8 @@
 /// variable GDK_SCALE, else by the desktop's settings manager, else by the resource Xft.dpi.
 class X11ScaleSetting : public X11EventHandler {
  public:
-  /// `onChange` is called when the settings manager has changed something, comes or goes.
+  /// `onChange` is called when the settings manager has changed something, comes or goes, and when
+  /// there are other resources.
   X11ScaleSetting(X11Connection& connection, std::function<void()> onChange);
 
   /// Asks again. From 1 to 8, in steps of a quarter.
