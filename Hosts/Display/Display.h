@@ -83,7 +83,6 @@ class Display {
 
   /// Takes the input of the desktop for menus on one of `monitors()`. Null where it cannot be had,
   /// as when another program holds it.
-  virtual std::unique_ptr<MenuSession> beginMenus(const Monitor&, MenuSessionClient&) {
-    return nullptr;
-  }
+  virtual std::unique_ptr<MenuSession> beginMenus(const Monitor& monitor,
+                                                  MenuSessionClient& client) = 0;
 };

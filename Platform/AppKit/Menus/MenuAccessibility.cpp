@@ -69,8 +69,8 @@ class Describer {
     element.name = rowName(item);
     element.isEnabled = item.isEnabled();
     element.isSelected = item.isHighlighted();
-    element.isFocused = element.isSelected && tracker_.focusedView() == nullptr &&
-                        depth + 1 == focusedDepth();
+    element.isFocused =
+        element.isSelected && tracker_.focusedView() == nullptr && depth + 1 == focusedDepth();
     element.hasMenu = item.submenu() != nullptr;
     element.canPress = item.action() || item.submenu();
     element.frame = onDesktop(panel.rowFrame(item), panel);
@@ -88,8 +88,8 @@ class Describer {
                std::vector<AccessibleElement>& into) const {
     if (view.isHidden()) return;
     const auto role = roleOf(view.accessibilityRole());
-    const bool isText = role == AccessibleElement::Role::StaticText ||
-                        role == AccessibleElement::Role::Image;
+    const bool isText =
+        role == AccessibleElement::Role::StaticText || role == AccessibleElement::Role::Image;
     const bool isTold = role && (withTexts ? !view.accessibilityLabel().empty() ||
                                                  role != AccessibleElement::Role::StaticText
                                            : !isText);
