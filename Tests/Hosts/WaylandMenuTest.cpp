@@ -121,8 +121,8 @@ TEST(WaylandMenus, TakeTheInputOfEveryOutput) {
   EXPECT_THAT(menus.heard, testing::Each("down 125  again"));
 }
 
-// Would catch: a picture in the place or size of the one before, one at the scale of another screen,
-// black where it is clear, and a window that stays when its session is over.
+// Would catch: a picture in the place or size of the one before, one at the scale of another
+// screen, black where it is clear, and a window that stays when its session is over.
 TEST(WaylandMenus, AreSeenWhereTheyStand) {
   const WaylandServer screen({{.width = 600, .height = 300}});
   screen.command("output HEADLESS-1 bg #0000FF solid_color");
