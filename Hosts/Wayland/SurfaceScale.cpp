@@ -27,12 +27,12 @@ double SurfaceScale::on(const Monitor& monitor) const {
     const WaylandOutput* output = connection_.outputNamed(monitor.name);
     return output != nullptr ? output->wholeScale() : 1;
   }
-  return preferred_ > 0 ? preferred_ : monitor.scale;
+  return isShown_ && preferred_ > 0 ? preferred_ : monitor.scale;
 }
 
 void SurfaceScale::preferredScale(wp_fractional_scale_v1*, uint32_t scale) {
   preferred_ = static_cast<double>(scale) / ScaleSteps;
-  onChange_();
+  if (isShown_) onChange_();
 }
 
 int pixelGridAt(double scale) {

@@ -111,6 +111,9 @@ void WaylandBar::requestFrame() {
 }
 
 void WaylandBar::frameShown() {
+  const double before = scale();
+  scale_->shown();
+  if (scale() != before) return changed();
   if (wantsFrame_) scheduleFrame();
 }
 

@@ -36,8 +36,12 @@ std::unique_ptr<MenuOverlay> WaylandMenuSession::makeOverlay(const WaylandOutput
 }
 
 std::unique_ptr<MenuWindow> WaylandMenuSession::makeWindow() {
-  return std::make_unique<WaylandMenuWindow>(connection_, home_->surface(), client_,
-                                             [this] { return scale_; });
+  return std::make_unique<WaylandMenuWindow>(connection_, home_->surface(), client_, *this);
+}
+
+void WaylandMenuSession::windowShown() {
+  surfaceScale_->shown();
+  if (surfaceScale_->on(monitor_) != scale_) scheduleUpdate();
 }
 
 void WaylandMenuSession::keyboardFocusChanged(bool isHere) {

@@ -28,6 +28,8 @@ class WaylandMenuSession : public MenuSession, private WaylandKeyClient {
 
   /// An output has come, gone or changed.
   void outputsChanged() { scheduleUpdate(); }
+  /// A window, and so its overlay, has been seen.
+  void windowShown();
 
  private:
   void keyEvent(const NSEvent& event) override { client_.menuKeyEvent(event); }

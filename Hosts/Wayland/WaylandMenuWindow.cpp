@@ -1,12 +1,12 @@
 #include "Hosts/Wayland/WaylandMenuWindow.h"
 
-#include <utility>
+#include "Hosts/Wayland/WaylandMenuSession.h"
 
 WaylandMenuWindow::WaylandMenuWindow(WaylandConnection& connection, wl_surface* overlay,
-                                     MenuSessionClient& client, std::function<double()> scale)
+                                     MenuSessionClient& client, WaylandMenuSession& session)
     : connection_(connection),
       client_(client),
-      scale_(std::move(scale)),
+      session_(session),
       picture_(connection, overlay, [this] { frameShown(); }) {}
 
 WaylandMenuWindow::~WaylandMenuWindow() {
@@ -15,7 +15,7 @@ WaylandMenuWindow::~WaylandMenuWindow() {
 }
 
 void WaylandMenuWindow::present(PixelRect frame, const PixelPicture& picture, PixelRect changed) {
-  picture_.present(picture, frame.x, frame.y, scale_(), changed);
+  picture_.present(picture, frame.x, frame.y, session_.scale(), changed);
   connection_.flushSoon();
 }
 
@@ -25,6 +25,7 @@ void WaylandMenuWindow::requestFrame() {
 }
 
 void WaylandMenuWindow::frameShown() {
+  session_.windowShown();
   if (wantsFrame_) scheduleFrame();
 }
 

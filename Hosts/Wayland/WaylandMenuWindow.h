@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <optional>
 
 #include "Hosts/Display/MenuSession.h"
@@ -8,12 +7,13 @@
 #include "Hosts/Wayland/WaylandConnection.h"
 #include "Platform/Foundation/RunLoop/NSRunLoop.h"
 
+class WaylandMenuSession;
+
 /// A menu's window: a picture on the overlay of its session's output.
 class WaylandMenuWindow : public MenuWindow {
  public:
-  /// `scale` tells the session's.
   WaylandMenuWindow(WaylandConnection& connection, wl_surface* overlay, MenuSessionClient& client,
-                    std::function<double()> scale);
+                    WaylandMenuSession& session);
   WaylandMenuWindow(const WaylandMenuWindow&) = delete;
   WaylandMenuWindow& operator=(const WaylandMenuWindow&) = delete;
   ~WaylandMenuWindow() override;
@@ -27,7 +27,7 @@ class WaylandMenuWindow : public MenuWindow {
 
   WaylandConnection& connection_;
   MenuSessionClient& client_;
-  std::function<double()> scale_;
+  WaylandMenuSession& session_;
   bool wantsFrame_ = false;
   std::optional<NSRunLoop::TimerId> frame_;
   PictureSurface picture_;
