@@ -101,9 +101,9 @@ TEST_F(X11Menus, TakesAllInputWhileTheyAreOpen) {
   input_.press(3);
   input_.release(3);
   input_.scroll(-1, 2);
-  EXPECT_THAT(heard(6), ElementsAre("1 at 150,50", "3 at 150,50", "4 at 150,50",
-                                    "6 at 150,50 by 0,15", "6 at 150,50 by 0,15",
-                                    "6 at 150,50 by -15,0"));
+  EXPECT_THAT(heard(6),
+              ElementsAre("1 at 150,50", "3 at 150,50", "4 at 150,50", "6 at 150,50 by 0,15",
+                          "6 at 150,50 by 0,15", "6 at 150,50 by -15,0"));
   input_.key(XK_Down);
   input_.pressKey(XK_Shift_L);
   input_.key(XK_g);
@@ -116,9 +116,10 @@ TEST_F(X11Menus, TakesAllInputWhileTheyAreOpen) {
   EXPECT_TRUE(input_.grab());
 }
 
-// Would catch: menus on a monitor that is gone, at a scale that is not the desktop's, and a session
-// that keeps the input when it cannot show anything.
-TEST_F(X11Menus, EndWithTheirMonitor) {
+// Would catch: menus on a monitor that is gone, at a scale that is not the desktop's, a session
+// that keeps the input when it cannot show anything, and one that keeps the screen from being
+// locked.
+TEST_F(X11Menus, EndWithTheirMonitorAndBeforeALock) {
   auto session = begin();
   ASSERT_NE(session, nullptr);
   screen_.setResources("Xft.dpi: 144\n");
@@ -127,11 +128,18 @@ TEST_F(X11Menus, EndWithTheirMonitor) {
   monitor({"--delmonitor", "RIGHT"});
   EXPECT_THAT(heard(1), ElementsAre("ended"));
   EXPECT_TRUE(input_.grab());
+  input_.ungrab();
+  session.reset();
+  monitor({"--setmonitor", "RIGHT", "600/150x500/130+200+0", "none"});
+  ASSERT_TRUE(serveUntil([&] { return display_->monitors().size() == 2; }));
+  session = begin();
+  runToEnd({"xset", "s", "activate"}, screen_.environment());
+  EXPECT_THAT(heard(1), ElementsAre("ended"));
 }
 
-// Would catch: a window at the wrong monitor, a picture larger than a request cut off, remains of the
-// picture before, windows that the server refuses where one program mixes them, and more frames than
-// a display shows.
+// Would catch: a window at the wrong monitor, a picture larger than a request cut off, remains of
+// the picture before, windows that the server refuses where one program mixes them, and more frames
+// than a display shows.
 TEST_F(X11Menus, ShowTheirPictures) {
   struct Case {
     PixelRect frame;

@@ -1,7 +1,7 @@
 #include "Tests/Support/X11Input.h"
 
-#include <X11/Xlib.h>
 #include <X11/extensions/XTest.h>
+#include <X11/Xlib.h>
 
 #include <cstdlib>
 #include <stdexcept>
@@ -64,10 +64,10 @@ void X11Input::key(unsigned long symbol) {
 bool X11Input::grab() {
   Display* display = connection_->display;
   const Window root = DefaultRootWindow(display);
-  const bool isOurs = XGrabPointer(display, root, False, ButtonPressMask, GrabModeAsync,
-                                   GrabModeAsync, None, None, CurrentTime) == GrabSuccess &&
-                      XGrabKeyboard(display, root, False, GrabModeAsync, GrabModeAsync,
-                                    CurrentTime) == GrabSuccess;
+  const bool isOurs =
+      XGrabPointer(display, root, False, ButtonPressMask, GrabModeAsync, GrabModeAsync, None, None,
+                   CurrentTime) == GrabSuccess &&
+      XGrabKeyboard(display, root, False, GrabModeAsync, GrabModeAsync, CurrentTime) == GrabSuccess;
   if (!isOurs) ungrab();
   return isOurs;
 }
