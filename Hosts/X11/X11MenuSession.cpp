@@ -1,5 +1,7 @@
 #include "Hosts/X11/X11MenuSession.h"
 
+#include <xcb/screensaver.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -16,10 +18,27 @@ X11MenuSession::X11MenuSession(X11Connection& connection, std::unique_ptr<X11Inp
       grab_(std::move(grab)),
       visual_(connection),
       keyboard_(connection) {
+  followScreenSaver();
   connection.flush();
 }
 
-X11MenuSession::~X11MenuSession() { onEnd_(); }
+X11MenuSession::~X11MenuSession() {
+  if (screenSaverEvent_) {
+    xcb_screensaver_select_input(connection().get(), connection().root(), 0);
+    connection().flush();
+  }
+  onEnd_();
+}
+
+/// Programs that lock the screen cannot do so while another one has the input, but try for a while.
+void X11MenuSession::followScreenSaver() {
+  const xcb_query_extension_reply_t* extension =
+      xcb_get_extension_data(connection().get(), &xcb_screensaver_id);
+  if (extension == nullptr || extension->present == 0) return;
+  screenSaverEvent_ = static_cast<uint8_t>(extension->first_event + XCB_SCREENSAVER_NOTIFY);
+  xcb_screensaver_select_input(connection().get(), connection().root(),
+                               XCB_SCREENSAVER_EVENT_NOTIFY_MASK);
+}
 
 std::unique_ptr<MenuWindow> X11MenuSession::makeWindow() {
   auto window = std::make_unique<X11MenuWindow>(connection(), visual_, pixelFrame(monitor_),
@@ -65,6 +84,11 @@ void X11MenuSession::handleEvent(const xcb_generic_event_t& event) {
       if (eventAs<xcb_destroy_notify_event_t>(event).window == grab_->window()) end();
       break;
     default:
+      if (eventType(event) == screenSaverEvent_) {
+        const auto& change = eventAs<xcb_screensaver_notify_event_t>(event);
+        if (change.state == XCB_SCREENSAVER_STATE_ON) end();
+        break;
+      }
       handlePointer(event);
       break;
   }

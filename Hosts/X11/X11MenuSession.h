@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -32,6 +33,7 @@ class X11MenuSession : public MenuSession, private X11EventHandler {
  private:
   void handleEvent(const xcb_generic_event_t& event) override;
   void handlePointer(const xcb_generic_event_t& event);
+  void followScreenSaver();
 
   Monitor monitor_;
   MenuSessionClient& client_;
@@ -41,4 +43,5 @@ class X11MenuSession : public MenuSession, private X11EventHandler {
   X11Keyboard keyboard_;
   std::vector<X11MenuWindow*> windows_;
   bool hasPointer_ = false;
+  std::optional<uint8_t> screenSaverEvent_;  // Null without the extension.
 };

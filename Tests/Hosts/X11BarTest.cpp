@@ -129,6 +129,8 @@ TEST_F(X11Bar, FollowsTheDesktopsScale) {
   expectHeight(55);
   screen_.withdrawSettings();
   expectHeight(33);
+  screen_.setResources("Xft.dpi: 192\n");
+  expectHeight(44);
 }
 
 // Would catch: space taken from the monitor above, and a bar that a new place of its monitor leaves

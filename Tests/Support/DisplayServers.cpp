@@ -238,6 +238,14 @@ void X11Server::setResources(const std::string& text) const {
   XFlush(display);
 }
 
+void X11Server::claimSelection(const std::string& name) {
+  Display* display = connection_->display;
+  const Window owner =
+      XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, 1, 1, 0, 0, 0);
+  XSetSelectionOwner(display, atom(name), owner, CurrentTime);
+  XSync(display, False);
+}
+
 void X11Server::input(const std::vector<std::string>& arguments) const {
   std::vector<std::string> command{"xdotool"};
   command.insert(command.end(), arguments.begin(), arguments.end());

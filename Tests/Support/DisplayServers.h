@@ -68,6 +68,9 @@ class X11Server : public DisplayServer {
   /// Sets the resources that programs read where there is no settings manager.
   void setResources(const std::string& text) const;
 
+  /// Owns a selection from now on, as a manager does by which others know that there is one.
+  void claimSelection(const std::string& name);
+
   /// Drives the pointer and the keyboard, as the program xdotool does with these arguments.
   void input(const std::vector<std::string>& arguments) const;
 

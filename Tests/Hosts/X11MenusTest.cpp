@@ -1,0 +1,190 @@
+// What menus get from an X11 display: windows and input, through the host's own interface.
+
+#include <gmock/gmock.h>
+#include <stdlib.h>
+#include <X11/keysym.h>
+
+#include <algorithm>
+#include <functional>
+#include <utility>
+
+#include "Hosts/X11/X11Display.h"
+#include "Platform/Foundation/RunLoop/NSRunLoop.h"
+#include "Tests/Support/X11Input.h"
+
+namespace {
+
+using testing::ElementsAre;
+
+/// Two monitors side by side; the session is on the right one.
+class X11Menus : public testing::Test, protected MenuSessionClient {
+ protected:
+  static constexpr int Width = 800;
+  static constexpr int Height = 500;
+  static constexpr int Left = 200;
+  static constexpr uint32_t Background = 0;
+
+  X11Menus() {
+    monitor({"--setmonitor", "LEFT", "200/80x500/130+0+0", "screen"});
+    monitor({"--setmonitor", "RIGHT", "600/150x500/130+200+0", "none"});
+    setenv("DISPLAY", screen_.environment().at("DISPLAY")->c_str(), 1);
+    display_ = openX11Display();
+  }
+
+  void monitor(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), "xrandr");
+    runToEnd(arguments, screen_.environment());
+  }
+
+  std::unique_ptr<MenuSession> begin() {
+    const auto monitors = display_->monitors();
+    return display_->beginMenus(*std::ranges::find(monitors, "RIGHT", &Monitor::name), *this);
+  }
+
+  bool serveUntil(const std::function<bool()>& condition) {
+    return waitUntil([&] {
+      for (int passes = 0; passes < 100 && NSRunLoop::mainRunLoop().runPending();)
+        ++passes;
+      return condition();
+    });
+  }
+
+  /// The words for what has happened since the last call, once there are `count`.
+  std::vector<std::string> heard(size_t count) {
+    EXPECT_TRUE(serveUntil([&] { return heard_.size() >= count; }));
+    return std::exchange(heard_, {});
+  }
+
+  void menuFrameReady(MenuWindow& window) override {
+    heard_.push_back("frame");
+    window.requestFrame();
+  }
+  void menuScaleChanged() override { heard_.push_back("scale"); }
+  void menuPointerEvent(const PointerEvent& event) override {
+    using enum PointerEvent::Kind;
+    if (event.kind == Enter) return;  // Wherever the pointer was.
+    heard_.push_back(std::to_string(static_cast<int>(event.kind)) + " at " + text(event.place) +
+                     (event.kind == Scroll ? " by " + text(event.scroll) : ""));
+  }
+  void menuTouchEvent(const TouchEvent&) override {}
+  void menuKeyEvent(const NSEvent& event) override {
+    heard_.push_back((event.type == NSEventType::KeyDown ? "+" : "-") +
+                     std::to_string(event.keyCode) + event.characters +
+                     (event.isARepeat ? " again" : "") +
+                     (event.modifierFlags == NSEventModifierFlagShift ? " shifted" : ""));
+  }
+  void menuSessionEnded() override { heard_.push_back("ended"); }
+
+  static std::string text(NSPoint point) {
+    return std::to_string(static_cast<int>(point.x)) + "," +
+           std::to_string(static_cast<int>(point.y));
+  }
+
+  X11Server screen_{Width, Height};
+  X11Input input_{screen_};
+  std::unique_ptr<Display> display_;
+  std::vector<std::string> heard_;
+};
+
+// Would catch: places in pixels or from the monitor's corner, releases of a wheel as scrolling, a
+// held key as many strokes, modifiers unheard, and input that is not given back.
+TEST_F(X11Menus, TakesAllInputWhileTheyAreOpen) {
+  screen_.setResources("Xft.dpi: 192\n");
+  ASSERT_TRUE(serveUntil([&] { return display_->monitors()[0].scale == 2; }));
+  ASSERT_TRUE(input_.grab());
+  EXPECT_EQ(begin(), nullptr);
+  input_.ungrab();
+  auto session = begin();
+  ASSERT_NE(session, nullptr);
+  EXPECT_FALSE(input_.grab());
+  input_.move(300, 100);
+  input_.press(3);
+  input_.release(3);
+  input_.scroll(-1, 2);
+  EXPECT_THAT(heard(6),
+              ElementsAre("1 at 150,50", "3 at 150,50", "4 at 150,50", "6 at 150,50 by 0,15",
+                          "6 at 150,50 by 0,15", "6 at 150,50 by -15,0"));
+  input_.key(XK_Down);
+  input_.pressKey(XK_Shift_L);
+  input_.key(XK_g);
+  input_.releaseKey(XK_Shift_L);
+  EXPECT_THAT(heard(6), ElementsAre("+125", "-125", "+256", "+256G shifted", "-256G shifted",
+                                    "-256 shifted"));
+  input_.pressKey(XK_g);
+  EXPECT_THAT(heard(2), ElementsAre("+256g", "+256g again"));
+  session.reset();
+  EXPECT_TRUE(input_.grab());
+}
+
+// Would catch: menus on a monitor that is gone, at a scale that is not the desktop's, a session
+// that keeps the input when it cannot show anything, and one that keeps the screen from being
+// locked.
+TEST_F(X11Menus, EndWithTheirMonitorAndBeforeALock) {
+  auto session = begin();
+  ASSERT_NE(session, nullptr);
+  screen_.setResources("Xft.dpi: 144\n");
+  EXPECT_THAT(heard(1), ElementsAre("scale"));
+  EXPECT_EQ(session->scale(), 1.5);
+  monitor({"--delmonitor", "RIGHT"});
+  EXPECT_THAT(heard(1), ElementsAre("ended"));
+  EXPECT_TRUE(input_.grab());
+  input_.ungrab();
+  session.reset();
+  monitor({"--setmonitor", "RIGHT", "600/150x500/130+200+0", "none"});
+  ASSERT_TRUE(serveUntil([&] { return display_->monitors().size() == 2; }));
+  session = begin();
+  runToEnd({"xset", "s", "activate"}, screen_.environment());
+  EXPECT_THAT(heard(1), ElementsAre("ended"));
+}
+
+// Would catch: a window at the wrong monitor, a picture larger than a request cut off, remains of
+// the picture before, windows that the server refuses where one program mixes them, and more frames
+// than a display shows.
+TEST_F(X11Menus, ShowTheirPictures) {
+  struct Case {
+    PixelRect frame;
+    uint32_t color;     // Of the new picture, 0xAARRGGBB.
+    PixelRect changed;  // Elsewhere the one before stays.
+    uint32_t firstRow;
+    uint32_t lastRow;
+  };
+  const Case cases[] = {
+      {{20, 30, 500, 400}, 0xFF3070C0, {}, 0x3070C0, 0x3070C0},  // 800000 bytes.
+      {{60, 10, 100, 450}, 0xFF102030, {}, 0x102030, 0x102030},
+      {{0, 40, 100, 450}, 0xFF405060, {0, 449, 100, 1}, 0x102030, 0x405060},
+  };
+  for (const bool isComposited : {false, true}) {
+    if (isComposited) screen_.claimSelection("_NET_WM_CM_S0");
+    auto session = begin();
+    ASSERT_NE(session, nullptr);
+    EXPECT_EQ(session->isComposited(), isComposited);
+    auto window = session->makeWindow();
+    for (const auto& [frame, color, changed, firstRow, lastRow] : cases) {
+      const std::vector pixels(static_cast<size_t>(frame.width * frame.height), color);
+      window->present(frame, {pixels, frame.width, frame.height, frame.width}, changed);
+      const auto expected = [&](int x, int y) -> uint32_t {
+        const bool isInside = x >= Left + frame.x && x < Left + frame.x + frame.width &&
+                              y >= frame.y && y < frame.y + frame.height;
+        return !isInside ? Background : y == frame.y + frame.height - 1 ? lastRow : firstRow;
+      };
+      EXPECT_TRUE(waitUntil([&] {
+        const ScreenPicture picture = screen_.screenshot();
+        for (int y = 0; y < Height; ++y) {
+          for (int x = 0; x < Width; ++x) {
+            if (picture.at(x, y) != expected(x, y)) return false;
+          }
+        }
+        return true;
+      })) << color;
+    }
+    const int64_t start = NSRunLoop::mainRunLoop().now();
+    window->requestFrame();
+    EXPECT_THAT(heard(5), testing::Each("frame"));
+    EXPECT_GE(NSRunLoop::mainRunLoop().now() - start, 4 * 16'000'000);
+    window.reset();
+    session.reset();
+    heard_.clear();
+  }
+}
+
+}  // namespace
