@@ -96,8 +96,8 @@ void TestExtraMenu::setRows(int rows) {
       item->setSubmenu(submenu);
     }
     if (row == 3) {
-      item->view()->addSubview(std::make_shared<TestButton>(
-          NSMakeRect(RowWidth - 48, 2, 40, 16), [this] { log_("press"); }));
+      item->view()->addSubview(std::make_shared<TestButton>(NSMakeRect(RowWidth - 48, 2, 40, 16),
+                                                            [this] { log_("press"); }));
     }
     menu_->addItem(item);
   }

@@ -6,9 +6,10 @@
 
 #include "Platform/AppKit/Menus/NSMenu.h"
 
-/// A menu for tests of hosts. Its rows, 20 points high and grey in turn with a text, are "Row 1" and
-/// so on; the second opens a menu of "Sub 1" to "Sub 3", the third has a button "Press" at its right
-/// end. A highlighted row is blue. Each row and the button tell what was done: "act:Row 1", "press".
+/// A menu for tests of hosts. Its rows, 20 points high and grey in turn with a text, are "Row 1"
+/// and so on; the second opens a menu of "Sub 1" to "Sub 3", the third has a button "Press" at its
+/// right end. A highlighted row is blue. Each row and the button tell what was done: "act:Row 1",
+/// "press".
 class TestExtraMenu : private NSMenuDelegate {
  public:
   using Log = std::function<void(const std::string&)>;
