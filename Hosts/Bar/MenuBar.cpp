@@ -195,8 +195,10 @@ void MenuBar::pointerEvent(const PointerEvent& event) {
   if (menus_.isOpen()) {
     PointerEvent onDesktopNow = event;
     onDesktopNow.place = onDesktop(event.place);
-    // What was under the pointer when the menu took it is left then.
-    if (event.kind != PointerEvent::Kind::Leave) menus_.pointerEvent(onDesktopNow);
+    // The menu takes the pointer away from the bar, which is no end of the press.
+    const bool isTaken =
+        event.kind == PointerEvent::Kind::Leave || event.kind == PointerEvent::Kind::Cancel;
+    if (!isTaken) menus_.pointerEvent(onDesktopNow);
     return;
   }
   const bool isPrimary = event.button == PointerButton::Primary;
