@@ -159,13 +159,16 @@ TEST_F(X11Menus, ShowTheirPictures) {
     ASSERT_NE(session, nullptr);
     EXPECT_EQ(session->isComposited(), isComposited);
     auto window = session->makeWindow();
-    for (const auto& [frame, color, changed, firstRow, lastRow] : cases) {
-      const std::vector pixels(static_cast<size_t>(frame.width * frame.height), color);
-      window->present(frame, {pixels, frame.width, frame.height, frame.width}, changed);
+    for (const Case& tested : cases) {
+      const PixelRect& frame = tested.frame;
+      const std::vector pixels(static_cast<size_t>(frame.width * frame.height), tested.color);
+      window->present(frame, {pixels, frame.width, frame.height, frame.width}, tested.changed);
       const auto expected = [&](int x, int y) -> uint32_t {
         const bool isInside = x >= Left + frame.x && x < Left + frame.x + frame.width &&
                               y >= frame.y && y < frame.y + frame.height;
-        return !isInside ? Background : y == frame.y + frame.height - 1 ? lastRow : firstRow;
+        return !isInside                         ? Background
+               : y == frame.y + frame.height - 1 ? tested.lastRow
+                                                 : tested.firstRow;
       };
       EXPECT_TRUE(waitUntil([&] {
         const ScreenPicture picture = screen_.screenshot();
@@ -175,7 +178,7 @@ TEST_F(X11Menus, ShowTheirPictures) {
           }
         }
         return true;
-      })) << color;
+      })) << tested.color;
     }
     const int64_t start = NSRunLoop::mainRunLoop().now();
     window->requestFrame();
