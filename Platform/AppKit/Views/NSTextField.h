@@ -23,6 +23,11 @@ class NSTextFieldCell {
 
   virtual void drawInterior(NSRect frame, NSUserInterfaceLayoutDirection direction);
 
+  /// Draws one line at the upper edge of a rectangle as fields do, without their inset: lines of
+  /// one size stand level in every font, and left is where a line of the reader's language begins.
+  static void drawLine(std::string_view text, NSRect line, NSTextAttributes attributes,
+                       NSUserInterfaceLayoutDirection direction);
+
  private:
   std::string text_;
   NSTextAttributes attributes_;
@@ -54,9 +59,7 @@ class NSTextField : public NSView {
   double textWidth() const;
 
   void drawRect(NSRect rect) override;
-  NSAccessibilityRole accessibilityRole() const override {
-    return NSAccessibilityRole::StaticText;
-  }
+  NSAccessibilityRole accessibilityRole() const override { return NSAccessibilityRole::StaticText; }
   std::string accessibilityLabel() const override { return stringValue(); }
 
  protected:
