@@ -11,6 +11,10 @@
 #include "Shared/External/Logging/DDFileLogger.h"
 #include "Shared/External/Logging/DDLog.h"
 #include "Shared/External/Logging/DDLogLine.h"
+#include "Targets/Shared/Dropdown/CombinedMenu.h"
+#include "Targets/Shared/Dropdown/DropdownTheme.h"
+#include "Targets/Shared/Dropdown/StatInterfaceView.h"
+#include "Targets/Shared/Dropdown/ZEVMenuItemUtilities.h"
 #include "Targets/Shared/Views/ZEVMenuExtraView.h"
 #include "Targets/Shared/ZEVPreferences.h"
 
@@ -28,6 +32,7 @@ std::weak_ptr<DDFileLogger_Time>& fileLoggerOfFolder(const std::string& folder) 
 }  // namespace
 
 ZEVMenuExtra_Time::~ZEVMenuExtra_Time() {
+  dropCombinedMenu();
   if (!modules_) return;
   for (const auto& module : *modules_)
     module->removeDelegate(*this);
@@ -59,12 +64,19 @@ void ZEVMenuExtra_Time::setupLog() {
 }
 
 std::shared_ptr<NSMenu> ZEVMenuExtra_Time::menu() {
-  if (!modules_ || modules_->size() != 1) return nullptr;
-  return modules_->front()->menu();
+  std::shared_ptr<NSMenu> menu = combinedMenu_;
+  if (!isCombinedExtra()) {
+    menu = modules_ && modules_->size() == 1 ? modules_->front()->menu() : nullptr;
+  }
+  // One without rows would open an empty window.
+  return menu && menu->numberOfItems() > 0 ? menu : nullptr;
 }
 
 void ZEVMenuExtra_Time::run() {
   modules_.emplace();
+  combinedMenu_ = createMenu();
+  combinedMenu_->setDelegate(this);
+  isContrastRaised_ = dropdownRaisesContrast();
   std::string stage = "initial load";
   try {
     start(stage);
@@ -80,6 +92,7 @@ void ZEVMenuExtra_Time::run() {
       [this](const NSNotification& notification) { displayChange(notification); });
   themeObservation_ = NSNotificationCenter::defaultCenter().addObserver(
       "VelmoraMenubarThemeChanged", [this](const NSNotification&) { menubarThemeChanged(); });
+  if (isCombinedExtra()) rebuildCombinedMenu();
 }
 
 void ZEVMenuExtra_Time::start(std::string& stage) {
@@ -154,14 +167,57 @@ void ZEVMenuExtra_Time::menubarThemeChanged() {
   for (const auto& module : *modules_)
     module->menubarThemeChanged();
   update();
-  if (ZEVBoolForKey("Theme-SeperateStyles")) dropdownThemeChanged();
+  // The bar's theme is the dropdown's only then, but its contrast is always.
+  const bool isContrastRaised = dropdownRaisesContrast();
+  const bool isNewContrast = std::exchange(isContrastRaised_, isContrastRaised) != isContrastRaised;
+  if (isNewContrast || ZEVBoolForKey("Theme-SeperateStyles")) dropdownThemeChanged();
 }
 
 void ZEVMenuExtra_Time::dropdownThemeChanged() {
   NSNotificationCenter::defaultCenter().postNotification("DropdownThemeChanged");
   for (const auto& module : *modules_)
     module->themeChange();
+  if (combinedMenu_) updateCombinedMenu(*combinedMenu_);
 }
+
+// --- The combined menu --------------------------------------------------------------------------
+
+void ZEVMenuExtra_Time::rebuildCombinedMenu() {
+  if (combinedMenu_) fillCombinedMenu(*combinedMenu_, *this);
+}
+
+void ZEVMenuExtra_Time::dropCombinedMenu() {
+  if (combinedMenu_) combinedMenu_->setDelegate(nullptr);
+  combinedMenu_ = nullptr;
+}
+
+void ZEVMenuExtra_Time::menuWillOpen(NSMenu& menu) {
+  if (&menu == combinedMenu_.get()) combinedMenu_->setVisible(true);
+  NSNotificationCenter::defaultCenter().postNotification("ZEVMenuStateChanged");
+}
+
+void ZEVMenuExtra_Time::menuDidClose(NSMenu& menu) {
+  if (&menu == combinedMenu_.get()) combinedMenu_->setVisible(false);
+  NSNotificationCenter::defaultCenter().postNotification("ZEVMenuStateChanged");
+  menuWillHighlightItem(menu, nullptr);
+}
+
+void ZEVMenuExtra_Time::menuWillHighlightItem(NSMenu& menu, NSMenuItem* item) {
+  for (const auto& row : menu.itemArray()) {
+    auto* view = dynamic_cast<StatInterfaceView_Time*>(row->view().get());
+    if (view != nullptr && view->isHighlightable()) {
+      view->setMenuItemHighlighted(row.get() == item);
+    }
+  }
+}
+
+void ZEVMenuExtra_Time::updateCombinedMenu(const NSMenu& menu) {
+  for (const auto& item : menu.itemArray()) {
+    if (item->view()) item->view()->setNeedsDisplay(true);
+  }
+}
+
+// --- The end ------------------------------------------------------------------------------------
 
 void ZEVMenuExtra_Time::update() {
   if (view()) view()->setNeedsDisplay(true);
@@ -187,6 +243,7 @@ void ZEVMenuExtra_Time::willUnload() {
   }
   modules_.reset();
   cleanup();
+  dropCombinedMenu();
   displayObservation_ = {};
   themeObservation_ = {};
   cancelPreviousPerformRequests("disableZero");

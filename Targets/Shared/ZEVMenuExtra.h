@@ -11,6 +11,7 @@
 #include "Targets/Shared/ZEVModule.h"
 
 class DDFileLogger_Time;
+class ZEVMenu_Time;
 class ZEVMenuExtraView_Time;
 
 /// The shell around a slot in the bar: starts and stops the modules of one extra and passes on what
@@ -19,7 +20,7 @@ class ZEVMenuExtraView_Time;
 /// `initWithBundle` takes the slot and opens the log; the work begins in `run`, on the next pass of
 /// the run loop, when the host has finished taking the object in. A module that fails to start
 /// collapses the slot and leaves its reason in the log; the host goes on.
-class ZEVMenuExtra_Time : public NSMenuExtra, public ZEVModuleDelegate {
+class ZEVMenuExtra_Time : public NSMenuExtra, public ZEVModuleDelegate, public NSMenuDelegate {
  public:
   struct Modules : NSMenuExtraModules, std::vector<std::shared_ptr<ZEVModule_Time>> {};
 
@@ -38,7 +39,10 @@ class ZEVMenuExtra_Time : public NSMenuExtra, public ZEVModuleDelegate {
   virtual void displayChange(const NSNotification& notification);
   virtual void menubarThemeChanged();
 
+  /// That of a lone module, or the combined one; null for a menu without rows.
   std::shared_ptr<NSMenu> menu() override;
+  /// What the modules have to say, under a title each, in the order of the settings.
+  void rebuildCombinedMenu();
   void run();
   /// The first call counts: an extra that collapsed has done it already.
   void willUnload() override;
@@ -46,6 +50,11 @@ class ZEVMenuExtra_Time : public NSMenuExtra, public ZEVModuleDelegate {
   /// Takes over a setting that another process has changed. Nothing outlives a new language, in
   /// which all texts and formats were made: the extra is loaded anew.
   void refreshSetting(const std::string& key);
+
+  // The combined menu is open or closed, or another row of it is highlighted.
+  void menuWillOpen(NSMenu& menu) override;
+  void menuDidClose(NSMenu& menu) override;
+  void menuWillHighlightItem(NSMenu& menu, NSMenuItem* item) override;
 
   void update() override;
   void updateSize() override {}
@@ -65,8 +74,12 @@ class ZEVMenuExtra_Time : public NSMenuExtra, public ZEVModuleDelegate {
   void start(std::string& stage);
   void collapse(const std::string& stage, const std::string& reason);
   void dropdownThemeChanged();
+  void dropCombinedMenu();
+  static void updateCombinedMenu(const NSMenu& menu);
 
   std::optional<Modules> modules_;
+  std::shared_ptr<ZEVMenu_Time> combinedMenu_;
+  bool isContrastRaised_ = false;
   bool isUnloaded_ = false;
   std::shared_ptr<DDFileLogger_Time> fileLogger_;
   std::shared_ptr<ZEVMenuExtraView_Time> hostView_;

@@ -1,15 +1,24 @@
 #include "Targets/Shared/ZEVModule.h"
 
 #include "Platform/Foundation/Files/NSPathUtilities.h"
+#include "Targets/Shared/Dropdown/ZEVMenuItemUtilities.h"
 #include "Targets/Shared/Views/ZEVMenuExtraContentView.h"
 #include "Targets/Shared/ZEVMenuExtra.h"
 #include "Targets/Shared/ZEVPreferences.h"
 
+ZEVModule_Time::~ZEVModule_Time() {
+  if (menu_) menu_->setDelegate(nullptr);
+}
+
 void ZEVModule_Time::init(ZEVMenuExtra_Time& extra) {
   extra_ = &extra;
+  menu_ = createMenu();
+  menu_->setDelegate(this);
   addDelegate(extra);
   loadViewWithExtra(extra);
 }
+
+std::shared_ptr<NSMenu> ZEVModule_Time::menu() { return menu_; }
 
 void ZEVModule_Time::setView(std::shared_ptr<ZEVMenuExtraContentView_Time> view) {
   view_ = std::move(view);

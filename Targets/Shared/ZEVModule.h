@@ -6,14 +6,16 @@
 #include <string>
 #include <string_view>
 
+#include "Platform/AppKit/Menus/NSMenu.h"
 #include "Platform/Foundation/Notifications/DelegateList.h"
 #include "Platform/Foundation/Notifications/NSNotificationCenter.h"
 #include "Platform/Foundation/NSObject.h"
 #include "Targets/Shared/StatCollector.h"
 
-class NSMenu;
+class ZEVMenu_Time;
 class ZEVMenuExtra_Time;
 class ZEVMenuExtraContentView_Time;
+class ZEVMenuItem_Time;
 
 /// Who follows a module: told to redraw, and that its size may have changed.
 class ZEVModuleDelegate {
@@ -25,14 +27,19 @@ class ZEVModuleDelegate {
 
 /// A piece of functionality in a menu extra. Its operations are empty here unless told otherwise;
 /// a module overrides what it needs. Main thread only.
-class ZEVModule_Time : public NSObject {
+class ZEVModule_Time : public NSObject, public NSMenuDelegate {
  public:
+  ~ZEVModule_Time() override;
+
   /// `extra` owns the module and is its first delegate.
   virtual void init(ZEVMenuExtra_Time& extra);
   virtual void loadViewWithExtra(ZEVMenuExtra_Time&) {}
 
   virtual std::string moduleName() const { return ""; }
-  virtual std::shared_ptr<NSMenu> menu() { return nullptr; }
+  /// The module's own menu, empty until it is filled; the module is its delegate.
+  virtual std::shared_ptr<NSMenu> menu();
+  /// The module's row in a combined menu; null if it has none.
+  virtual std::shared_ptr<ZEVMenuItem_Time> combinedItem() { return nullptr; }
   virtual void menubarThemeChanged();
   virtual void globalPreferencesChange(const NSNotification&) {}
   virtual void skinChange(const NSNotification&) {}
@@ -74,6 +81,7 @@ class ZEVModule_Time : public NSObject {
   bool menubar_ = false;
   int64_t key_ = 0;
   std::shared_ptr<ZEVMenuExtraContentView_Time> view_;
+  std::shared_ptr<ZEVMenu_Time> menu_;
   DelegateList<ZEVModuleDelegate> delegates_;
   ZEVMenuExtra_Time* extra_ = nullptr;
 };

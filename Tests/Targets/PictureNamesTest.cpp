@@ -29,7 +29,6 @@ const std::map<std::string, std::string> Awaited = {
     {"map-icon-sun", "the light map"},
     {"map-location-selected", "the light map"},
     {"map-location", "the light map"},
-    {"menubar-diskactivity-dots-overlay", "dots of events"},
     {"stats-calendar-arrow-left-down", "the month view"},
     {"stats-calendar-arrow-left", "the month view"},
     {"stats-calendar-arrow-right-down", "the month view"},
@@ -60,16 +59,6 @@ const std::map<std::string, std::string> Awaited = {
     {"stats-calendar-weeks-dark", "the month view"},
     {"stats-calendar-weeks", "the month view"},
     {"stats-calendar", "the month view"},
-    {"stats-label-blue", "the legend"},
-    {"stats-label-darkgrey", "the legend"},
-    {"stats-label-green", "the legend"},
-    {"stats-label-lightgrey", "the legend"},
-    {"stats-label-orange", "the legend"},
-    {"stats-label-purple", "the legend"},
-    {"stats-label-red", "the legend"},
-    {"stats-label-yellow", "the legend"},
-    {"stats-tick-white", "rows with a tick"},
-    {"stats-tick", "rows with a tick"},
 };
 
 std::set<std::string> namesInTheBundle() {

@@ -18,7 +18,7 @@ class NSImageView : public NSView {
     setNeedsDisplay(true);
   }
   int64_t tag() const { return tag_; }
-  void setTag(int64_t tag) { tag_ = tag; }
+  virtual void setTag(int64_t tag) { tag_ = tag; }
 
   void drawRect(NSRect rect) override;
 

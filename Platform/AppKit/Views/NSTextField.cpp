@@ -26,13 +26,18 @@ void NSTextFieldCell::setFont(const NSFont& font) {
 }
 
 void NSTextFieldCell::drawInterior(NSRect frame, NSUserInterfaceLayoutDirection direction) {
-  NSGraphicsContext* context = NSGraphicsContext::currentContext();
-  if (context == nullptr || text_.empty()) return;
-  NSRect line = NSInsetRect(frame, Inset, 0);
+  if (NSGraphicsContext::currentContext() == nullptr || text_.empty()) return;
+  const NSRect line = NSInsetRect(frame, Inset, 0);
   if (!fitted_ || fitted_->width != line.size.width) {
     fitted_ = {line.size.width, truncatedToWidth(text_, line.size.width, attributes_)};
   }
-  NSTextAttributes attributes = attributes_;
+  drawLine(fitted_->text, line, attributes_, direction);
+}
+
+void NSTextFieldCell::drawLine(std::string_view text, NSRect line, NSTextAttributes attributes,
+                               NSUserInterfaceLayoutDirection direction) {
+  const NSGraphicsContext* context = NSGraphicsContext::currentContext();
+  if (context == nullptr) return;
   if (direction == NSUserInterfaceLayoutDirection::RightToLeft &&
       attributes.alignment != NSTextAlignment::Center) {
     attributes.alignment = attributes.alignment == NSTextAlignment::Left ? NSTextAlignment::Right
@@ -41,10 +46,10 @@ void NSTextFieldCell::drawInterior(NSRect frame, NSUserInterfaceLayoutDirection 
   // Frames know nothing of the machine's fonts: a line box of another height is centred where
   // theirs would have been.
   const NSFont& font = attributes.font;
-  const double slot = std::min(frame.size.height, font.pointSize() * LineHeight);
+  const double slot = std::min(line.size.height, font.pointSize() * LineHeight);
   const double drop = (slot - font.ascender() - font.descender()) / 2;
   line.origin.y += context->isFlipped() ? drop : -drop;
-  drawInRectWithAttributes(fitted_->text, line, attributes);
+  drawInRectWithAttributes(text, line, attributes);
 }
 
 void NSTextField::setStringValue(std::string_view text) {

@@ -23,6 +23,11 @@ class NSTextFieldCell {
 
   virtual void drawInterior(NSRect frame, NSUserInterfaceLayoutDirection direction);
 
+  /// Draws one line at the upper edge of a rectangle as fields do, without their inset: lines of
+  /// one size stand level in every font, and left is where a line of the reader's language begins.
+  static void drawLine(std::string_view text, NSRect line, NSTextAttributes attributes,
+                       NSUserInterfaceLayoutDirection direction);
+
  private:
   std::string text_;
   NSTextAttributes attributes_;

@@ -139,6 +139,12 @@ bool NSLocale::usesMetricSystem() const {
   return U_FAILURE(status) || system != UMS_US;
 }
 
+NSLocaleLanguageDirection NSLocale::characterDirection() const {
+  return icu::Locale(identifier_.c_str()).isRightToLeft() != 0
+             ? NSLocaleLanguageDirection::RightToLeft
+             : NSLocaleLanguageDirection::LeftToRight;
+}
+
 int NSLocale::firstWeekday() const {
   UErrorCode status = U_ZERO_ERROR;
   const std::unique_ptr<icu::Calendar> calendar(

@@ -3,6 +3,9 @@
 #include <string>
 #include <string_view>
 
+/// Where a line of a language begins.
+enum class NSLocaleLanguageDirection { LeftToRight, RightToLeft };
+
 /// A language and region with their customs, by an identifier such as "de_DE".
 ///
 /// A locale is always one that the locale data has texts for: an identifier of any other becomes
@@ -25,6 +28,9 @@ class NSLocale {
 
   /// Whether lengths and weights are metric here. The United Kingdom counts as metric.
   bool usesMetricSystem() const;
+
+  /// Of the language's usual script, or of the one that the identifier names.
+  NSLocaleLanguageDirection characterDirection() const;
 
   /// 1 is Sunday.
   int firstWeekday() const;

@@ -1,9 +1,26 @@
 #include "Targets/VelmoraTime/Classes/VelmoraTime.h"
 
+#include "Platform/AppKit/Events/NSApplication.h"
+#include "Platform/Foundation/Text/NSLocale.h"
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/Shared/ZEVTranslations.h"
 #include "Targets/VelmoraTime/Classes/ZEVDateAndTimeUtilities.h"
 #include "Targets/VelmoraTime/Classes/ZEVTimeModule.h"
+
+namespace {
+
+/// Menus are laid out as their language is read.
+NSUserInterfaceLayoutDirection directionOfTheLanguage() {
+  const PropertyList language = ZEVObjectForKey("language");
+  const NSLocale locale = language.string() != nullptr
+                              ? NSLocale::localeWithLocaleIdentifier(*language.string())
+                              : NSLocale::currentLocale();
+  return locale.characterDirection() == NSLocaleLanguageDirection::RightToLeft
+             ? NSUserInterfaceLayoutDirection::RightToLeft
+             : NSUserInterfaceLayoutDirection::LeftToRight;
+}
+
+}  // namespace
 
 void VelmoraTime::initWithBundle(const NSBundle& bundle) {
   // The code stays in the process: what an earlier extra made in its language must not meet this
@@ -11,6 +28,7 @@ void VelmoraTime::initWithBundle(const NSBundle& bundle) {
   ZEVPreferences_Time::begin();
   ZEVTranslations_Time::cleanup();
   ZEVDateAndTimeUtilities::cleanup();
+  NSApplication::sharedApplication().setUserInterfaceLayoutDirection(directionOfTheLanguage());
   ZEVMenuExtra_Time::initWithBundle(bundle);
 }
 

@@ -1,0 +1,62 @@
+#include "Targets/Shared/Dropdown/ZEVMenu.h"
+
+#include <utility>
+
+#include "Targets/Shared/Dropdown/DropdownTheme.h"
+#include "Targets/Shared/Dropdown/StatInterfaceView.h"
+#include "Targets/Shared/Dropdown/ZEVMenuItem.h"
+
+namespace {
+
+void updateColorsOf(const NSMenuItem& item) {
+  if (auto* element = dynamic_cast<DropdownElement*>(item.view().get())) element->updateColors();
+}
+
+}  // namespace
+
+ZEVMenu_Time::ZEVMenu_Time() {
+  setBackgroundColor(dropdownBackgroundColor());
+  themeObservation_ = NSNotificationCenter::defaultCenter().addObserver(
+      "DropdownThemeChanged", [this](const NSNotification&) { themeChange(); });
+}
+
+std::shared_ptr<ZEVMenuItem_Time> ZEVMenu_Time::cachedItem(std::string_view key) const {
+  const auto found = cache_.find(key);
+  return found != cache_.end() ? found->second : nullptr;
+}
+
+void ZEVMenu_Time::cacheItem(std::string_view key, std::shared_ptr<ZEVMenuItem_Time> item) {
+  cache_.insert_or_assign(std::string(key), std::move(item));
+}
+
+void ZEVMenu_Time::insertItemAtIndex(std::shared_ptr<NSMenuItem> item, size_t index) {
+  // The theme may have changed while the row was in no menu.
+  updateColorsOf(*item);
+  NSMenu::insertItemAtIndex(std::move(item), index);
+  updateIndexes();
+}
+
+void ZEVMenu_Time::removeItem(NSMenuItem& item) {
+  NSMenu::removeItem(item);
+  updateIndexes();
+}
+
+void ZEVMenu_Time::removeItemWithKey(std::string_view key) {
+  if (const auto item = cachedItem(key)) removeItem(*item);
+}
+
+void ZEVMenu_Time::updateColors() {
+  setBackgroundColor(dropdownBackgroundColor());
+  for (const auto& item : itemArray())
+    updateColorsOf(*item);
+}
+
+void ZEVMenu_Time::updateIndexes() {
+  int64_t index = 0;
+  for (const auto& item : itemArray()) {
+    if (auto* view = dynamic_cast<StatInterfaceView_Time*>(item->view().get())) {
+      view->setItemIndex(index);
+    }
+    ++index;
+  }
+}
