@@ -6,6 +6,7 @@
 
 #include "Platform/Foundation/Text/NSString.h"
 #include "Targets/Shared/ZEVPreferences.h"
+#include "Targets/Shared/ZEVTranslations.h"
 #include "Targets/VelmoraTime/Classes/FuzzyClock.h"
 #include "Targets/VelmoraTime/Classes/NSDateOrdinalDays.h"
 
@@ -116,7 +117,7 @@ std::string ZEVDateAndTimeUtilities::fuzzyClock(double time) const {
   const NSDate date = NSDate::dateWithTimeIntervalSince1970(time);
   return fuzzyClockPhrase(current_.component(NSCalendarUnitHour, date),
                           current_.component(NSCalendarUnitMinute, date),
-                          {"twentyfive past %@", "twentyfive to %@",
+                          {localizedKey("twentyfive past %@"), localizedKey("twentyfive to %@"),
                            [this](int64_t hour) { return nameForHour(hour); }});
 }
 

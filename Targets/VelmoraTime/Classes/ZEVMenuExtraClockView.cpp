@@ -8,6 +8,7 @@
 #include "Platform/Foundation/Zones/NSTimeZone.h"
 #include "Targets/Shared/ZEVImageCache.h"
 #include "Targets/Shared/ZEVPreferences.h"
+#include "Targets/Shared/ZEVTranslations.h"
 #include "Targets/VelmoraTime/Classes/CalendarLeaf.h"
 #include "Targets/VelmoraTime/Classes/ClockLine.h"
 #include "Targets/VelmoraTime/Classes/FuzzyClock.h"
@@ -104,7 +105,7 @@ std::string ZEVMenuExtraClockView_Time::fuzzyClock(double time) const {
   const NSDate date = NSDate::dateWithTimeIntervalSince1970(time);
   return fuzzyClockPhrase(calendar.component(NSCalendarUnitHour, date),
                           calendar.component(NSCalendarUnitMinute, date),
-                          {"twenty five past %@", "twenty five to %@",
+                          {localizedKey("twenty five past %@"), localizedKey("twenty five to %@"),
                            [this](int64_t hour) { return nameForHour(hour); }});
 }
 
