@@ -121,10 +121,9 @@ void WENButton_Time::drawTitle(NSRect bounds) {
   const auto pressedColor = isHeld() ? alternateTextColor() : std::nullopt;
   attributes.foregroundColor = pressedColor ? *pressedColor : textColor();
   const double height = std::ceil(attributes.font.ascender() + attributes.font.descender());
-  NSRect line = NSMakeRect(static_cast<double>(leftMargin_),
-                           std::ceil((bounds.size.height - height) / 2),
-                           bounds.size.width - static_cast<double>(leftMargin_ + rightMargin_),
-                           height);
+  NSRect line =
+      NSMakeRect(static_cast<double>(leftMargin_), std::ceil((bounds.size.height - height) / 2),
+                 bounds.size.width - static_cast<double>(leftMargin_ + rightMargin_), height);
   line.origin.x += textOffset_.x;
   line.origin.y += textOffset_.y;
   if (useFullHeight()) {

@@ -11,8 +11,9 @@
 #include "Platform/AppKit/Views/NSView.h"
 #include "Shared/WENTargetItem.h"
 
-/// A button of pictures and a text, for rows of menus. It acts when the pointer is released over it.
-/// A picture that it lacks draws nothing; without an action a click does nothing. Main thread only.
+/// A button of pictures and a text, for rows of menus. It acts when the pointer is released over
+/// it. A picture that it lacks draws nothing; without an action a click does nothing. Main thread
+/// only.
 class WENButton_Time : public NSView {
  public:
   explicit WENButton_Time(NSRect frame = NSZeroRect);

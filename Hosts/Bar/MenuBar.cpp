@@ -68,7 +68,11 @@ std::optional<Monitor> MenuBar::chooseMonitor() {
 
 void MenuBar::show() {
   const std::optional<Monitor> monitor = chooseMonitor();
-  updateScreens(monitor ? &*monitor : nullptr);
+  if (monitor) {
+    updateScreens(*monitor);
+  } else {
+    NSScreen::setScreens({});
+  }
   if (!monitor) {
     menus_.close();
     surface_.reset();
@@ -97,18 +101,18 @@ void MenuBar::followMonitors() {
   }
 }
 
-void MenuBar::updateScreens(const Monitor* first) const {
+void MenuBar::updateScreens(const Monitor& first) const {
   std::vector<NSScreen> screens;
   for (const Monitor& monitor : display_.monitors()) {
     // Frames have y upwards from the lower left corner of the first screen.
-    const NSRect& origin = first->frame;
+    const NSRect& origin = first.frame;
     const NSRect& frame = monitor.frame;
     const double bottom = origin.origin.y + origin.size.height;
     const NSScreen screen{
         NSMakeRect(frame.origin.x - origin.origin.x, bottom - (frame.origin.y + frame.size.height),
                    frame.size.width, frame.size.height),
         monitor.scale};
-    screens.insert(monitor == *first ? screens.begin() : screens.end(), screen);
+    screens.insert(monitor == first ? screens.begin() : screens.end(), screen);
   }
   NSScreen::setScreens(std::move(screens));
 }

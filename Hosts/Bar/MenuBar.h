@@ -49,7 +49,7 @@ class MenuBar : private SurfaceClient {
 
   void followMonitors();
   std::optional<Monitor> chooseMonitor();
-  void updateScreens(const Monitor* first) const;
+  void updateScreens(const Monitor& first) const;
   void takeBackground();
   void requestUpdate();
   bool isOnItem(NSPoint place) const;

@@ -30,7 +30,7 @@ X11Atoms::X11Atoms(xcb_connection_t* connection, int screenNumber) {
       "_XSETTINGS_S" + screen,
       "_XSETTINGS_SETTINGS",
   };
-  std::array<xcb_intern_atom_cookie_t, names.size()> cookies;
+  std::array<xcb_intern_atom_cookie_t, names.size()> cookies = {};
   for (size_t index = 0; index < names.size(); ++index) {
     cookies[index] = xcb_intern_atom(connection, 0, static_cast<uint16_t>(names[index].size()),
                                      names[index].data());

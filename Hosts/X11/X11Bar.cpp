@@ -13,7 +13,7 @@ X11Bar::X11Bar(X11Connection& connection, const X11Monitors& monitors, const Mon
       window_(connection),
       painter_(connection, window_.id(), rootVisual(connection.screen())),
       pointer_(client) {
-  moveTo(monitor);
+  X11Bar::moveTo(monitor);
 }
 
 X11Bar::~X11Bar() { cancelFrame(); }

@@ -102,7 +102,7 @@ void X11Connection::dispatch(const xcb_generic_event_t& event) {
     reportRefusal(eventAs<xcb_generic_error_t>(event));
     return;
   }
-  // A handler may add others.
+  // NOLINTNEXTLINE(modernize-loop-convert): a handler may add others.
   for (size_t index = 0; index < handlers_.size(); ++index) {
     NSRunLoop::guarded([&] {
       if (handlers_[index] != nullptr) handlers_[index]->handleEvent(event);

@@ -53,7 +53,8 @@ void X11DockWindow::setProperty(xcb_atom_t name, xcb_atom_t type, uint8_t format
 
 void X11DockWindow::describe() {
   constexpr std::string_view Title = "Menu bar";
-  constexpr std::string_view InstanceAndClass{"velmora-menubar\0Velmora-menubar", 32};
+  using namespace std::string_view_literals;
+  constexpr std::string_view InstanceAndClass = "velmora-menubar\0Velmora-menubar\0"sv;
   constexpr uint8_t Text = 8;
   constexpr uint8_t Words = 32;
   xcb_connection_t* const x11 = connection().get();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <map>
 #include <optional>
 #include <string>
@@ -29,6 +30,14 @@ class ZEVTranslations_Time {
 
   std::map<std::string, Table, std::less<>> translations_;
 };
+
+/// Gives literals back and marks them as keys: where WENLocalizedString gets a name, the literals
+/// behind it stand in one of these, by which scripts/check-translations finds them.
+constexpr std::string_view localizedKey(std::string_view key) { return key; }
+template <typename... Keys>
+constexpr std::array<std::string_view, sizeof...(Keys)> localizedKeys(Keys... keys) {
+  return {keys...};
+}
 
 /// The text to show: the translation, else the default text, else the key itself. An empty
 /// translation counts as none.

@@ -175,9 +175,7 @@ void Moon() {
   e.GHAmoon = turn(e.GHAAtrue - e.RAmoon);
 }
 
-// NOLINTBEGIN(bugprone-reserved-identifier)
 double _GHAsun() { return ephemeris.GHAsun; }
 double _GHAmoon() { return ephemeris.GHAmoon; }
 double _DECsun() { return ephemeris.DECsun; }
 double _DECmoon() { return ephemeris.DECmoon; }
-// NOLINTEND(bugprone-reserved-identifier)

@@ -56,9 +56,7 @@ void Sun();
 void Moon();
 
 // The names begin as they do throughout the family.
-// NOLINTBEGIN(bugprone-reserved-identifier)
 double _GHAsun();
 double _GHAmoon();
 double _DECsun();
 double _DECmoon();
-// NOLINTEND(bugprone-reserved-identifier)

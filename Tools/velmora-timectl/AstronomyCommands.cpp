@@ -83,9 +83,9 @@ Json moonInfoCommand(const Arguments& arguments) {
 }
 
 Json phaseCommand(const Arguments& arguments) {
-  constexpr std::array<std::string_view, 8> Names = {
-      "New Moon",  "Waxing Crescent", "First Quarter", "Waxing Gibbous",
-      "Full Moon", "Waning Gibbous",  "Last Quarter",  "Waning Crescent"};
+  constexpr auto Names =
+      localizedKeys("New Moon", "Waxing Crescent", "First Quarter", "Waxing Gibbous", "Full Moon",
+                    "Waning Gibbous", "Last Quarter", "Waning Crescent");
   arguments.expectRest({});
   double age = 0;
   double illumination = 0;

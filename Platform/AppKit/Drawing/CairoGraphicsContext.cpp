@@ -196,7 +196,7 @@ NSColor BitmapSurface::pixelAt(int column, int row) const {
   const unsigned char* data = cairo_image_surface_get_data(implementation_->surface);
   const int stride = cairo_image_surface_get_stride(implementation_->surface);
   const auto pixel = reinterpret_cast<const uint32_t*>(data + row * stride)[column];
-  const double alpha = static_cast<double>(pixel >> 24);
+  const auto alpha = static_cast<double>(pixel >> 24);
   if (alpha == 0) return NSColor::colorWithDeviceWhite(0, 0);
   const auto part = [&](int shift) { return static_cast<double>(pixel >> shift & 255) / alpha; };
   return NSColor::colorWithDeviceRed(part(16), part(8), part(0), alpha / 255);

@@ -9,7 +9,7 @@ class NSBezierPath {
  public:
   struct Element {
     enum class Kind { MoveTo, LineTo, CurveTo, Close };
-    Kind kind;
+    Kind kind = Kind::MoveTo;
     NSPoint point;          ///< Where the element ends.
     NSPoint controlPoint1;  ///< Of a curve.
     NSPoint controlPoint2;

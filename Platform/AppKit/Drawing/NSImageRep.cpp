@@ -150,7 +150,7 @@ std::unique_ptr<NSImageRep> imageRepFromFile(const fs::path& file) {
 }
 
 RecordedImageRep::RecordedImageRep(NSSize size)
-    : size_(isSensible(size.width, size.height) ? size : NSSize{}), surface_(nullptr) {
+    : size_(isSensible(size.width, size.height) ? size : NSSize{}) {
   const cairo_rectangle_t extents{0, 0, size_.width, size_.height};
   surface_ = cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, &extents);
 }

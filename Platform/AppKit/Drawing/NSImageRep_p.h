@@ -40,6 +40,6 @@ class RecordedImageRep : public NSImageRep {
 
  private:
   NSSize size_;
-  _cairo_surface* surface_;
+  _cairo_surface* surface_ = nullptr;
   mutable ScaledBitmaps bitmaps_;
 };

@@ -5,7 +5,7 @@
 
 std::shared_ptr<BusConnectionAttempt> BusConnectionAttempt::start(
     const std::string& address, std::function<void(BusConnectionAttempt&)> ended) {
-  const std::shared_ptr<BusConnectionAttempt> attempt(new BusConnectionAttempt(std::move(ended)));
+  std::shared_ptr<BusConnectionAttempt> attempt(new BusConnectionAttempt(std::move(ended)));
   std::thread([attempt, address] { attempt->connect(address); }).detach();
   return attempt;
 }

@@ -15,7 +15,8 @@ constexpr int64_t RowWidth = 225;
 constexpr int64_t NoticeWidth = 260;
 
 void addModule(ZEVMenu_Time& menu, const std::string& key, ZEVModule_Time& module) {
-  const std::string title = WENLocalizedString(module.moduleName(), "", "combined");
+  const std::string name = module.moduleName();
+  const std::string title = WENLocalizedString(name, "", "combined");
   const auto header = createHeaderItem(&menu, "header-" + key, title);
   const auto item = module.combinedItem();
   // A module may be listed twice, a row not stand twice.

@@ -4,8 +4,8 @@
 #include "Platform/AppKit/Drawing/NSGradient.h"
 #include "Platform/AppKit/Text/NSFont.h"
 
-// How the dropdown looks: its fonts, and its colours in the present theme (`dropdownTheme`) and under
-// the desktop's raised contrast.
+// How the dropdown looks: its fonts, and its colours in the present theme (`dropdownTheme`) and
+// under the desktop's raised contrast.
 
 /// The fonts of rows; where the machine lacks them, the system font of that size and weight.
 NSFont zevNormalFont(double size);

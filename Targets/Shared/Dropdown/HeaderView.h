@@ -26,9 +26,7 @@ class HeaderView_Time : public StatInterfaceView_Time {
   void setType(int64_t type);
 
   void drawRect(NSRect rect) override;
-  NSAccessibilityRole accessibilityRole() const override {
-    return NSAccessibilityRole::StaticText;
-  }
+  NSAccessibilityRole accessibilityRole() const override { return NSAccessibilityRole::StaticText; }
   std::string accessibilityLabel() const override { return title_; }
 
  private:

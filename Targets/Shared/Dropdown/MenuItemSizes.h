@@ -6,8 +6,8 @@
 
 #include "Targets/Shared/Dropdown/ZEVMenuItem.h"
 
-// Widths of rows with a label and a field, fitted to their texts. All in whole points; the answer is
-// the width reached.
+// Widths of rows with a label and a field, fitted to their texts. All in whole points; the answer
+// is the width reached.
 
 using ZEVMenuItems = std::vector<std::shared_ptr<ZEVMenuItem_Time>>;
 

@@ -32,8 +32,8 @@ void StatInterfaceActionView_Time::drawRect(NSRect rect) {
   StatInterfaceView_Time::drawRect(rect);
   NSTextAttributes attributes;
   attributes.font = bold_ && !dropdownIsDark() ? zevBoldFont(TextSize) : zevNormalFont(TextSize);
-  attributes.foregroundColor = acts_ && menuItemHighlighted() ? NSColor::whiteColor()
-                                                              : dropdownActionTextColor(acts_);
+  attributes.foregroundColor =
+      acts_ && menuItemHighlighted() ? NSColor::whiteColor() : dropdownActionTextColor(acts_);
   const NSSize size = bounds().size;
   const NSRect line = NSMakeRect(SideMargin, std::floor((size.height - LineHeight) / 2),
                                  size.width - 2 * SideMargin, LineHeight);

@@ -3,8 +3,8 @@
 #include "Shared/WENButton.h"
 #include "Targets/Shared/Dropdown/DropdownElement.h"
 
-/// A row's button: its text stands where those of other rows do. It acts on the release of the press
-/// that began on it.
+/// A row's button: its text stands where those of other rows do. It acts on the release of the
+/// press that began on it.
 class StatInterfaceMenuButton_Time : public WENButton_Time, public DropdownElement {
  public:
   explicit StatInterfaceMenuButton_Time(NSRect frame = NSZeroRect);

@@ -8,8 +8,9 @@
 #include "Targets/Shared/Dropdown/ZEVMenu.h"
 #include "Targets/Shared/Dropdown/ZEVMenuItem.h"
 
-// The rows that the dropdown is made of, of one size and style everywhere. Sizes are in whole points.
-// Unless told otherwise a row's view is flipped, takes the highlight and follows the menu's width.
+// The rows that the dropdown is made of, of one size and style everywhere. Sizes are in whole
+// points. Unless told otherwise a row's view is flipped, takes the highlight and follows the menu's
+// width.
 
 NSRect ZEVMakeRect(int64_t x, int64_t y, int64_t width, int64_t height);
 NSSize ZEVMakeSize(int64_t width, int64_t height);

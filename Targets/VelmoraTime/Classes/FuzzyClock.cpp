@@ -1,7 +1,5 @@
 #include "Targets/VelmoraTime/Classes/FuzzyClock.h"
 
-#include <array>
-
 #include "Platform/Foundation/Text/NSString.h"
 #include "Targets/Shared/ZEVTranslations.h"
 #include "Targets/VelmoraTime/Classes/SystemCalendar.h"
@@ -15,10 +13,10 @@ constexpr std::string_view DefaultAddedHours = "0,0,0,0,0,0,1,1,1,1,1";
 constexpr size_t AddedHoursCount = 11;
 
 std::string phraseFor(int64_t index, const FuzzyClockStyle& style) {
-  const std::array<std::string_view, 13> keys = {
-      "midnight",       "%@ o'clock",         "five past %@", "ten past %@",      "quarter past %@",
-      "twenty past %@", style.twentyFivePast, "half past %@", style.twentyFiveTo, "twenty to %@",
-      "quarter to %@",  "ten to %@",          "five to %@"};
+  const auto keys =
+      localizedKeys("midnight", "%@ o'clock", "five past %@", "ten past %@", "quarter past %@",
+                    "twenty past %@", style.twentyFivePast, "half past %@", style.twentyFiveTo,
+                    "twenty to %@", "quarter to %@", "ten to %@", "five to %@");
   return WENLocalizedString(keys[static_cast<size_t>(index)], "", Table);
 }
 
@@ -32,9 +30,8 @@ int64_t addedHours(int64_t index) {
 }  // namespace
 
 std::string fuzzyHourName(int64_t hour) {
-  constexpr std::array<std::string_view, 12> Names = {"twelve", "one",  "two", "three",
-                                                      "four",   "five", "six", "seven",
-                                                      "eight",  "nine", "ten", "eleven"};
+  constexpr auto Names = localizedKeys("twelve", "one", "two", "three", "four", "five", "six",
+                                       "seven", "eight", "nine", "ten", "eleven");
   // A language may take hours off, too.
   const int64_t onDial = hour >= 24 ? 0 : (hour % 12 + 12) % 12;
   return WENLocalizedString(Names[static_cast<size_t>(onDial)], "", Table);
@@ -61,8 +58,8 @@ std::string fuzzyClockPhrase(const NSCalendar& calendar, const NSDate& date,
 }
 
 std::string fuzzyClockOfCity(const NSDate& date) {
-  constexpr FuzzyClockStyle Style = {"twenty five past %@", "twenty five to %@",
-                                     fuzzyHourNameOfCity};
+  constexpr FuzzyClockStyle Style = {localizedKey("twenty five past %@"),
+                                     localizedKey("twenty five to %@"), fuzzyHourNameOfCity};
   // With the system's offset taken off, the system's calendar reads the city's wall clock.
   return fuzzyClockPhrase(NSCalendar::gregorianCalendar(), dateShowingUniversalTime(date), Style);
 }

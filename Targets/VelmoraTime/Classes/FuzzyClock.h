@@ -6,6 +6,7 @@
 
 #include "Platform/Foundation/Time/NSCalendar.h"
 #include "Platform/Foundation/Time/NSDate.h"
+#include "Targets/Shared/ZEVTranslations.h"
 
 /// The name of an hour on a 12-hour dial, translated; 0 and everything from 24 on is "twelve".
 std::string fuzzyHourName(int64_t hour);
@@ -22,10 +23,10 @@ struct FuzzyClockStyle {
   std::string (*nameForHour)(int64_t hour);
 };
 
-inline constexpr FuzzyClockStyle UtilitiesFuzzyClock = {"twentyfive past %@", "twentyfive to %@",
-                                                        fuzzyHourName};
-inline constexpr FuzzyClockStyle MenubarFuzzyClock = {"twenty five past %@", "twenty five to %@",
-                                                      fuzzyHourName};
+inline constexpr FuzzyClockStyle UtilitiesFuzzyClock = {
+    localizedKey("twentyfive past %@"), localizedKey("twentyfive to %@"), fuzzyHourName};
+inline constexpr FuzzyClockStyle MenubarFuzzyClock = {
+    localizedKey("twenty five past %@"), localizedKey("twenty five to %@"), fuzzyHourName};
 
 /// The time of day in a calendar as a phrase in steps of five minutes, translated.
 std::string fuzzyClockPhrase(const NSCalendar& calendar, const NSDate& date,

@@ -65,8 +65,6 @@ int32_t eventSince1970(int32_t value, const ZoneMidnight& midnight) {
   return value >= RiseSetNoRise ? truncatedTo32Bits(value + midnight.secondsSince1970) : value;
 }
 
-// NOLINTBEGIN(bugprone-reserved-identifier)
-
 int32_t _noon(int32_t rise, int32_t set) {
   if (!isEventTime(rise) || !isEventTime(set)) return RiseSetNoRise;
   const auto between = static_cast<float>(int64_t{set} - rise);
@@ -78,8 +76,6 @@ int32_t _daylength(int32_t rise, int32_t set) {
   if (rise == RiseSetAlwaysDown) return 0;
   return static_cast<int32_t>(int64_t{set} - rise);
 }
-
-// NOLINTEND(bugprone-reserved-identifier)
 
 SunData calculateSunRiseAndSet(const NSDate& date, const NSTimeZone& timeZone, double longitude,
                                double latitude) {

@@ -44,12 +44,9 @@ ZoneMidnight zoneMidnight(const NSDate& date, const NSTimeZone& timeZone);
 int32_t eventSince1970(int32_t value, const ZoneMidnight& midnight);
 
 // The names begin as they do throughout the family.
-// NOLINTBEGIN(bugprone-reserved-identifier)
 
 /// The middle of a rise and a set; -100000 if either is a marker.
 int32_t _noon(int32_t rise, int32_t set);
 
 /// Seconds from rise to set, also of markers; a whole day and none for "always up" and "down".
 int32_t _daylength(int32_t rise, int32_t set);
-
-// NOLINTEND(bugprone-reserved-identifier)
