@@ -1,0 +1,99 @@
+// What an open menu costs inside the process: rebuilding, opening, and moving over its rows.
+
+#include <benchmark/benchmark.h>
+
+#include <memory>
+#include <vector>
+
+#include "Platform/AppKit/Menus/MenuPicture.h"
+#include "Platform/AppKit/Menus/MenuTracker.h"
+#include "Targets/Shared/Dropdown/StatInterface.h"
+#include "Targets/Shared/Dropdown/ZEVMenuItemUtilities.h"
+
+namespace {
+
+/// A monitor that shows nothing.
+class Screen : public MenuScreen {
+ public:
+  NSRect menuArea() const override { return NSMakeRect(0, 22, 1920, 1058); }
+  std::unique_ptr<MenuSurface> makeSurface(MenuPanel&) override {
+    struct Surface : MenuSurface {
+      void requestFrame() override {}
+    };
+    return std::make_unique<Surface>();
+  }
+  void trackingEnded() override {}
+};
+
+std::vector<std::shared_ptr<ZEVMenuItem_Time>> makeRows(int count) {
+  std::vector<std::shared_ptr<ZEVMenuItem_Time>> rows;
+  for (int row = 0; row < count; ++row) {
+    rows.push_back(
+        createTextMenuItem("A row of the menu, number " + std::to_string(row), 0, 20, false));
+    rows.back()->setHasActingView(true);
+  }
+  return rows;
+}
+
+/// One row of 60 goes and comes again: two rebuilds.
+void rebuildWithOneRowChanged(benchmark::State& state) {
+  const auto interface = std::make_shared<StatInterface_Time>();
+  interface->init();
+  const auto menu = createMenu();
+  const auto all = makeRows(60);
+  auto fewer = all;
+  fewer.erase(fewer.begin() + 30);
+  interface->rebuildMenu(*menu, all);
+  for (auto _ : state) {
+    interface->rebuildMenu(*menu, fewer);
+    interface->rebuildMenu(*menu, all);
+  }
+}
+BENCHMARK(rebuildWithOneRowChanged);
+
+/// From the request to pixels, 40 rows at scale 2.
+void openAndDraw(benchmark::State& state) {
+  Screen screen;
+  MenuTracker tracker(screen);
+  const auto menu = createMenu();
+  for (const auto& row : makeRows(40))
+    menu->addItem(row);
+  for (auto _ : state) {
+    tracker.open(menu, NSMakeRect(1000, 0, 100, 22), MenuOpening::Request,
+                 NSUserInterfaceLayoutDirection::LeftToRight);
+    tracker.prepareFrame();
+    MenuPicture picture(2, 1, true);
+    picture.render(tracker.panel(0), {});
+    benchmark::DoNotOptimize(picture.pixels().data());
+    tracker.close();
+  }
+}
+BENCHMARK(openAndDraw)->Unit(benchmark::kMillisecond);
+
+/// From one row to the next, with the two drawn anew.
+void hoverToTheNextRow(benchmark::State& state) {
+  Screen screen;
+  MenuTracker tracker(screen);
+  const auto menu = createMenu();
+  for (const auto& row : makeRows(40))
+    menu->addItem(row);
+  tracker.open(menu, NSMakeRect(1000, 0, 100, 22), MenuOpening::Request,
+               NSUserInterfaceLayoutDirection::LeftToRight);
+  MenuPicture picture(2, 1, true);
+  picture.render(tracker.panel(0), {});
+  double pixels = 0;
+  int row = 0;
+  for (auto _ : state) {
+    row = (row + 1) % 40;
+    tracker.pointerMoved({1050, 32.0 + 20 * row});
+    tracker.prepareFrame();
+    picture.render(tracker.panel(0), {});
+    pixels += picture.changed().width * picture.changed().height;
+  }
+  state.counters["pixels"] = benchmark::Counter(pixels, benchmark::Counter::kAvgIterations);
+}
+BENCHMARK(hoverToTheNextRow)->Unit(benchmark::kMicrosecond);
+
+}  // namespace
+
+BENCHMARK_MAIN();
