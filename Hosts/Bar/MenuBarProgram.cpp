@@ -46,7 +46,7 @@ void showMenuBar(const Options& options) {
       "AppleInterfaceThemeChangedNotification", [&](const NSNotification&) { bar.redraw(); });
 
   NSRunLoop& loop = NSRunLoop::mainRunLoop();
-  loop.scheduleAt(loop.now() + StartingTime, [] { returnUnusedPages(); });
+  loop.performBlockAt(loop.now() + StartingTime, [] { returnUnusedPages(); });
   loop.run();
   bar.slot().unload();
 }

@@ -56,7 +56,6 @@ void WaylandBar::open() {
 }
 
 void WaylandBar::close() {
-  if (frame_) NSRunLoop::mainRunLoop().cancel(*frame_);
   frame_.reset();
   wantsFrame_ = false;
   preferredScale_ = 0;

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 #include <string>
 
 #include "Hosts/Display/Display.h"
@@ -56,7 +55,7 @@ class WaylandBar : public BarSurface {
   double preferredScale_ = 0;
   bool wantsFrame_ = false;
   int64_t attentiveUntil_ = 0;  ///< On the run loop's clock.
-  std::optional<NSRunLoop::TimerId> frame_;
+  NSRunLoop::Timer frame_;
   WaylandInputTarget inputTarget_;
   std::unique_ptr<LayerSurface> bar_;
   WaylandObject<wp_fractional_scale_v1> fractionalScale_;

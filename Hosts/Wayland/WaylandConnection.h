@@ -28,7 +28,7 @@ class WaylandConnection {
   static std::unique_ptr<WaylandConnection> open();
   WaylandConnection(const WaylandConnection&) = delete;
   WaylandConnection& operator=(const WaylandConnection&) = delete;
-  ~WaylandConnection();
+  ~WaylandConnection() = default;
 
   wl_compositor* compositor() const { return compositor_.get(); }
   wl_subcompositor* subcompositor() const { return subcompositor_.get(); }
@@ -51,7 +51,7 @@ class WaylandConnection {
   /// The connection has ended, with the reason; called once.
   std::function<void(const std::string& reason)> onLost;
 
-  bool isWatched() const { return watch_.has_value(); }
+  bool isWatched() const { return static_cast<bool>(watch_); }
   void setWatched(bool watched);
   /// Serves what has arrived, without waiting.
   void readEvents();
@@ -86,7 +86,7 @@ class WaylandConnection {
   };
   std::optional<SeatGlobal> seatGlobal_;
   std::unique_ptr<WaylandSeat> seat_;
-  std::optional<NSRunLoop::WatchId> watch_;
-  std::optional<NSRunLoop::TimerId> flushing_;
+  NSRunLoop::Watch watch_;
+  NSRunLoop::Timer flushing_;
   bool isLost_ = false;
 };

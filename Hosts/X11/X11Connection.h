@@ -40,7 +40,7 @@ class X11Connection {
   X11Connection();
   X11Connection(const X11Connection&) = delete;
   X11Connection& operator=(const X11Connection&) = delete;
-  ~X11Connection();
+  ~X11Connection() = default;
 
   xcb_connection_t* get() const { return connection_.get(); }
   /// As they were when the connection was made.
@@ -90,8 +90,8 @@ class X11Connection {
   const xcb_screen_t* screen_ = nullptr;
   std::optional<X11Atoms> atoms_;
   std::vector<X11EventHandler*> handlers_;
-  std::optional<NSRunLoop::WatchId> watch_;
-  std::optional<NSRunLoop::TimerId> pass_;
+  NSRunLoop::Watch watch_;
+  NSRunLoop::Timer pass_;
   XcbPointer<xcb_generic_event_t> readEvent_;
   bool isDispatching_ = false;
   bool hasReportedRefusal_ = false;

@@ -112,7 +112,7 @@ dispatch_time_t dispatch_time(dispatch_time_t when, int64_t nanoseconds) {
 
 void dispatch_after(dispatch_time_t when, const dispatch_queue_t& queue,
                     std::function<void()> work) {
-  NSRunLoop::mainRunLoop().scheduleAt(when, [queue, work = std::move(work)]() mutable {
+  NSRunLoop::mainRunLoop().performBlockAt(when, [queue, work = std::move(work)]() mutable {
     if (queue != dispatch_get_main_queue()) return queue->async(std::move(work));
     const CurrentQueue current(*queue);
     work();

@@ -79,8 +79,7 @@ class DispatchTimer::State : public std::enable_shared_from_this<State> {
     {
       const std::lock_guard guard(mutex_);
       cancelled_ = true;
-      // A loop that was replaced may be gone.
-      if (&loop_ == &NSRunLoop::mainRunLoop()) loop_.cancel(timer_);
+      timer_.reset();
     }
     handler_.cancel();
   }
@@ -96,7 +95,7 @@ class DispatchTimer::State : public std::enable_shared_from_this<State> {
   NSRunLoop& loop_ = NSRunLoop::mainRunLoop();
   CancellableHandler handler_;
   std::mutex mutex_;
-  NSRunLoop::TimerId timer_ = 0;
+  NSRunLoop::Timer timer_;
   bool cancelled_ = false;
 };
 
@@ -139,7 +138,7 @@ class DispatchFileWatch::State : public std::enable_shared_from_this<State> {
   }
 
   void cancel() {
-    if (watch_ != 0 && &loop_ == &NSRunLoop::mainRunLoop()) loop_.unwatchDescriptor(watch_);
+    watch_.reset();
     handler_.cancel();
   }
 
@@ -185,7 +184,7 @@ class DispatchFileWatch::State : public std::enable_shared_from_this<State> {
   const FileDescriptor notifications_;
   std::mutex mutex_;
   uint32_t happened_ = 0;
-  NSRunLoop::WatchId watch_ = 0;
+  NSRunLoop::Watch watch_;
 };
 
 DispatchFileWatch::DispatchFileWatch(int descriptor, uint32_t events, dispatch_queue_t queue,

@@ -7,7 +7,7 @@
 
 void ZEVModule_Time::init(ZEVMenuExtra_Time& extra) {
   extra_ = &extra;
-  addDelegate(extra);
+  extraRegistration_ = addDelegate(extra);
   loadViewWithExtra(extra);
 }
 

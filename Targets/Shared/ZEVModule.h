@@ -49,9 +49,9 @@ class ZEVModule_Time : public NSObject {
   const std::shared_ptr<ZEVMenuExtraContentView_Time>& view() const { return view_; }
   double width() const;
 
-  /// Delegates are not owned: whoever adds itself removes itself. Told in the order of adding.
-  /// With the extra goes the module's way to it.
-  void addDelegate(ZEVModuleDelegate& delegate) { delegates_.add(delegate); }
+  /// Delegates are not owned; the handle removes one, too. Told in the order of adding. With the
+  /// extra goes the module's way to it.
+  Registration addDelegate(ZEVModuleDelegate& delegate) { return delegates_.add(delegate); }
   void removeDelegate(ZEVModuleDelegate& delegate);
 
   /// Whether a collector's run at this count should do the heavy part of its work: always for -1,
@@ -76,4 +76,5 @@ class ZEVModule_Time : public NSObject {
   std::shared_ptr<ZEVMenuExtraContentView_Time> view_;
   DelegateList<ZEVModuleDelegate> delegates_;
   ZEVMenuExtra_Time* extra_ = nullptr;
+  Registration extraRegistration_;
 };

@@ -65,9 +65,10 @@ std::string MessageBus::address() const {
   return address;
 }
 
-void MessageBus::addDelegate(MessageBusDelegate& delegate) {
-  delegates_.add(delegate);
+Registration MessageBus::addDelegate(MessageBusDelegate& delegate) {
+  Registration registration = delegates_.add(delegate);
   if (connection_ != nullptr) delegate.busConnected(connection_);
+  return registration;
 }
 
 void MessageBus::connect() {

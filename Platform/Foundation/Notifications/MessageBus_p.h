@@ -41,10 +41,8 @@ class MessageBus {
   MessageBus(const MessageBus&) = delete;
   MessageBus& operator=(const MessageBus&) = delete;
 
-  /// Adds a delegate and calls it at once if there is a connection. One that does not stay for good
-  /// removes itself.
-  void addDelegate(MessageBusDelegate& delegate);
-  void removeDelegate(MessageBusDelegate& delegate) { delegates_.remove(delegate); }
+  /// Adds a delegate and calls it at once if there is a connection.
+  Registration addDelegate(MessageBusDelegate& delegate);
 
   /// Null while there is none.
   GDBusConnection* connection() const { return connection_; }

@@ -43,7 +43,7 @@ constexpr const char* BusQuestion = "GetId";
 class DBusNotificationCenter : public NSDistributedNotificationCenter, private MessageBusDelegate {
  public:
   DBusNotificationCenter() {
-    bus_.addDelegate(*this);
+    registration_ = bus_.addDelegate(*this);
     isStarting_ = false;
   }
 
@@ -130,6 +130,7 @@ class DBusNotificationCenter : public NSDistributedNotificationCenter, private M
   MessageBus& bus_ = MessageBus::sessionBus();
   bool isStarting_ = true;
   std::unique_ptr<SignalSubscription> subscription_;
+  Registration registration_;
 };
 
 }  // namespace

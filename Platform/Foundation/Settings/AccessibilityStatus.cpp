@@ -43,11 +43,11 @@ class AccessibilityStatus::Watch : public std::enable_shared_from_this<Watch>,
  public:
   explicit Watch(std::function<void()> onEnabled) : onEnabled_(std::move(onEnabled)) {}
 
-  void start() { MessageBus::sessionBus().addDelegate(*this); }
+  void start() { registration_ = MessageBus::sessionBus().addDelegate(*this); }
 
   /// Nothing is called any more.
   void end() {
-    MessageBus::sessionBus().removeDelegate(*this);
+    registration_.reset();
     onEnabled_ = nullptr;
     changes_.reset();
     owners_.reset();
@@ -104,6 +104,7 @@ class AccessibilityStatus::Watch : public std::enable_shared_from_this<Watch>,
   std::function<void()> onEnabled_;
   std::unique_ptr<SignalSubscription> changes_;
   std::unique_ptr<SignalSubscription> owners_;
+  Registration registration_;
 };
 
 AccessibilityStatus::AccessibilityStatus(std::function<void()> onEnabled) {

@@ -56,7 +56,7 @@ struct Setting {
 class SettingsPortal : private MessageBusDelegate {
  public:
   SettingsPortal() {
-    MessageBus::sessionBus().addDelegate(*this);
+    registration_ = MessageBus::sessionBus().addDelegate(*this);
     isStarting_ = false;
   }
 
@@ -161,6 +161,7 @@ class SettingsPortal : private MessageBusDelegate {
   };
   std::unique_ptr<SignalSubscription> changes_;
   std::unique_ptr<SignalSubscription> owners_;
+  Registration registration_;
 };
 
 SettingsPortal& sharedPortal() {

@@ -48,7 +48,7 @@ class TimeZoneWatch : public DesktopWatch, private MessageBusDelegate {
  public:
   TimeZoneWatch() : state_(presentState()), link_(watch(localTimeFile())) {
     watchTarget();
-    MessageBus::systemBus().addDelegate(*this);
+    registration_ = MessageBus::systemBus().addDelegate(*this);
   }
 
  private:
@@ -94,6 +94,7 @@ class TimeZoneWatch : public DesktopWatch, private MessageBusDelegate {
   Monitor link_;
   Monitor target_;
   std::unique_ptr<SignalSubscription> subscription_;
+  Registration registration_;
 };
 
 }  // namespace

@@ -49,7 +49,7 @@ void ZEVTimeModule_Time::setup() {
   updateClocks();
   // Last, so that the first phase lands on a finished view.
   moonCollector_ = MoonStatCollector::sharedMoonCollector();
-  moonCollector_->addDelegate(*this);
+  moonRegistration_ = moonCollector_->addDelegate(*this);
   moonCollector_->updateCurrentPhase();
 }
 
@@ -128,7 +128,7 @@ void ZEVTimeModule_Time::partialUnload() {
 void ZEVTimeModule_Time::leaveCollectors() {
   CityStatCollector_Time::sharedCityStatCollector()->removeDelegate(*this);
   if (!moonCollector_) return;
-  moonCollector_->removeDelegate(*this);
+  moonRegistration_.reset();
   moonCollector_.reset();
   MoonStatCollector::cleanup();
 }

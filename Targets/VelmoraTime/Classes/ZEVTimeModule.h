@@ -51,6 +51,7 @@ class ZEVTimeModule_Time : public ZEVModule_Time,
   /// What `view` is in this module.
   std::shared_ptr<VelmoraTimeMenuExtraView> clockView_;
   std::shared_ptr<MoonStatCollector> moonCollector_;
+  Registration moonRegistration_;
   bool cancelled_ = false;
   std::vector<NSObservation> observations_;
 };

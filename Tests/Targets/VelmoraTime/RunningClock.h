@@ -18,7 +18,7 @@ class RunningClock : public ZEVModuleDelegate {
     extra->init(slot, NSBundle());
     // The extra starts with the first pass of its clock.
     time.loop.runPending();
-    module().addDelegate(*this);
+    registration_ = module().addDelegate(*this);
   }
 
   /// The cities are opened on a queue of their own, which may still want the main loop.
@@ -58,4 +58,7 @@ class RunningClock : public ZEVModuleDelegate {
   SimulatedTime time;
   FakeSlot slot;
   std::shared_ptr<VelmoraTime> extra = std::make_shared<VelmoraTime>();
+
+ private:
+  Registration registration_;
 };
