@@ -13,6 +13,7 @@
 #include "Hosts/Wayland/WaylandObject.h"
 #include "Hosts/Wayland/WaylandOutput.h"
 #include "Hosts/Wayland/WaylandSeat.h"
+#include "Platform/Foundation/LibraryHandle.h"
 #include "Platform/Foundation/RunLoop/NSRunLoop.h"
 
 #include <fractional-scale-v1-client.h>
@@ -67,10 +68,7 @@ class WaylandConnection {
   void makeSeat();
   void lose();
 
-  struct Disconnect {
-    void operator()(wl_display* display) const { wl_display_disconnect(display); }
-  };
-  std::unique_ptr<wl_display, Disconnect> display_;
+  LibraryHandle<wl_display, wl_display_disconnect> display_;
   WaylandObject<wl_registry> registry_;
   WaylandObject<wl_compositor> compositor_;
   WaylandObject<wl_subcompositor> subcompositor_;

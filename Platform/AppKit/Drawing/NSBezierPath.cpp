@@ -1,7 +1,5 @@
 #include "Platform/AppKit/Drawing/NSBezierPath.h"
 
-#include "Platform/AppKit/Drawing/NSGraphicsContext.h"
-
 NSBezierPath NSBezierPath::bezierPathWithRect(NSRect rect) {
   const double right = rect.origin.x + rect.size.width;
   const double top = rect.origin.y + rect.size.height;
@@ -27,7 +25,3 @@ void NSBezierPath::curveToPoint(NSPoint point, NSPoint controlPoint1, NSPoint co
 }
 
 void NSBezierPath::closePath() { elements_.push_back({Element::Kind::Close, {}, {}, {}}); }
-
-void NSBezierPath::fill() const {
-  if (auto* context = NSGraphicsContext::currentContext()) context->fillPath(*this);
-}

@@ -11,7 +11,7 @@ class NSFont {
 
   const std::string& familyName() const { return *family_; }
   double pointSize() const { return size_; }
-  bool hasMonospacedNumbers() const { return monospacedNumbers_; }
+  bool hasMonospacedNumbers() const { return hasMonospacedNumbers_; }
 
   /// The same font with digits of equal width.
   NSFont withMonospacedNumbers() const;
@@ -21,7 +21,7 @@ class NSFont {
   double descender() const;
 
   friend bool operator==(const NSFont& a, const NSFont& b) {
-    return a.size_ == b.size_ && a.monospacedNumbers_ == b.monospacedNumbers_ &&
+    return a.size_ == b.size_ && a.hasMonospacedNumbers_ == b.hasMonospacedNumbers_ &&
            *a.family_ == *b.family_;
   }
 
@@ -30,5 +30,5 @@ class NSFont {
 
   const std::string* family_;  // One of the family names kept for the process.
   double size_;
-  bool monospacedNumbers_ = false;
+  bool hasMonospacedNumbers_ = false;
 };

@@ -8,9 +8,8 @@
 #include <memory>
 #include <string>
 
+#include "Platform/Foundation/Notifications/BusConnectionAttempt_p.h"
 #include "Platform/Foundation/Notifications/DelegateList.h"
-
-class BusConnectionAttempt;
 
 /// Who listens on a bus.
 class MessageBusDelegate {
@@ -45,7 +44,7 @@ class MessageBus {
   Registration addDelegate(MessageBusDelegate& delegate);
 
   /// Null while there is none.
-  GDBusConnection* connection() const { return connection_; }
+  GDBusConnection* connection() const { return connection_.get(); }
 
  private:
   static constexpr std::chrono::milliseconds FirstPause{500};
@@ -65,7 +64,7 @@ class MessageBus {
   const GBusType type_;
   const std::string name_;
   DelegateList<MessageBusDelegate> delegates_;
-  GDBusConnection* connection_ = nullptr;
+  BusConnection connection_;
   std::shared_ptr<BusConnectionAttempt> attempt_;
   guint handshakeTimeout_ = 0;
   /// Before the next attempt; doubled by each that fails.

@@ -6,6 +6,7 @@
 #include <memory>
 #include <utility>
 
+#include "Platform/Foundation/LibraryHandle.h"
 #include "Platform/Foundation/RunLoop/NSRunLoop.h"
 #include "Platform/Foundation/RunLoop/TimerQueue_p.h"
 
@@ -49,27 +50,25 @@ class GLibRunLoop : public NSRunLoop {
   }
 
   Watch watchDescriptor(int descriptor, Callback callback) override {
-    GSource* watch = g_unix_fd_source_new(descriptor, G_IO_IN);
-    g_source_set_callback(watch, G_SOURCE_FUNC(+becameReadable),
+    const LibraryHandle<GSource, g_source_unref> watch(g_unix_fd_source_new(descriptor, G_IO_IN));
+    g_source_set_callback(watch.get(), G_SOURCE_FUNC(+becameReadable),
                           std::make_unique<Callback>(std::move(callback)).release(),
                           [](gpointer held) { std::default_delete<Callback>()(callbackOf(held)); });
-    g_source_set_priority(watch, WorkPriority);
-    const guint number = g_source_attach(watch, context_);
-    g_source_unref(watch);
-    return {watches_, number};
+    g_source_set_priority(watch.get(), WorkPriority);
+    return {watches_, g_source_attach(watch.get(), context_)};
   }
 
   void run() override {
     const TimerId outer = limitTo(AnyTimer);
-    const bool outerStopped = stopped_.exchange(false);
-    while (!stopped_)
+    const bool wasStopped = isStopped_.exchange(false);
+    while (!isStopped_)
       g_main_context_iteration(context_, TRUE);
-    stopped_ = outerStopped;
+    isStopped_ = wasStopped;
     limitTo(outer);
   }
 
   void stop() override {
-    stopped_ = true;
+    isStopped_ = true;
     g_main_context_wakeup(context_);
   }
 
@@ -126,12 +125,12 @@ class GLibRunLoop : public NSRunLoop {
     // The second pass, for what the first one has handed over to the next, saves asking the kernel
     // in between whether anything else has come: a tick and its drawing are such two.
     constexpr int Passes = 2;
-    for (int pass = 0; pass < Passes && !stopped_; ++pass) {
+    for (int pass = 0; pass < Passes && !isStopped_; ++pass) {
       const int64_t now = g_get_monotonic_time();
       const TimerId newest = newestAllowed();
       while (const auto due = timers_->takeDue(now, newest)) {
         guarded(due->callback);
-        if (stopped_) break;
+        if (isStopped_) break;
       }
     }
   }
@@ -148,7 +147,7 @@ class GLibRunLoop : public NSRunLoop {
   const std::shared_ptr<TimerQueue> timers_ = std::make_shared<TimerQueue>();
   const std::shared_ptr<WatchSources> watches_ = std::make_shared<WatchSources>();
   TimerId limit_ = AnyTimer;  ///< Of the main thread.
-  std::atomic<bool> stopped_ = false;
+  std::atomic<bool> isStopped_ = false;
 };
 
 }  // namespace

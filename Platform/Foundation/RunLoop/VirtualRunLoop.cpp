@@ -35,9 +35,9 @@ class VirtualRunLoop::Watches : public Registrar {
     dropped = watches_.extract(number);
   }
 
-  /// The callbacks of descriptors that have something to read.
-  std::vector<std::shared_ptr<const Callback>> readable() const {
-    std::vector<std::shared_ptr<const Callback>> readable;
+  /// The callbacks of descriptors that have something to read, as long as they are watched.
+  std::vector<std::weak_ptr<const Callback>> readable() const {
+    std::vector<std::weak_ptr<const Callback>> readable;
     const std::lock_guard guard(mutex_);
     for (const auto& [number, watch] : watches_) {
       pollfd state{watch.descriptor, POLLIN, 0};
@@ -72,8 +72,9 @@ NSRunLoop::Watch VirtualRunLoop::watchDescriptor(int descriptor, Callback callba
 
 bool VirtualRunLoop::serveWatches() {
   const auto readable = watches_->readable();
-  for (const auto& callback : readable)
-    guarded(*callback);
+  for (const auto& watched : readable) {
+    if (const auto callback = watched.lock()) guarded(*callback);
+  }
   return !readable.empty();
 }
 
@@ -87,10 +88,10 @@ bool VirtualRunLoop::runNext(int64_t limit, uint64_t newest) {
 }
 
 void VirtualRunLoop::run() {
-  const bool outerStopped = stopped_.exchange(false);
-  while (!stopped_ && runNext(std::numeric_limits<int64_t>::max(), AnyTimer)) {
+  const bool wasStopped = isStopped_.exchange(false);
+  while (!isStopped_ && runNext(std::numeric_limits<int64_t>::max(), AnyTimer)) {
   }
-  stopped_ = outerStopped;
+  isStopped_ = wasStopped;
 }
 
 bool VirtualRunLoop::runPending() {

@@ -22,7 +22,7 @@ class VirtualRunLoop : public NSRunLoop {
 
   /// Runs callbacks as they fall due, jumping from one to the next, until stopped or out of work.
   void run() override;
-  void stop() override { stopped_ = true; }
+  void stop() override { isStopped_ = true; }
   bool runPending() override;
 
   /// Lets `seconds` pass and fires all that falls due on the way.
@@ -40,5 +40,5 @@ class VirtualRunLoop : public NSRunLoop {
   ManualClock& clock_;
   const std::shared_ptr<TimerQueue> timers_;
   const std::shared_ptr<Watches> watches_;
-  std::atomic<bool> stopped_ = false;
+  std::atomic<bool> isStopped_ = false;
 };

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "Platform/Foundation/LibraryHandle.h"
 #include "Platform/Foundation/Notifications/MessageBus_p.h"
 #include "Platform/Foundation/Notifications/SignalSubscription_p.h"
 #include "Platform/Foundation/RunLoop/NSRunLoop.h"
@@ -17,10 +18,7 @@ constexpr const char* ObjectPath = "/org/a11y/bus";
 constexpr const char* StatusInterface = "org.a11y.Status";
 constexpr const char* PropertiesInterface = "org.freedesktop.DBus.Properties";
 
-struct VariantDeleter {
-  void operator()(GVariant* variant) const { g_variant_unref(variant); }
-};
-using Variant = std::unique_ptr<GVariant, VariantDeleter>;
+using Variant = LibraryHandle<GVariant, g_variant_unref>;
 
 /// Whether a dictionary of properties says that something is on.
 bool saysEnabled(GVariant* properties) {

@@ -15,6 +15,7 @@
 #include <memory>
 #include <optional>
 
+#include "Platform/Foundation/LibraryHandle.h"
 #include "Platform/Foundation/Notifications/DesktopWatch_p.h"
 #include "Platform/Foundation/Notifications/MessageBus_p.h"
 #include "Platform/Foundation/Notifications/SignalSubscription_p.h"
@@ -29,10 +30,7 @@ constexpr const char* Namespace = "org.freedesktop.appearance";
 /// A clock must not wait for a portal that is only starting; its answer comes later.
 constexpr int FirstAnswerMilliseconds = 150;
 
-struct VariantDeleter {
-  void operator()(GVariant* variant) const { g_variant_unref(variant); }
-};
-using Variant = std::unique_ptr<GVariant, VariantDeleter>;
+using Variant = LibraryHandle<GVariant, g_variant_unref>;
 
 /// The number within however many variants the portal's version wraps it in.
 std::optional<uint32_t> numberIn(GVariant* variant) {
@@ -55,6 +53,11 @@ struct Setting {
 
 class SettingsPortal : private MessageBusDelegate {
  public:
+  static SettingsPortal& sharedPortal() {
+    static SettingsPortal portal;
+    return portal;
+  }
+
   SettingsPortal() {
     registration_ = MessageBus::sessionBus().addDelegate(*this);
     isStarting_ = false;
@@ -164,17 +167,12 @@ class SettingsPortal : private MessageBusDelegate {
   Registration registration_;
 };
 
-SettingsPortal& sharedPortal() {
-  static SettingsPortal portal;
-  return portal;
-}
-
 }  // namespace
 
 PropertyList desktopSetting(std::string_view key, std::string_view domain) {
   const bool isAsked = (key == "AppleInterfaceStyle" && domain == ".GlobalPreferences") ||
                        (key == "increaseContrast" && domain == "com.apple.universalaccess");
-  return isAsked ? sharedPortal().value(key, domain) : PropertyList();
+  return isAsked ? SettingsPortal::sharedPortal().value(key, domain) : PropertyList();
 }
 
-void watchDesktopSettings() { sharedPortal(); }
+void watchDesktopSettings() { SettingsPortal::sharedPortal(); }

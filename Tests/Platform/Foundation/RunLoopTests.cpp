@@ -13,6 +13,7 @@
 #include <thread>
 #include <vector>
 
+#include "Platform/Foundation/Files/FileDescriptor.h"
 #include "Platform/Foundation/RunLoop/VirtualRunLoop.h"
 #include "Tests/Support/ChildProcess.h"
 
@@ -255,25 +256,52 @@ TYPED_TEST(RunLoop, WakesForWorkFromAnotherThread) {
   if (worker.joinable()) worker.join();
 }
 
-TYPED_TEST(RunLoop, WatchesADescriptorUntilToldNotTo) {
-  std::array<int, 2> ends{};
-  ASSERT_EQ(pipe(ends.data()), 0);
-  auto watch = this->loop.watchDescriptor(ends[0], [&] {
+struct Pipe {
+  Pipe() {
+    std::array<int, 2> ends{};
+    EXPECT_EQ(pipe(ends.data()), 0);
+    output = FileDescriptor(ends[0]);
+    input = FileDescriptor(ends[1]);
+  }
+  char take() const {
     char byte = 0;
-    ASSERT_EQ(read(ends[0], &byte, 1), 1);
-    this->notes += byte;
-  });
+    EXPECT_EQ(read(output.get(), &byte, 1), 1);
+    return byte;
+  }
+  void put(char byte) const { EXPECT_EQ(write(input.get(), &byte, 1), 1); }
+
+  FileDescriptor output;
+  FileDescriptor input;
+};
+
+TYPED_TEST(RunLoop, WatchesADescriptorUntilItsHandleGoes) {
+  const Pipe pipe;
+  auto watch = this->loop.watchDescriptor(pipe.output.get(), [&] { this->notes += pipe.take(); });
   this->loop.runPending();
   EXPECT_EQ(this->notes, "");
-  ASSERT_EQ(write(ends[1], "a", 1), 1);
+  pipe.put('a');
   this->loop.runPending();
   EXPECT_EQ(this->notes, "a");
   watch.reset();
-  ASSERT_EQ(write(ends[1], "b", 1), 1);
+  pipe.put('b');
   this->loop.runPending();
   EXPECT_EQ(this->notes, "a");
-  close(ends[0]);
-  close(ends[1]);
+}
+
+// Both have something to read when the first one ends them.
+TYPED_TEST(RunLoop, AWatchMayEndItselfAndTheNextOne) {
+  const Pipe pipe;
+  NSRunLoop::Watch own;
+  NSRunLoop::Watch next;
+  own = this->loop.watchDescriptor(pipe.output.get(), [&] {
+    own.reset();
+    next.reset();
+    this->notes += pipe.take();
+  });
+  next = this->loop.watchDescriptor(pipe.output.get(), [] { FAIL(); });
+  pipe.put('a');
+  this->loop.runPending();
+  EXPECT_EQ(this->notes, "a");
 }
 
 // A handle may outlive its loop, and so may what a callback holds.
