@@ -11,6 +11,8 @@
 #include <string>
 #include <utility>
 
+#include "Platform/Dispatch/DispatchFunctions.h"
+#include "Platform/Foundation/Files/FileDescriptor.h"
 #include "Platform/Foundation/RunLoop/NSRunLoop.h"
 #include "Platform/Foundation/RunLoop/RunLoopMoment_p.h"
 
@@ -27,34 +29,18 @@ class CancellableHandler {
 
   void call() {
     const std::lock_guard guard(mutex_);
-    if (!cancelled_) handler_();
+    if (!isCancelled_) handler_();
   }
 
   void cancel() {
     const std::lock_guard guard(mutex_);
-    cancelled_ = true;
+    isCancelled_ = true;
   }
 
  private:
   std::recursive_mutex mutex_;
   std::function<void()> handler_;
-  bool cancelled_ = false;
-};
-
-/// Owns an open file, or nothing (-1).
-class FileDescriptor {
- public:
-  explicit FileDescriptor(int descriptor) : descriptor_(descriptor) {}
-  FileDescriptor(const FileDescriptor&) = delete;
-  FileDescriptor& operator=(const FileDescriptor&) = delete;
-  ~FileDescriptor() {
-    if (descriptor_ >= 0) close(descriptor_);
-  }
-
-  int get() const { return descriptor_; }
-
- private:
-  int descriptor_;
+  bool isCancelled_ = false;
 };
 
 }  // namespace
@@ -69,7 +55,7 @@ class DispatchTimer::State : public std::enable_shared_from_this<State> {
         deadline_.timeIntervalSince1970() - NSDate::date().timeIntervalSince1970();
     const int64_t wait = nanosecondsFromSeconds(std::clamp(remaining, 0.0, LongestWait));
     const std::lock_guard guard(mutex_);
-    if (cancelled_) return;
+    if (isCancelled_) return;
     timer_ = loop_.scheduleAt(momentAfter(loop_.now(), wait), [watched = weak_from_this()] {
       if (const auto self = watched.lock()) self->lookAtClock();
     });
@@ -78,7 +64,7 @@ class DispatchTimer::State : public std::enable_shared_from_this<State> {
   void cancel() {
     {
       const std::lock_guard guard(mutex_);
-      cancelled_ = true;
+      isCancelled_ = true;
       timer_.reset();
     }
     handler_.cancel();
@@ -96,7 +82,7 @@ class DispatchTimer::State : public std::enable_shared_from_this<State> {
   CancellableHandler handler_;
   std::mutex mutex_;
   NSRunLoop::Timer timer_;
-  bool cancelled_ = false;
+  bool isCancelled_ = false;
 };
 
 DispatchTimer::DispatchTimer(const NSDate& deadline, dispatch_queue_t queue,
@@ -129,7 +115,7 @@ class DispatchFileWatch::State : public std::enable_shared_from_this<State> {
   }
 
   void listen() {
-    if (notifications_.get() < 0) return;
+    if (!notifications_) return;
     watch_ = loop_.watchDescriptor(notifications_.get(), [watched = weak_from_this()] {
       const auto self = watched.lock();
       if (!self || !self->takeNews()) return;

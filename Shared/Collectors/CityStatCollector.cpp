@@ -52,12 +52,12 @@ void append(std::vector<CityRecord>& cities, std::vector<CityRecord> more) {
 
 }  // namespace
 
-const std::shared_ptr<CityStatCollector_Time>& CityStatCollector_Time::sharedCityStatCollector() {
+CityStatCollector_Time& CityStatCollector_Time::sharedCityStatCollector() {
   // Never destroyed: its queue may be at work while the process ends.
   static const auto* const collector = std::make_unique<std::shared_ptr<CityStatCollector_Time>>(
                                            std::make_shared<CityStatCollector_Time>())
                                            .release();
-  return *collector;
+  return **collector;
 }
 
 CityStatCollector_Time::CityStatCollector_Time()

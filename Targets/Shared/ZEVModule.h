@@ -10,26 +10,19 @@
 #include "Platform/Foundation/Notifications/NSNotificationCenter.h"
 #include "Platform/Foundation/NSObject.h"
 #include "Targets/Shared/StatCollector.h"
+#include "Targets/Shared/ZEVModuleDelegate.h"
 
 class NSMenu;
-class ZEVMenuExtra_Time;
 class ZEVMenuExtraContentView_Time;
-
-/// Who follows a module: told to redraw, and that its size may have changed.
-class ZEVModuleDelegate {
- public:
-  virtual ~ZEVModuleDelegate() = default;
-  virtual void update() = 0;
-  virtual void updateSize() = 0;
-};
+class ZEVModularExtra;
 
 /// A piece of functionality in a menu extra. Its operations are empty here unless told otherwise;
 /// a module overrides what it needs. Main thread only.
 class ZEVModule_Time : public NSObject {
  public:
   /// `extra` owns the module and is its first delegate.
-  virtual void init(ZEVMenuExtra_Time& extra);
-  virtual void loadViewWithExtra(ZEVMenuExtra_Time&) {}
+  virtual void init(ZEVModularExtra& extra);
+  virtual void loadViewWithExtra(ZEVModularExtra&) {}
 
   virtual std::string moduleName() const { return ""; }
   virtual std::shared_ptr<NSMenu> menu() { return nullptr; }
@@ -61,20 +54,20 @@ class ZEVModule_Time : public NSObject {
 
   /// The file of a database in the user's data folder, which is made if it is missing. A null extra
   /// counts as not combined.
-  static std::filesystem::path databasePath(std::string_view name, const ZEVMenuExtra_Time* extra);
+  static std::filesystem::path databasePath(std::string_view name, const ZEVModularExtra* extra);
   std::filesystem::path databasePath(std::string_view name) const;
 
  protected:
   void setView(std::shared_ptr<ZEVMenuExtraContentView_Time> view);
   DelegateList<ZEVModuleDelegate>& delegates() { return delegates_; }
   /// Null before `init`, and when the extra has gone.
-  ZEVMenuExtra_Time* extra() const { return extra_; }
+  ZEVModularExtra* extra() const { return extra_; }
 
  private:
   bool menubar_ = false;
   int64_t key_ = 0;
   std::shared_ptr<ZEVMenuExtraContentView_Time> view_;
   DelegateList<ZEVModuleDelegate> delegates_;
-  ZEVMenuExtra_Time* extra_ = nullptr;
+  ZEVModularExtra* extra_ = nullptr;
   Registration extraRegistration_;
 };

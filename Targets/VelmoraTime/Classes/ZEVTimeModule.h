@@ -20,7 +20,7 @@ class ZEVTimeModule_Time : public ZEVModule_Time,
   ~ZEVTimeModule_Time() override;
 
   std::string moduleName() const override;
-  void loadViewWithExtra(ZEVMenuExtra_Time& extra) override;
+  void loadViewWithExtra(ZEVModularExtra& extra) override;
   void setup() override;
   void loadNotifications() override;
   void willUnload() override;

@@ -28,9 +28,9 @@ class RunningClock : public ZEVModuleDelegate {
       const dispatch_semaphore_t done = dispatch_semaphore_create(0);
     };
     const auto loading = std::make_shared<Loading>();
-    const auto& cities = CityStatCollector_Time::sharedCityStatCollector();
-    cities->addDelegate(loading);
-    cities->loadDatabase();
+    auto& cities = CityStatCollector_Time::sharedCityStatCollector();
+    cities.addDelegate(loading);
+    cities.loadDatabase();
     dispatch_semaphore_wait(loading->done);
   }
 
