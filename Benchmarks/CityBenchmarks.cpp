@@ -17,15 +17,16 @@ struct Loaded : CityStatCollectorDelegate {
 };
 
 CityStatCollector_Time& cities() {
-  static const auto& collector = [] {
-    const auto& shared = CityStatCollector_Time::sharedCityStatCollector();
+  static auto& collector = []() -> auto& {
+    auto& shared = CityStatCollector_Time::sharedCityStatCollector();
     const auto loaded = std::make_shared<Loaded>();
-    shared->addDelegate(loaded);
-    shared->loadDatabase();
+    shared.addDelegate(loaded);
+    shared.loadDatabase();
     dispatch_semaphore_wait(loaded->done);
     return shared;
-  }();
-  return *collector;
+  }
+  ();
+  return collector;
 }
 
 void citySearch(benchmark::State& state, const char* text) {

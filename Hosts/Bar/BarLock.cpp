@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
-#include <unistd.h>
 
 #include <cstdlib>
 #include <utility>
@@ -26,26 +25,15 @@ std::string fileName(const std::string& monitor) {
 
 }  // namespace
 
-BarLock::~BarLock() { release(); }
-
-void BarLock::release() {
-  if (descriptor_ >= 0) close(descriptor_);
-  descriptor_ = -1;
-}
-
 bool BarLock::take(const std::string& monitor) {
-  if (descriptor_ >= 0 && monitor == monitor_) return true;
+  if (file_ && monitor == monitor_) return true;
   const std::string folder = variable("XDG_RUNTIME_DIR");
   if (folder.empty()) return true;
   const std::string path = folder + "/" + fileName(monitor);
-  const int descriptor = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
-  if (descriptor < 0) return true;
-  if (flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
-    close(descriptor);
-    return false;
-  }
-  release();
-  descriptor_ = descriptor;
+  FileDescriptor file(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+  if (!file) return true;
+  if (flock(file.get(), LOCK_EX | LOCK_NB) != 0) return false;
+  file_ = std::move(file);
   monitor_ = monitor;
   return true;
 }

@@ -2,22 +2,17 @@
 
 #include <string>
 
+#include "Platform/Foundation/Files/FileDescriptor.h"
+
 /// Keeps a second bar off a monitor: a locked file in the session's runtime folder, one for each
 /// display and monitor. It goes with the process, however that ends.
 class BarLock {
  public:
-  BarLock() = default;
-  BarLock(const BarLock&) = delete;
-  BarLock& operator=(const BarLock&) = delete;
-  ~BarLock();
-
   /// Leaves the monitor of before and takes that of the name. False if another process has it.
   /// Where the session has no such folder there is nothing to take, and it is true.
   bool take(const std::string& monitor);
 
  private:
-  void release();
-
   std::string monitor_;
-  int descriptor_ = -1;
+  FileDescriptor file_;
 };

@@ -56,10 +56,7 @@ class BarMenus::Surface : public MenuSurface {
   bool isInFrame_ = false;
 };
 
-BarMenus::~BarMenus() {
-  tracker_.close();
-  if (ending_) NSRunLoop::mainRunLoop().cancel(*ending_);
-}
+BarMenus::~BarMenus() { tracker_.close(); }
 
 bool BarMenus::open(const Monitor& monitor, NSRect slotFrame, MenuOpening opening) {
   const auto extra = slot_.extra();
@@ -67,7 +64,7 @@ bool BarMenus::open(const Monitor& monitor, NSRect slotFrame, MenuOpening openin
   if (extra) NSRunLoop::guarded([&] { menu = extra->menu(); });
   if (!menu) return false;
   tracker_.close();
-  if (ending_) NSRunLoop::mainRunLoop().cancel(*std::exchange(ending_, std::nullopt));
+  ending_.reset();
   if (!session_ || monitor != monitor_) {
     session_.reset();
     session_ = display_.beginMenus(monitor, *this);
@@ -85,9 +82,11 @@ bool BarMenus::open(const Monitor& monitor, NSRect slotFrame, MenuOpening openin
 }
 
 NSRect BarMenus::menuArea() const {
+  // Not quite to the monitor's edges, where corners and shadows would be cut off.
+  constexpr double Margin = 4;
   const NSRect& frame = monitor_.frame;
-  return NSMakeRect(frame.origin.x, top_, frame.size.width,
-                    frame.origin.y + frame.size.height - top_);
+  return NSMakeRect(frame.origin.x + Margin, top_, frame.size.width - 2 * Margin,
+                    frame.origin.y + frame.size.height - Margin - top_);
 }
 
 std::unique_ptr<MenuSurface> BarMenus::makeSurface(MenuPanel& panel) {

@@ -49,7 +49,7 @@ class BarMenus : private MenuScreen, private MenuSessionClient {
   Monitor monitor_;
   double top_ = 0;  ///< Of what menus may cover.
   std::unique_ptr<MenuSession> session_;
-  std::optional<NSRunLoop::TimerId> ending_;
+  NSRunLoop::Timer ending_;
   std::optional<int32_t> finger_;
   NSPoint fingerPlace_;
   std::vector<Surface*> surfaces_;

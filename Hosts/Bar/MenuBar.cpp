@@ -128,7 +128,7 @@ void MenuBar::surfaceChanged() {
 }
 
 void MenuBar::takeBackground() {
-  const bool isDark = menuBarIsDark();
+  const bool isDark = isMenuBarDark();
   const auto rows = static_cast<size_t>(std::lround(BarHeight * surface_->scale()));
   background_.assign(rows, pixelOf(menuBarBackgroundColor(isDark)));
   background_.back() = pixelOf(hairlineColor(isDark));

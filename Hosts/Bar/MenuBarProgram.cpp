@@ -54,7 +54,7 @@ void showMenuBar(const Options& options) {
   });
 
   NSRunLoop& loop = NSRunLoop::mainRunLoop();
-  loop.scheduleAt(loop.now() + StartingTime, [] { returnUnusedPages(); });
+  loop.performBlockAt(loop.now() + StartingTime, [] { returnUnusedPages(); });
   loop.run();
   bar.slot().unload();
 }

@@ -22,7 +22,7 @@ void drawHeadlessBar(const Options& options) {
       drawHeadless({.bundle = options.bundle.value_or(NSBundle::installedPath("VelmoraTime")),
                     .output = options.headlessFolder.value(),
                     .scale = options.headlessScale.value_or(1),
-                    .isDark = menuBarIsDark()});
+                    .isDark = isMenuBarDark()});
   print(picture.text + "\n" + picture.file.string() + "\n");
 }
 

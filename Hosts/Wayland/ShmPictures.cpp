@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "Platform/Foundation/Files/FileDescriptor.h"
+
 ShmPictures::~ShmPictures() { release(); }
 
 void ShmPictures::release() {
@@ -22,18 +24,14 @@ void ShmPictures::allocate(int width, int height) {
   const int stride = width * static_cast<int>(sizeof(uint32_t));
   const int pictureSize = stride * height;
   size_ = static_cast<size_t>(pictureSize) * Count;
-  const int descriptor = memfd_create("velmora-menubar", MFD_CLOEXEC);
-  const bool hasSpace = descriptor >= 0 && ftruncate(descriptor, static_cast<off_t>(size_)) == 0;
-  void* memory = hasSpace ? mmap(nullptr, size_, PROT_READ | PROT_WRITE, MAP_SHARED, descriptor, 0)
+  const FileDescriptor file(memfd_create("velmora-menubar", MFD_CLOEXEC));
+  const bool hasSpace = file && ftruncate(file.get(), static_cast<off_t>(size_)) == 0;
+  void* memory = hasSpace ? mmap(nullptr, size_, PROT_READ | PROT_WRITE, MAP_SHARED, file.get(), 0)
                           : MAP_FAILED;
-  if (memory == MAP_FAILED) {
-    if (descriptor >= 0) close(descriptor);
-    throw std::runtime_error("no memory to share with the display");
-  }
+  if (memory == MAP_FAILED) throw std::runtime_error("no memory to share with the display");
   memory_ = memory;
   static constexpr wl_buffer_listener Listener = {&WaylandEvent<&Buffer::released>::call};
-  wl_shm_pool* pool = wl_shm_create_pool(shm_, descriptor, static_cast<int32_t>(size_));
-  close(descriptor);
+  wl_shm_pool* pool = wl_shm_create_pool(shm_, file.get(), static_cast<int32_t>(size_));
   int offset = 0;
   for (Buffer& buffer : buffers_) {
     buffer.pixels = reinterpret_cast<uint32_t*>(static_cast<std::byte*>(memory_) + offset);

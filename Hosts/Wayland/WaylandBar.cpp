@@ -45,7 +45,6 @@ void WaylandBar::open() {
 }
 
 void WaylandBar::close() {
-  if (frame_) NSRunLoop::mainRunLoop().cancel(*frame_);
   frame_.reset();
   wantsFrame_ = false;
   if (input_ && connections_.input.seat() != nullptr) {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 #include <string>
 
 #include "Hosts/Display/Display.h"
@@ -59,7 +58,7 @@ class WaylandBar : public BarSurface, private WaylandInputTarget {
   int height_;
   bool wantsFrame_ = false;
   int64_t attentiveUntil_ = 0;  ///< On the run loop's clock.
-  std::optional<NSRunLoop::TimerId> frame_;
+  NSRunLoop::Timer frame_;
   std::unique_ptr<LayerSurface> bar_;
   std::unique_ptr<SurfaceScale> scale_;
   std::unique_ptr<PictureSurface> item_;

@@ -40,11 +40,6 @@ WaylandConnection::WaylandConnection(wl_display* display)
   wl_registry_add_listener(registry_.get(), &Listener, this);
 }
 
-WaylandConnection::~WaylandConnection() {
-  setWatched(false);
-  if (flushing_) NSRunLoop::mainRunLoop().cancel(*flushing_);
-}
-
 WaylandOutput* WaylandConnection::outputNamed(const std::string& name) const {
   const auto found = std::ranges::find_if(
       outputs_, [&](const auto& output) { return output->monitor().name == name; });
@@ -102,13 +97,9 @@ void WaylandConnection::globalRemoved(wl_registry*, uint32_t name) {
 
 void WaylandConnection::setWatched(bool watched) {
   if (watched == isWatched()) return;
-  NSRunLoop& loop = NSRunLoop::mainRunLoop();
-  if (watched) {
-    watch_ = loop.watchDescriptor(wl_display_get_fd(display_.get()), [this] { readEvents(); });
-  } else {
-    loop.unwatchDescriptor(*watch_);
-    watch_.reset();
-  }
+  if (!watched) return watch_.reset();
+  watch_ = NSRunLoop::mainRunLoop().watchDescriptor(wl_display_get_fd(display_.get()),
+                                                    [this] { readEvents(); });
 }
 
 void WaylandConnection::readEvents() {

@@ -13,6 +13,7 @@
 #include "Hosts/Wayland/WaylandObject.h"
 #include "Hosts/Wayland/WaylandOutput.h"
 #include "Hosts/Wayland/WaylandSeat.h"
+#include "Platform/Foundation/LibraryHandle.h"
 #include "Platform/Foundation/RunLoop/NSRunLoop.h"
 
 #include <fractional-scale-v1-client.h>
@@ -28,7 +29,7 @@ class WaylandConnection {
   static std::unique_ptr<WaylandConnection> open();
   WaylandConnection(const WaylandConnection&) = delete;
   WaylandConnection& operator=(const WaylandConnection&) = delete;
-  ~WaylandConnection();
+  ~WaylandConnection() = default;
 
   wl_compositor* compositor() const { return compositor_.get(); }
   wl_subcompositor* subcompositor() const { return subcompositor_.get(); }
@@ -51,7 +52,7 @@ class WaylandConnection {
   /// The connection has ended, with the reason; called once.
   std::function<void(const std::string& reason)> onLost;
 
-  bool isWatched() const { return watch_.has_value(); }
+  bool isWatched() const { return static_cast<bool>(watch_); }
   void setWatched(bool watched);
   /// Serves what has arrived, without waiting.
   void readEvents();
@@ -70,10 +71,7 @@ class WaylandConnection {
   void flushAfter(int64_t pause);
   void lose();
 
-  struct Disconnect {
-    void operator()(wl_display* display) const { wl_display_disconnect(display); }
-  };
-  std::unique_ptr<wl_display, Disconnect> display_;
+  LibraryHandle<wl_display, wl_display_disconnect> display_;
   WaylandObject<wl_registry> registry_;
   WaylandObject<wl_compositor> compositor_;
   WaylandObject<wl_subcompositor> subcompositor_;
@@ -89,7 +87,7 @@ class WaylandConnection {
   };
   std::optional<SeatGlobal> seatGlobal_;
   std::unique_ptr<WaylandSeat> seat_;
-  std::optional<NSRunLoop::WatchId> watch_;
-  std::optional<NSRunLoop::TimerId> flushing_;
+  NSRunLoop::Watch watch_;
+  NSRunLoop::Timer flushing_;
   bool isLost_ = false;
 };

@@ -1,7 +1,5 @@
 #include "Hosts/Wayland/WaylandDisplay.h"
 
-#include <optional>
-
 #include "Hosts/Wayland/WaylandBar.h"
 #include "Hosts/Wayland/WaylandConnection.h"
 #include "Hosts/Wayland/WaylandMenuSession.h"
@@ -27,10 +25,6 @@ class WaylandDisplay : public Display {
     input_->onLost = lost;
     input_->setWatched(true);
     shown_->setWatched(true);
-  }
-
-  ~WaylandDisplay() override {
-    if (change_) NSRunLoop::mainRunLoop().cancel(*change_);
   }
 
   std::vector<Monitor> monitors() const override {
@@ -91,7 +85,7 @@ class WaylandDisplay : public Display {
   std::unique_ptr<WaylandConnection> input_;
   Bar* bar_ = nullptr;
   Menus* menus_ = nullptr;
-  std::optional<NSRunLoop::TimerId> change_;
+  NSRunLoop::Timer change_;
   bool isLost_ = false;
 };
 

@@ -120,7 +120,6 @@ void WaylandKeyboard::repeatNow() {
 }
 
 void WaylandKeyboard::endRepeat() {
-  if (repeat_) NSRunLoop::mainRunLoop().cancel(*repeat_);
   repeat_.reset();
   repeatedKey_ = 0;
 }

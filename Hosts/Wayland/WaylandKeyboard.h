@@ -58,5 +58,5 @@ class WaylandKeyboard {
   int64_t repeatDelay_ = 0;     ///< In nanoseconds, as the next.
   int64_t repeatInterval_ = 0;  ///< 0: no key is repeated.
   uint32_t repeatedKey_ = 0;
-  std::optional<NSRunLoop::TimerId> repeat_;
+  NSRunLoop::Timer repeat_;
 };

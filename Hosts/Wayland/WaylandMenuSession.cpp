@@ -22,8 +22,6 @@ WaylandMenuSession::WaylandMenuSession(WaylandConnection& connection, const Moni
 }
 
 WaylandMenuSession::~WaylandMenuSession() {
-  if (update_) NSRunLoop::mainRunLoop().cancel(*update_);
-  if (keyboardLoss_) NSRunLoop::mainRunLoop().cancel(*keyboardLoss_);
   if (WaylandSeat* seat = connection_.seat()) seat->listenToKeys(nullptr);
   surfaceScale_.reset();
   others_.clear();
@@ -46,7 +44,6 @@ void WaylandMenuSession::windowShown() {
 
 void WaylandMenuSession::keyboardFocusChanged(bool isHere) {
   NSRunLoop& loop = NSRunLoop::mainRunLoop();
-  if (keyboardLoss_) loop.cancel(*keyboardLoss_);
   keyboardLoss_.reset();
   if (isHere) return;
   // It leaves for a moment when it goes to another overlay and when a keyboard is plugged in.

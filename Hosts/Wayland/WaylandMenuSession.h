@@ -46,8 +46,8 @@ class WaylandMenuSession : public MenuSession, private WaylandKeyClient {
   Monitor monitor_;
   double scale_ = 1;
   bool hasEnded_ = false;
-  std::optional<NSRunLoop::TimerId> update_;
-  std::optional<NSRunLoop::TimerId> keyboardLoss_;
+  NSRunLoop::Timer update_;
+  NSRunLoop::Timer keyboardLoss_;
   std::unique_ptr<MenuOverlay> home_;  ///< On the session's monitor.
   std::vector<std::unique_ptr<MenuOverlay>> others_;
   std::unique_ptr<SurfaceScale> surfaceScale_;

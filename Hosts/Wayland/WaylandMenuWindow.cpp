@@ -9,10 +9,7 @@ WaylandMenuWindow::WaylandMenuWindow(WaylandConnection& connection, wl_surface* 
       session_(session),
       picture_(connection, overlay, [this] { frameShown(); }) {}
 
-WaylandMenuWindow::~WaylandMenuWindow() {
-  if (frame_) NSRunLoop::mainRunLoop().cancel(*frame_);
-  connection_.flushSoon();
-}
+WaylandMenuWindow::~WaylandMenuWindow() { connection_.flushSoon(); }
 
 void WaylandMenuWindow::present(PixelRect frame, const PixelPicture& picture, PixelRect changed) {
   picture_.present(picture, frame.x, frame.y, session_.scale(), changed);

@@ -29,6 +29,6 @@ class WaylandMenuWindow : public MenuWindow {
   MenuSessionClient& client_;
   WaylandMenuSession& session_;
   bool wantsFrame_ = false;
-  std::optional<NSRunLoop::TimerId> frame_;
+  NSRunLoop::Timer frame_;
   PictureSurface picture_;
 };

@@ -4,6 +4,8 @@
 #include <memory>
 #include <string>
 
+#include "Platform/Foundation/LibraryHandle.h"
+
 X11Atoms::X11Atoms(xcb_connection_t* connection, int screenNumber) {
   const std::string screen = std::to_string(screenNumber);
   // In the order of `X11Atom`.
@@ -36,8 +38,8 @@ X11Atoms::X11Atoms(xcb_connection_t* connection, int screenNumber) {
                                      names[index].data());
   }
   for (size_t index = 0; index < names.size(); ++index) {
-    const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> reply(
-        xcb_intern_atom_reply(connection, cookies[index], nullptr), std::free);
+    const LibraryHandle<xcb_intern_atom_reply_t, std::free> reply(
+        xcb_intern_atom_reply(connection, cookies[index], nullptr));
     if (reply) atoms_[index] = reply->atom;
   }
 }

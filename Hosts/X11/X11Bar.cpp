@@ -16,8 +16,6 @@ X11Bar::X11Bar(X11Connection& connection, const X11Monitors& monitors, const Mon
   X11Bar::moveTo(monitor);
 }
 
-X11Bar::~X11Bar() { cancelFrame(); }
-
 void X11Bar::moveTo(const Monitor& monitor) {
   scale_ = monitor.scale;
   PixelRect frame = pixelFrame(monitor);
@@ -64,12 +62,8 @@ void X11Bar::requestFrame() {
 }
 
 void X11Bar::takeFrame() {
-  cancelFrame();
+  frame_.reset();
   if (std::exchange(isFrameWanted_, false)) client_.frameReady();
-}
-
-void X11Bar::cancelFrame() {
-  if (frame_) NSRunLoop::mainRunLoop().cancel(*std::exchange(frame_, std::nullopt));
 }
 
 void X11Bar::handleEvent(const xcb_generic_event_t& event) {
@@ -117,7 +111,7 @@ void X11Bar::adoptWidth(int width) {
 void X11Bar::setInSight(bool isInSight) {
   if (std::exchange(isInSight_, isInSight) == isInSight) return;
   if (!isInSight) {
-    cancelFrame();
+    frame_.reset();
     return;
   }
   client_.surfaceChanged();

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <optional>
 #include <span>
 #include <vector>
 
@@ -16,7 +15,6 @@ class X11Bar : public BarSurface, private X11EventHandler {
   /// All of these must outlive the bar. Throws `std::runtime_error` with the reason.
   X11Bar(X11Connection& connection, const X11Monitors& monitors, const Monitor& monitor, int height,
          SurfaceClient& client);
-  ~X11Bar() override;
 
   void moveTo(const Monitor& monitor) override;
   double width() const override { return widthInPixels_ / scale_; }
@@ -32,7 +30,6 @@ class X11Bar : public BarSurface, private X11EventHandler {
   void setInSight(bool isInSight);
   void repaint(const xcb_expose_event_t& exposed);
   void takeFrame();
-  void cancelFrame();
   PixelPicture keptPicture() const;
 
   const X11Monitors& monitors_;
@@ -49,5 +46,5 @@ class X11Bar : public BarSurface, private X11EventHandler {
   PixelRect itemFrame_;
   bool isInSight_ = true;
   bool isFrameWanted_ = false;
-  std::optional<NSRunLoop::TimerId> frame_;
+  NSRunLoop::Timer frame_;
 };

@@ -36,11 +36,6 @@ X11Connection::X11Connection() {
   watch_ = loop_.watchDescriptor(xcb_get_file_descriptor(get()), [this] { dispatchEvents(); });
 }
 
-X11Connection::~X11Connection() {
-  if (watch_) loop_.unwatchDescriptor(*watch_);
-  if (pass_) loop_.cancel(*pass_);
-}
-
 void X11Connection::flush() {
   xcb_flush(get());
   // Where the server is slow to read, xcb reads its events while it waits to write.
@@ -88,7 +83,7 @@ void X11Connection::dispatchEvents() {
   flush();
   if (xcb_connection_has_error(get()) == 0) return;
   // A descriptor at its end is always ready: it would be reported again and again.
-  loop_.unwatchDescriptor(*std::exchange(watch_, std::nullopt));
+  watch_.reset();
   if (onLost) onLost();
 }
 

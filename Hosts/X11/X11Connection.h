@@ -10,16 +10,14 @@
 #include <vector>
 
 #include "Hosts/X11/X11Atoms.h"
+#include "Platform/Foundation/LibraryHandle.h"
 #include "Platform/Foundation/RunLoop/NSRunLoop.h"
 
 class X11EventHandler;
 
 /// What xcb hands over to be freed.
-struct XcbDeleter {
-  void operator()(void* memory) const { std::free(memory); }
-};
 template <typename Type>
-using XcbPointer = std::unique_ptr<Type, XcbDeleter>;
+using XcbPointer = LibraryHandle<Type, std::free>;
 
 /// The kind of an event, whether the server or another program has sent it.
 constexpr uint8_t eventType(const xcb_generic_event_t& event) {
@@ -40,7 +38,7 @@ class X11Connection {
   X11Connection();
   X11Connection(const X11Connection&) = delete;
   X11Connection& operator=(const X11Connection&) = delete;
-  ~X11Connection();
+  ~X11Connection() = default;
 
   xcb_connection_t* get() const { return connection_.get(); }
   /// As they were when the connection was made.
@@ -71,10 +69,6 @@ class X11Connection {
  private:
   friend X11EventHandler;
 
-  struct Disconnector {
-    void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
-  };
-
   void add(X11EventHandler* handler) { handlers_.push_back(handler); }
   void remove(X11EventHandler* handler);
   void noticeReadEvents();
@@ -85,13 +79,13 @@ class X11Connection {
   void schedulePass();
 
   NSRunLoop& loop_ = NSRunLoop::mainRunLoop();
-  std::unique_ptr<xcb_connection_t, Disconnector> connection_;
+  LibraryHandle<xcb_connection_t, xcb_disconnect> connection_;
   const xcb_setup_t* setup_ = nullptr;
   const xcb_screen_t* screen_ = nullptr;
   std::optional<X11Atoms> atoms_;
   std::vector<X11EventHandler*> handlers_;
-  std::optional<NSRunLoop::WatchId> watch_;
-  std::optional<NSRunLoop::TimerId> pass_;
+  NSRunLoop::Watch watch_;
+  NSRunLoop::Timer pass_;
   XcbPointer<xcb_generic_event_t> readEvent_;
   bool isDispatching_ = false;
   bool hasReportedRefusal_ = false;

@@ -1,6 +1,5 @@
 #include "Hosts/X11/X11Display.h"
 
-#include <optional>
 #include <utility>
 
 #include "Hosts/X11/X11Bar.h"
@@ -19,10 +18,6 @@ class X11Display : public Display {
       if (onLost) onLost("the X11 display has gone");
     };
     readMonitors();
-  }
-
-  ~X11Display() override {
-    if (settling_) NSRunLoop::mainRunLoop().cancel(*settling_);
   }
 
   std::vector<Monitor> monitors() const override { return monitors_; }
@@ -77,7 +72,7 @@ class X11Display : public Display {
   X11ScaleSetting scaleSetting_{connection_, [this] { scheduleSettling(); }};
   std::vector<Monitor> monitors_;
   X11MenuSession* menus_ = nullptr;  // The open ones.
-  std::optional<NSRunLoop::TimerId> settling_;
+  NSRunLoop::Timer settling_;
 };
 
 }  // namespace

@@ -38,7 +38,6 @@ X11DockWindow::X11DockWindow(X11Connection& connection)
 }
 
 X11DockWindow::~X11DockWindow() {
-  if (returning_) NSRunLoop::mainRunLoop().cancel(*returning_);
   if (id_ == XCB_WINDOW_NONE) return;
   xcb_destroy_window(connection().get(), id_);
   connection().flush();

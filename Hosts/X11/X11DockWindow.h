@@ -1,6 +1,5 @@
 #pragma once
 
-#include <optional>
 #include <vector>
 
 #include "Hosts/Display/Display.h"
@@ -40,5 +39,5 @@ class X11DockWindow : public X11EventHandler {
   uint32_t reservedHeight_ = 0;
   bool isShown_ = false;
   bool isMapped_ = false;
-  std::optional<NSRunLoop::TimerId> returning_;
+  NSRunLoop::Timer returning_;
 };

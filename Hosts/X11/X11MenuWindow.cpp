@@ -128,6 +128,4 @@ void X11MenuWindow::takeFrame() {
   client_.menuFrameReady(*this);
 }
 
-void X11MenuWindow::cancelFrame() {
-  if (frameTimer_) NSRunLoop::mainRunLoop().cancel(*std::exchange(frameTimer_, std::nullopt));
-}
+void X11MenuWindow::cancelFrame() { frameTimer_.reset(); }

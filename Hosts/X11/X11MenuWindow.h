@@ -67,5 +67,5 @@ class X11MenuWindow : public MenuWindow {
   PixelRect frame_;  // As it is shown; empty before.
   bool isHidden_ = false;
   int64_t earliestFrame_ = std::numeric_limits<int64_t>::min();
-  std::optional<NSRunLoop::TimerId> frameTimer_;
+  NSRunLoop::Timer frameTimer_;
 };

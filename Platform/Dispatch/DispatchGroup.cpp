@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "Platform/Dispatch/DispatchFunctions.h"
+
 void DispatchGroup::enter() {
   const std::lock_guard guard(mutex_);
   ++entered_;

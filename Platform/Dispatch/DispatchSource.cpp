@@ -11,6 +11,8 @@
 #include <string>
 #include <utility>
 
+#include "Platform/Dispatch/DispatchFunctions.h"
+#include "Platform/Foundation/Files/FileDescriptor.h"
 #include "Platform/Foundation/RunLoop/NSRunLoop.h"
 #include "Platform/Foundation/RunLoop/RunLoopMoment_p.h"
 
@@ -27,34 +29,18 @@ class CancellableHandler {
 
   void call() {
     const std::lock_guard guard(mutex_);
-    if (!cancelled_) handler_();
+    if (!isCancelled_) handler_();
   }
 
   void cancel() {
     const std::lock_guard guard(mutex_);
-    cancelled_ = true;
+    isCancelled_ = true;
   }
 
  private:
   std::recursive_mutex mutex_;
   std::function<void()> handler_;
-  bool cancelled_ = false;
-};
-
-/// Owns an open file, or nothing (-1).
-class FileDescriptor {
- public:
-  explicit FileDescriptor(int descriptor) : descriptor_(descriptor) {}
-  FileDescriptor(const FileDescriptor&) = delete;
-  FileDescriptor& operator=(const FileDescriptor&) = delete;
-  ~FileDescriptor() {
-    if (descriptor_ >= 0) close(descriptor_);
-  }
-
-  int get() const { return descriptor_; }
-
- private:
-  int descriptor_;
+  bool isCancelled_ = false;
 };
 
 }  // namespace
@@ -69,7 +55,7 @@ class DispatchTimer::State : public std::enable_shared_from_this<State> {
         deadline_.timeIntervalSince1970() - NSDate::date().timeIntervalSince1970();
     const int64_t wait = nanosecondsFromSeconds(std::clamp(remaining, 0.0, LongestWait));
     const std::lock_guard guard(mutex_);
-    if (cancelled_) return;
+    if (isCancelled_) return;
     timer_ = loop_.scheduleAt(momentAfter(loop_.now(), wait), [watched = weak_from_this()] {
       if (const auto self = watched.lock()) self->lookAtClock();
     });
@@ -78,9 +64,8 @@ class DispatchTimer::State : public std::enable_shared_from_this<State> {
   void cancel() {
     {
       const std::lock_guard guard(mutex_);
-      cancelled_ = true;
-      // A loop that was replaced may be gone.
-      if (&loop_ == &NSRunLoop::mainRunLoop()) loop_.cancel(timer_);
+      isCancelled_ = true;
+      timer_.reset();
     }
     handler_.cancel();
   }
@@ -96,8 +81,8 @@ class DispatchTimer::State : public std::enable_shared_from_this<State> {
   NSRunLoop& loop_ = NSRunLoop::mainRunLoop();
   CancellableHandler handler_;
   std::mutex mutex_;
-  NSRunLoop::TimerId timer_ = 0;
-  bool cancelled_ = false;
+  NSRunLoop::Timer timer_;
+  bool isCancelled_ = false;
 };
 
 DispatchTimer::DispatchTimer(const NSDate& deadline, dispatch_queue_t queue,
@@ -130,7 +115,7 @@ class DispatchFileWatch::State : public std::enable_shared_from_this<State> {
   }
 
   void listen() {
-    if (notifications_.get() < 0) return;
+    if (!notifications_) return;
     watch_ = loop_.watchDescriptor(notifications_.get(), [watched = weak_from_this()] {
       const auto self = watched.lock();
       if (!self || !self->takeNews()) return;
@@ -139,7 +124,7 @@ class DispatchFileWatch::State : public std::enable_shared_from_this<State> {
   }
 
   void cancel() {
-    if (watch_ != 0 && &loop_ == &NSRunLoop::mainRunLoop()) loop_.unwatchDescriptor(watch_);
+    watch_.reset();
     handler_.cancel();
   }
 
@@ -185,7 +170,7 @@ class DispatchFileWatch::State : public std::enable_shared_from_this<State> {
   const FileDescriptor notifications_;
   std::mutex mutex_;
   uint32_t happened_ = 0;
-  NSRunLoop::WatchId watch_ = 0;
+  NSRunLoop::Watch watch_;
 };
 
 DispatchFileWatch::DispatchFileWatch(int descriptor, uint32_t events, dispatch_queue_t queue,

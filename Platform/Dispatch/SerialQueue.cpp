@@ -4,21 +4,20 @@
 #include <utility>
 
 #include "Platform/Dispatch/CurrentQueue_p.h"
-#include "Platform/Dispatch/WorkerPool_p.h"
 #include "Platform/Foundation/Process/NSAssert.h"
 #include "Platform/Foundation/RunLoop/NSRunLoop.h"
 
 SerialQueue::SerialQueue(std::string_view label) : DispatchQueue(label) {
   // The pool stops at the end of the process, but behind what was made, or arranged for that end,
   // after any queue.
-  WorkerPool::shared();
+  WorkerPool::sharedPool();
 }
 
 void SerialQueue::async(std::function<void()> work) {
   {
     const std::lock_guard guard(mutex_);
     waiting_.push_back(std::move(work));
-    if (std::exchange(taken_, true)) return;
+    if (std::exchange(isTaken_, true)) return;
   }
   giveToWorker();
 }
@@ -42,7 +41,7 @@ void SerialQueue::sync(const std::function<void()>& work) {
 
 bool SerialQueue::take(Works& refused) {
   const std::lock_guard guard(mutex_);
-  if (std::exchange(taken_, true)) return false;
+  if (std::exchange(isTaken_, true)) return false;
   if (!waiting_.empty()) refused.swap(waiting_);
   return true;
 }
@@ -50,19 +49,19 @@ bool SerialQueue::take(Works& refused) {
 void SerialQueue::giveBack() {
   {
     const std::lock_guard guard(mutex_);
-    taken_ = !waiting_.empty();
-    if (!taken_) return;
+    isTaken_ = !waiting_.empty();
+    if (!isTaken_) return;
   }
   giveToWorker();
 }
 
 void SerialQueue::giveToWorker() {
-  if (WorkerPool::shared().submit(shared_from_this())) return;
+  if (WorkerPool::sharedPool().submit(shared_from_this())) return;
   const std::lock_guard guard(mutex_);
-  taken_ = false;
+  isTaken_ = false;
 }
 
-void SerialQueue::drain(const std::atomic<bool>& stopping) {
+void SerialQueue::drain(const std::atomic<bool>& isStopping) {
   const CurrentQueue current(*this);
   Works works;
   while (true) {
@@ -70,17 +69,17 @@ void SerialQueue::drain(const std::atomic<bool>& stopping) {
     {
       const std::lock_guard guard(mutex_);
       if (waiting_.empty()) {
-        taken_ = false;
+        isTaken_ = false;
         return;
       }
       works.swap(waiting_);
     }
     for (auto work = works.begin(); work != works.end(); ++work) {
-      if (stopping) {
+      if (isStopping) {
         const std::lock_guard guard(mutex_);
         waiting_.insert(waiting_.begin(), std::make_move_iterator(work),
                         std::make_move_iterator(works.end()));
-        taken_ = false;
+        isTaken_ = false;
         return;
       }
       NSRunLoop::guarded(*work);

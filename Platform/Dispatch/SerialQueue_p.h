@@ -6,19 +6,20 @@
 #include <vector>
 
 #include "Platform/Dispatch/DispatchQueue.h"
+#include "Platform/Dispatch/WorkerPool_p.h"
 
 /// A queue without a thread of its own. At any time one thread at most has it: a worker that runs
 /// what waits, or a caller that found it idle.
-class SerialQueue : public DispatchQueue, public std::enable_shared_from_this<SerialQueue> {
+class SerialQueue : public DispatchQueue,
+                    public PooledQueue,
+                    public std::enable_shared_from_this<SerialQueue> {
  public:
   explicit SerialQueue(std::string_view label);
 
   void async(std::function<void()> work) override;
   void sync(const std::function<void()>& work) override;
 
-  /// Runs what waits until nothing is left, or until `stopping`. For the worker to whom the queue
-  /// was given.
-  void drain(const std::atomic<bool>& stopping);
+  void drain(const std::atomic<bool>& isStopping) override;
 
  private:
   using Works = std::vector<std::function<void()>>;
@@ -31,5 +32,5 @@ class SerialQueue : public DispatchQueue, public std::enable_shared_from_this<Se
 
   std::mutex mutex_;
   Works waiting_;
-  bool taken_ = false;
+  bool isTaken_ = false;
 };

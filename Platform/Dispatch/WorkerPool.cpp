@@ -6,8 +6,6 @@
 #include <thread>
 #include <utility>
 
-#include "Platform/Dispatch/SerialQueue_p.h"
-
 namespace {
 
 /// Short enough that a resting process has no threads, long enough that steady work keeps them.
@@ -18,18 +16,18 @@ constexpr std::chrono::seconds StopTime{1};
 
 }  // namespace
 
-WorkerPool& WorkerPool::shared() {
+WorkerPool& WorkerPool::sharedPool() {
   static WorkerPool* const pool = [] {
-    std::atexit([] { shared().stop(); });
+    std::atexit([] { sharedPool().stop(); });
     return std::make_unique<WorkerPool>().release();
   }();
   return *pool;
 }
 
-bool WorkerPool::submit(std::shared_ptr<SerialQueue> queue) {
+bool WorkerPool::submit(std::shared_ptr<PooledQueue> queue) {
   {
     const std::lock_guard guard(mutex_);
-    if (stopping_) return false;
+    if (isStopping_) return false;
     queues_.push_back(std::move(queue));
     if (idleWorkers_ < queues_.size()) {
       if (startWorker() || workers_ > 0) return true;
@@ -53,17 +51,17 @@ bool WorkerPool::startWorker() {
 
 void WorkerPool::work() {
   std::unique_lock guard(mutex_);
-  while (!stopping_) {
+  while (!isStopping_) {
     ++idleWorkers_;
     const bool found =
-        ready_.wait_for(guard, IdleTime, [this] { return stopping_ || !queues_.empty(); });
+        ready_.wait_for(guard, IdleTime, [this] { return isStopping_ || !queues_.empty(); });
     --idleWorkers_;
     if (!found) break;
-    if (stopping_) break;
+    if (isStopping_) break;
     auto queue = std::move(queues_.front());
     queues_.pop_front();
     guard.unlock();
-    queue->drain(stopping_);
+    queue->drain(isStopping_);
     queue.reset();
     guard.lock();
   }
@@ -73,7 +71,7 @@ void WorkerPool::work() {
 
 void WorkerPool::stop() {
   std::unique_lock guard(mutex_);
-  stopping_ = true;
+  isStopping_ = true;
   ready_.notify_all();
   finished_.wait_for(guard, StopTime, [this] { return workers_ == 0; });
 }

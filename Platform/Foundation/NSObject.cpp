@@ -6,22 +6,18 @@
 #include "Platform/Foundation/RunLoop/RunLoopMoment_p.h"
 
 struct NSObject::DelayedCalls {
-  std::multimap<std::string, NSRunLoop::TimerId, std::less<>> timers;
+  std::multimap<std::string, NSRunLoop::Timer, std::less<>> timers;
 };
 
 NSObject::NSObject() = default;
 
-NSObject::~NSObject() {
-  if (!delayedCalls_) return;
-  for (const auto& [selector, timer] : delayedCalls_->timers)
-    NSRunLoop::mainRunLoop().cancel(timer);
-}
+NSObject::~NSObject() = default;
 
 void NSObject::performSelectorAfterDelay(std::string_view selector, double delay,
                                          std::function<void()> action) {
   if (!delayedCalls_) delayedCalls_ = std::make_unique<DelayedCalls>();
   NSRunLoop& loop = NSRunLoop::mainRunLoop();
-  const auto entry = delayedCalls_->timers.emplace(std::string(selector), 0);
+  const auto entry = delayedCalls_->timers.emplace(std::string(selector), NSRunLoop::Timer());
   entry->second = loop.scheduleAt(momentAfter(loop.now(), nanosecondsFromSeconds(delay)),
                                   [this, entry, action = std::move(action)] {
                                     delayedCalls_->timers.erase(entry);
@@ -34,7 +30,5 @@ void NSObject::performSelectorAfterDelay(std::string_view selector, double delay
 void NSObject::cancelPreviousPerformRequests(std::string_view selector) {
   if (!delayedCalls_) return;
   const auto [first, last] = delayedCalls_->timers.equal_range(selector);
-  for (auto entry = first; entry != last; ++entry)
-    NSRunLoop::mainRunLoop().cancel(entry->second);
   delayedCalls_->timers.erase(first, last);
 }

@@ -84,7 +84,7 @@ NSColor menuBarBackgroundColor(bool isDark) {
                 : NSColor::colorWithDeviceRed(0.937, 0.941, 0.949, 1);
 }
 
-bool menuBarIsDark() {
+bool isMenuBarDark() {
   const PropertyList style = CFPreferencesCopyAppValue("AppleInterfaceStyle", ".GlobalPreferences");
   return style.string() != nullptr && *style.string() == "Dark";
 }

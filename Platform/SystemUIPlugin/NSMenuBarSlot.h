@@ -56,4 +56,4 @@ class NSMenuBarSlot : public NSObject, public NSMenuExtraSlot {
 NSColor menuBarBackgroundColor(bool isDark);
 
 /// Whether the desktop asks for dark bars.
-bool menuBarIsDark();
+bool isMenuBarDark();

@@ -53,10 +53,10 @@ void append(std::vector<CityRecord>& cities, std::vector<CityRecord> more) {
 
 }  // namespace
 
-const std::shared_ptr<CityStatCollector_Time>& CityStatCollector_Time::sharedCityStatCollector() {
+CityStatCollector_Time& CityStatCollector_Time::sharedCityStatCollector() {
   // Never destroyed: its queue may be at work while the process ends.
   static auto* const shared = std::make_unique<SharedInstance<CityStatCollector_Time>>().release();
-  return shared->get([] { return std::make_shared<CityStatCollector_Time>(); });
+  return *shared->get([] { return std::make_shared<CityStatCollector_Time>(); });
 }
 
 CityStatCollector_Time::CityStatCollector_Time()

@@ -35,7 +35,7 @@ class CityStatCollectorDelegate {
 class CityStatCollector_Time : public std::enable_shared_from_this<CityStatCollector_Time> {
  public:
   /// Made at the first call and kept for the life of the process.
-  static const std::shared_ptr<CityStatCollector_Time>& sharedCityStatCollector();
+  static CityStatCollector_Time& sharedCityStatCollector();
 
   CityStatCollector_Time();
 

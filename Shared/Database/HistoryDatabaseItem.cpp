@@ -4,6 +4,7 @@
 #include <iterator>
 #include <utility>
 
+#include "Platform/Dispatch/DispatchFunctions.h"
 #include "Platform/Dispatch/DispatchGroup.h"
 #include "Platform/Foundation/Process/NSAssert.h"
 #include "Platform/Foundation/Text/NSString.h"

@@ -4,10 +4,9 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "Platform/Foundation/Notifications/NSNotificationCenter.h"
-#include "Platform/SystemUIPlugin/NSMenuExtra.h"
+#include "Targets/Shared/ZEVModularExtra.h"
 #include "Targets/Shared/ZEVModule.h"
 
 class DDFileLogger_Time;
@@ -20,17 +19,14 @@ class ZEVMenuExtraView_Time;
 /// `initWithBundle` takes the slot and opens the log; the work begins in `run`, on the next pass of
 /// the run loop, when the host has finished taking the object in. A module that fails to start
 /// collapses the slot and leaves its reason in the log; the host goes on.
-class ZEVMenuExtra_Time : public NSMenuExtra, public ZEVModuleDelegate, public NSMenuDelegate {
+class ZEVMenuExtra_Time : public ZEVModularExtra, public NSMenuDelegate {
  public:
-  struct Modules : NSMenuExtraModules, std::vector<std::shared_ptr<ZEVModule_Time>> {};
-
   /// A host may drop an extra without unloading it; its modules then lose their delegate.
   ~ZEVMenuExtra_Time() override;
 
   void initWithBundle(const NSBundle& bundle) override;
 
   virtual std::string extraName() const { return ""; }
-  virtual bool isCombinedExtra() const { return false; }
   /// Starts the log in rolling files, in a folder of the extra's name among the user's logs.
   virtual void setupLog();
   virtual void skinChange() {}
@@ -47,9 +43,7 @@ class ZEVMenuExtra_Time : public NSMenuExtra, public ZEVModuleDelegate, public N
   /// The first call counts: an extra that collapsed has done it already.
   void willUnload() override;
 
-  /// Takes over a setting that another process has changed. Nothing outlives a new language, in
-  /// which all texts and formats were made: the extra is loaded anew.
-  void refreshSetting(const std::string& key);
+  void refreshSetting(const std::string& key) override;
 
   // The combined menu is open or closed, or another row of it is highlighted.
   void menuWillOpen(NSMenu& menu) override;
@@ -62,10 +56,8 @@ class ZEVMenuExtra_Time : public NSMenuExtra, public ZEVModuleDelegate, public N
   /// Draws the slot's changes of width without the step through zero.
   void disableZero();
 
-  /// The modules in load order; null before `run` and after unload.
   const Modules* modules() const override { return modules_ ? &*modules_ : nullptr; }
-  /// Null if there is none with that number.
-  std::shared_ptr<ZEVModule_Time> moduleWithKey(int64_t key) const;
+  std::shared_ptr<ZEVModule_Time> moduleWithKey(int64_t key) const override;
 
  protected:
   void addModule(std::shared_ptr<ZEVModule_Time> module);

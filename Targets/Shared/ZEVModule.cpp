@@ -3,18 +3,18 @@
 #include "Platform/Foundation/Files/NSPathUtilities.h"
 #include "Targets/Shared/Dropdown/ZEVMenuItemUtilities.h"
 #include "Targets/Shared/Views/ZEVMenuExtraContentView.h"
-#include "Targets/Shared/ZEVMenuExtra.h"
+#include "Targets/Shared/ZEVModularExtra.h"
 #include "Targets/Shared/ZEVPreferences.h"
 
 ZEVModule_Time::~ZEVModule_Time() {
   if (menu_) menu_->setDelegate(nullptr);
 }
 
-void ZEVModule_Time::init(ZEVMenuExtra_Time& extra) {
+void ZEVModule_Time::init(ZEVModularExtra& extra) {
   extra_ = &extra;
   menu_ = createMenu();
   menu_->setDelegate(this);
-  addDelegate(extra);
+  extraRegistration_ = addDelegate(extra);
   loadViewWithExtra(extra);
 }
 
@@ -53,7 +53,7 @@ bool ZEVModule_Time::collectorShouldUpdateStateForSequence(const StatCollector&,
 }
 
 std::filesystem::path ZEVModule_Time::databasePath(std::string_view name,
-                                                   const ZEVMenuExtra_Time* extra) {
+                                                   const ZEVModularExtra* extra) {
   const auto directory = resolvedPath("~/Library/Application Support/Velmora/databases");
   std::error_code error;
   if (!std::filesystem::exists(directory, error)) {

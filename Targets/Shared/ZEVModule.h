@@ -11,19 +11,12 @@
 #include "Platform/Foundation/Notifications/NSNotificationCenter.h"
 #include "Platform/Foundation/NSObject.h"
 #include "Targets/Shared/StatCollector.h"
+#include "Targets/Shared/ZEVModuleDelegate.h"
 
 class ZEVMenu_Time;
-class ZEVMenuExtra_Time;
 class ZEVMenuExtraContentView_Time;
 class ZEVMenuItem_Time;
-
-/// Who follows a module: told to redraw, and that its size may have changed.
-class ZEVModuleDelegate {
- public:
-  virtual ~ZEVModuleDelegate() = default;
-  virtual void update() = 0;
-  virtual void updateSize() = 0;
-};
+class ZEVModularExtra;
 
 /// A piece of functionality in a menu extra. Its operations are empty here unless told otherwise;
 /// a module overrides what it needs. Main thread only.
@@ -32,8 +25,8 @@ class ZEVModule_Time : public NSObject, public NSMenuDelegate {
   ~ZEVModule_Time() override;
 
   /// `extra` owns the module and is its first delegate.
-  virtual void init(ZEVMenuExtra_Time& extra);
-  virtual void loadViewWithExtra(ZEVMenuExtra_Time&) {}
+  virtual void init(ZEVModularExtra& extra);
+  virtual void loadViewWithExtra(ZEVModularExtra&) {}
 
   virtual std::string moduleName() const { return ""; }
   /// The module's own menu, empty until it is filled; the module is its delegate.
@@ -56,9 +49,9 @@ class ZEVModule_Time : public NSObject, public NSMenuDelegate {
   const std::shared_ptr<ZEVMenuExtraContentView_Time>& view() const { return view_; }
   double width() const;
 
-  /// Delegates are not owned: whoever adds itself removes itself. Told in the order of adding.
-  /// With the extra goes the module's way to it.
-  void addDelegate(ZEVModuleDelegate& delegate) { delegates_.add(delegate); }
+  /// Delegates are not owned; the handle removes one, too. Told in the order of adding. With the
+  /// extra goes the module's way to it.
+  Registration addDelegate(ZEVModuleDelegate& delegate) { return delegates_.add(delegate); }
   void removeDelegate(ZEVModuleDelegate& delegate);
 
   /// Whether a collector's run at this count should do the heavy part of its work: always for -1,
@@ -68,14 +61,14 @@ class ZEVModule_Time : public NSObject, public NSMenuDelegate {
 
   /// The file of a database in the user's data folder, which is made if it is missing. A null extra
   /// counts as not combined.
-  static std::filesystem::path databasePath(std::string_view name, const ZEVMenuExtra_Time* extra);
+  static std::filesystem::path databasePath(std::string_view name, const ZEVModularExtra* extra);
   std::filesystem::path databasePath(std::string_view name) const;
 
  protected:
   void setView(std::shared_ptr<ZEVMenuExtraContentView_Time> view);
   DelegateList<ZEVModuleDelegate>& delegates() { return delegates_; }
   /// Null before `init`, and when the extra has gone.
-  ZEVMenuExtra_Time* extra() const { return extra_; }
+  ZEVModularExtra* extra() const { return extra_; }
 
  private:
   bool menubar_ = false;
@@ -83,5 +76,6 @@ class ZEVModule_Time : public NSObject, public NSMenuDelegate {
   std::shared_ptr<ZEVMenuExtraContentView_Time> view_;
   std::shared_ptr<ZEVMenu_Time> menu_;
   DelegateList<ZEVModuleDelegate> delegates_;
-  ZEVMenuExtra_Time* extra_ = nullptr;
+  ZEVModularExtra* extra_ = nullptr;
+  Registration extraRegistration_;
 };

@@ -28,8 +28,8 @@ class MoonStatCollector : public StatCollector,
   /// Drops the shared collector, which stops its timer and tells nobody any more.
   static void cleanup();
 
-  /// Delegates are not owned: whoever adds itself removes itself. Told in the order of adding.
-  void addDelegate(MoonStatCollectorDelegate& delegate) { delegates_.add(delegate); }
+  /// Delegates are not owned; the handle removes one, too. Told in the order of adding.
+  Registration addDelegate(MoonStatCollectorDelegate& delegate) { return delegates_.add(delegate); }
   void removeDelegate(MoonStatCollectorDelegate& delegate) { delegates_.remove(delegate); }
   std::vector<MoonStatCollectorDelegate*> delegates() const { return delegates_.all(); }
 

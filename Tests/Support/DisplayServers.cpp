@@ -14,6 +14,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "Platform/Foundation/LibraryHandle.h"
 #include "Tests/Support/TestEnvironment.h"
 
 namespace fs = std::filesystem;
@@ -35,8 +36,8 @@ uint32_t colorPart(unsigned long pixel, unsigned long mask) {
 }  // namespace
 
 ScreenPicture pictureFromPng(const fs::path& file) {
-  const std::unique_ptr<cairo_surface_t, decltype(&cairo_surface_destroy)> surface(
-      cairo_image_surface_create_from_png(file.c_str()), cairo_surface_destroy);
+  const LibraryHandle<cairo_surface_t, cairo_surface_destroy> surface(
+      cairo_image_surface_create_from_png(file.c_str()));
   if (cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS) return {};
   ScreenPicture picture;
   picture.width = cairo_image_surface_get_width(surface.get());

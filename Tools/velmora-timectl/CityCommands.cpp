@@ -12,12 +12,12 @@ namespace {
 class LoadedCities : public CityStatCollectorDelegate {
  public:
   static CityStatCollector_Time& collector() {
-    const auto& collector = CityStatCollector_Time::sharedCityStatCollector();
+    auto& collector = CityStatCollector_Time::sharedCityStatCollector();
     const auto waiting = std::make_shared<LoadedCities>();
-    collector->addDelegate(waiting);
-    collector->loadDatabase();
+    collector.addDelegate(waiting);
+    collector.loadDatabase();
     dispatch_semaphore_wait(waiting->loaded_);
-    return *collector;
+    return collector;
   }
 
   void cityCollectorFinishedLoading() override { dispatch_semaphore_signal(loaded_); }

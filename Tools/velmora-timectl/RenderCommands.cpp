@@ -21,7 +21,7 @@ void renderMenubar(const std::string& file, double scale, int& pixelWidth, int& 
   BitmapSurface surface(size, scale);
   {
     const NSCurrentGraphicsContext current(surface.context());
-    menuBarBackgroundColor(menuBarIsDark()).setFill();
+    menuBarBackgroundColor(isMenuBarDark()).setFill();
     NSBezierPath::bezierPathWithRect({{0, 0}, size}).fill();
     content.view->drawAtOffset(0);
   }
@@ -40,13 +40,7 @@ Json renderCommand(const Arguments& arguments) {
       numberFromText(arguments.value("--scale").value_or("1"), "--scale", 0.25, 16);
   int width = 0;
   int height = 0;
-  try {
-    renderMenubar(file, scale, width, height);
-  } catch (const std::logic_error& error) {
-    throw;
-  } catch (const std::runtime_error& error) {
-    throw CommandFailure(error.what());
-  }
+  renderMenubar(file, scale, width, height);
   return {{"file", file}, {"width", width}, {"height", height}};
 }
 

@@ -151,50 +151,49 @@ NSPoint CairoGraphicsContext::alignedToPixels(NSPoint point) const {
 }
 
 struct BitmapSurface::Implementation {
-  cairo_surface_t* surface;
-  cairo_t* cairo;
+  /// Takes the surface over.
+  Implementation(cairo_surface_t* made, double scale) : surface(made) {
+    cairo_surface_set_device_scale(made, scale, scale);
+    cairo.reset(cairo_create(made));
+  }
+
+  Surface surface;
+  LibraryHandle<cairo_t, cairo_destroy> cairo;
 };
 
-BitmapSurface::BitmapSurface(NSSize size, double scale)
-    : implementation_(std::make_unique<Implementation>()) {
+BitmapSurface::BitmapSurface(NSSize size, double scale) {
   const auto pixels = [scale](double points) {
     return std::max(1, static_cast<int>(std::ceil(points * scale - 1e-6)));
   };
-  implementation_->surface =
-      cairo_image_surface_create(CAIRO_FORMAT_ARGB32, pixels(size.width), pixels(size.height));
-  cairo_surface_set_device_scale(implementation_->surface, scale, scale);
-  implementation_->cairo = cairo_create(implementation_->surface);
-  context_ = std::make_unique<CairoGraphicsContext>(implementation_->cairo, size.height);
+  implementation_ = std::make_unique<Implementation>(
+      cairo_image_surface_create(CAIRO_FORMAT_ARGB32, pixels(size.width), pixels(size.height)),
+      scale);
+  context_ = std::make_unique<CairoGraphicsContext>(implementation_->cairo.get(), size.height);
 }
 
 BitmapSurface::BitmapSurface(uint32_t* pixels, int width, int height, double scale)
-    : implementation_(std::make_unique<Implementation>()) {
-  implementation_->surface = cairo_image_surface_create_for_data(
-      reinterpret_cast<unsigned char*>(pixels), CAIRO_FORMAT_ARGB32, width, height,
-      width * static_cast<int>(sizeof(uint32_t)));
-  cairo_surface_set_device_scale(implementation_->surface, scale, scale);
-  implementation_->cairo = cairo_create(implementation_->surface);
-  context_ = std::make_unique<CairoGraphicsContext>(implementation_->cairo, height / scale);
-}
+    : implementation_(std::make_unique<Implementation>(
+          cairo_image_surface_create_for_data(reinterpret_cast<unsigned char*>(pixels),
+                                              CAIRO_FORMAT_ARGB32, width, height,
+                                              width * static_cast<int>(sizeof(uint32_t))),
+          scale)),
+      context_(
+          std::make_unique<CairoGraphicsContext>(implementation_->cairo.get(), height / scale)) {}
 
-BitmapSurface::~BitmapSurface() {
-  context_.reset();
-  cairo_destroy(implementation_->cairo);
-  cairo_surface_destroy(implementation_->surface);
-}
+BitmapSurface::~BitmapSurface() = default;
 
 int BitmapSurface::pixelWidth() const {
-  return cairo_image_surface_get_width(implementation_->surface);
+  return cairo_image_surface_get_width(implementation_->surface.get());
 }
 
 int BitmapSurface::pixelHeight() const {
-  return cairo_image_surface_get_height(implementation_->surface);
+  return cairo_image_surface_get_height(implementation_->surface.get());
 }
 
 NSColor BitmapSurface::pixelAt(int column, int row) const {
-  cairo_surface_flush(implementation_->surface);
-  const unsigned char* data = cairo_image_surface_get_data(implementation_->surface);
-  const int stride = cairo_image_surface_get_stride(implementation_->surface);
+  cairo_surface_flush(implementation_->surface.get());
+  const unsigned char* data = cairo_image_surface_get_data(implementation_->surface.get());
+  const int stride = cairo_image_surface_get_stride(implementation_->surface.get());
   const auto pixel = reinterpret_cast<const uint32_t*>(data + row * stride)[column];
   const auto alpha = static_cast<double>(pixel >> 24);
   if (alpha == 0) return NSColor::colorWithDeviceWhite(0, 0);
@@ -203,8 +202,9 @@ NSColor BitmapSurface::pixelAt(int column, int row) const {
 }
 
 void BitmapSurface::writePng(const std::string& path) const {
-  cairo_surface_flush(implementation_->surface);
-  const cairo_status_t status = cairo_surface_write_to_png(implementation_->surface, path.c_str());
+  cairo_surface_flush(implementation_->surface.get());
+  const cairo_status_t status =
+      cairo_surface_write_to_png(implementation_->surface.get(), path.c_str());
   if (status != CAIRO_STATUS_SUCCESS) {
     throw std::runtime_error(path + " cannot be written: " + cairo_status_to_string(status));
   }

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "Platform/AppKit/Drawing/NSGraphicsContext.h"
-
 namespace {
 
 /// The handles of the cubic curve nearest to a quarter of a circle of radius 1: 4/3 (√2 - 1).
@@ -95,8 +93,4 @@ NSRect NSBezierPath::bounds() const {
     reach(element.controlPoint2);
   }
   return NSMakeRect(low.x, low.y, high.x - low.x, high.y - low.y);
-}
-
-void NSBezierPath::fill() const {
-  if (auto* context = NSGraphicsContext::currentContext()) context->fillPath(*this);
 }

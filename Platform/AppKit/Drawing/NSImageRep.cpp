@@ -1,6 +1,5 @@
 #include "Platform/AppKit/Drawing/NSImageRep_p.h"
 
-#include <cairo.h>
 #include <dlfcn.h>
 #include <librsvg/rsvg.h>
 
@@ -14,11 +13,6 @@
 namespace fs = std::filesystem;
 
 namespace {
-
-struct SurfaceDeleter {
-  void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
-};
-using Surface = std::unique_ptr<cairo_surface_t, SurfaceDeleter>;
 
 /// Pictures are for a panel: beyond these a file is damaged or hostile.
 constexpr double MaximumPoints = 4096;
@@ -36,7 +30,7 @@ struct RsvgLibrary {
   decltype(&rsvg_handle_render_document) render = nullptr;
 
   /// Null, with the reason logged once, if it is not there.
-  static const RsvgLibrary* shared() {
+  static const RsvgLibrary* sharedLibrary() {
     static const RsvgLibrary library;
     return library.render != nullptr ? &library : nullptr;
   }
@@ -57,10 +51,12 @@ struct RsvgLibrary {
   }
 };
 
+using Svg = LibraryHandle<RsvgHandle, g_object_unref>;
+
 class SvgImageRep : public NSImageRep {
  public:
-  SvgImageRep(const RsvgLibrary& library, RsvgHandle* handle, NSSize size)
-      : library_(library), handle_(handle, g_object_unref), size_(size) {}
+  SvgImageRep(const RsvgLibrary& library, Svg handle, NSSize size)
+      : library_(library), handle_(std::move(handle)), size_(size) {}
 
   NSSize size() const override { return size_; }
 
@@ -73,7 +69,7 @@ class SvgImageRep : public NSImageRep {
 
  private:
   const RsvgLibrary& library_;
-  std::unique_ptr<RsvgHandle, decltype(&g_object_unref)> handle_;
+  Svg handle_;
   NSSize size_;
   mutable ScaledBitmaps bitmaps_;
 };
@@ -100,17 +96,15 @@ bool isSensible(double width, double height) {
 }
 
 std::unique_ptr<NSImageRep> svgRep(const fs::path& file) {
-  const RsvgLibrary* library = RsvgLibrary::shared();
+  const RsvgLibrary* library = RsvgLibrary::sharedLibrary();
   if (library == nullptr) return nullptr;
-  RsvgHandle* handle = library->newFromFile(file.c_str(), nullptr);
-  if (handle == nullptr) return nullptr;
+  Svg handle(library->newFromFile(file.c_str(), nullptr));
   NSSize size;
-  if (!library->intrinsicSize(handle, &size.width, &size.height) ||
+  if (!handle || !library->intrinsicSize(handle.get(), &size.width, &size.height) ||
       !isSensible(size.width, size.height)) {
-    g_object_unref(handle);
     return nullptr;
   }
-  return std::make_unique<SvgImageRep>(*library, handle, size);
+  return std::make_unique<SvgImageRep>(*library, std::move(handle), size);
 }
 
 /// The size that a PNG file claims. Asked before it is read: a small file can hold a picture that
@@ -152,17 +146,15 @@ std::unique_ptr<NSImageRep> imageRepFromFile(const fs::path& file) {
 RecordedImageRep::RecordedImageRep(NSSize size)
     : size_(isSensible(size.width, size.height) ? size : NSSize{}) {
   const cairo_rectangle_t extents{0, 0, size_.width, size_.height};
-  surface_ = cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, &extents);
+  surface_.reset(cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, &extents));
 }
 
-RecordedImageRep::~RecordedImageRep() { cairo_surface_destroy(surface_); }
-
-_cairo_surface* RecordedImageRep::beginRecording() {
+cairo_surface_t* RecordedImageRep::beginRecording() {
   bitmaps_.clear();
-  return surface_;
+  return surface_.get();
 }
 
-void RecordedImageRep::paint(_cairo* cairo, double fraction) const {
+void RecordedImageRep::paint(cairo_t* cairo, double fraction) const {
   bitmaps_.paint(cairo, size_, fraction,
-                 [this](cairo_t* target) { paintSurface(target, surface_, 1); });
+                 [this](cairo_t* target) { paintSurface(target, surface_.get(), 1); });
 }

@@ -2,14 +2,16 @@
 
 // For the platform's own sources only: what an image is drawn from.
 
+#include <cairo.h>
+
 #include <filesystem>
 #include <memory>
 
 #include "Platform/AppKit/Drawing/ScaledBitmaps_p.h"
+#include "Platform/Foundation/LibraryHandle.h"
 #include "Platform/Foundation/NSGeometry.h"
 
-struct _cairo;
-struct _cairo_surface;
+using Surface = LibraryHandle<cairo_surface_t, cairo_surface_destroy>;
 
 class NSImageRep {
  public:
@@ -20,7 +22,7 @@ class NSImageRep {
 
   /// Paints the whole picture with its upper left corner at the origin of a user space with y
   /// downwards.
-  virtual void paint(_cairo* cairo, double fraction) const = 0;
+  virtual void paint(cairo_t* cairo, double fraction) const = 0;
 };
 
 /// Reads an SVG or PNG file. Null if it is missing, damaged or beyond any sensible size.
@@ -30,16 +32,15 @@ std::unique_ptr<NSImageRep> imageRepFromFile(const std::filesystem::path& file);
 class RecordedImageRep : public NSImageRep {
  public:
   explicit RecordedImageRep(NSSize size);
-  ~RecordedImageRep() override;
 
   NSSize size() const override { return size_; }
-  void paint(_cairo* cairo, double fraction) const override;
+  void paint(cairo_t* cairo, double fraction) const override;
 
   /// The surface to record further drawing on.
-  _cairo_surface* beginRecording();
+  cairo_surface_t* beginRecording();
 
  private:
   NSSize size_;
-  _cairo_surface* surface_ = nullptr;
+  Surface surface_;
   mutable ScaledBitmaps bitmaps_;
 };

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "Platform/Foundation/LibraryHandle.h"
+
 namespace {
 
 /// One or two screens, a snapshot, and a stretched form.
@@ -95,9 +97,7 @@ _cairo_surface* ScaledBitmaps::bitmap(NSSize size, NSSize scale, const Renderer&
                                  wholePixels(size.height, scale.height)),
       cairo_surface_destroy);
   cairo_surface_set_device_scale(surface.get(), scale.width, scale.height);
-  cairo_t* target = cairo_create(surface.get());
-  render(target);
-  cairo_destroy(target);
+  render(LibraryHandle<cairo_t, cairo_destroy>(cairo_create(surface.get())).get());
   if (bitmaps_.size() == MaximumBitmaps) bitmaps_.pop_back();
   bitmaps_.insert(bitmaps_.begin(), {scale, surface});
   return surface.get();

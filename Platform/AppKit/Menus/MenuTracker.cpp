@@ -6,16 +6,11 @@
 #include "Platform/AppKit/Menus/MenuPlacement.h"
 
 void MenuTracker::Delay::start(int64_t nanoseconds, std::function<void()> action) {
-  cancel();
   NSRunLoop& loop = NSRunLoop::mainRunLoop();
   timer_ = loop.scheduleAt(loop.now() + nanoseconds, [this, action = std::move(action)] {
     timer_.reset();
     action();
   });
-}
-
-void MenuTracker::Delay::cancel() {
-  if (timer_) NSRunLoop::mainRunLoop().cancel(*std::exchange(timer_, std::nullopt));
 }
 
 MenuTracker::~MenuTracker() { close(); }

@@ -101,16 +101,12 @@ class MenuTracker {
   /// One thing that will be done unless it is called off.
   class Delay {
    public:
-    Delay() = default;
-    Delay(const Delay&) = delete;
-    Delay& operator=(const Delay&) = delete;
-    ~Delay() { cancel(); }
     void start(int64_t nanoseconds, std::function<void()> action);
-    void cancel();
-    bool isRunning() const { return timer_.has_value(); }
+    void cancel() { timer_.reset(); }
+    bool isRunning() const { return static_cast<bool>(timer_); }
 
    private:
-    std::optional<NSRunLoop::TimerId> timer_;
+    NSRunLoop::Timer timer_;
   };
 
   // MenuTracker.cpp: levels.

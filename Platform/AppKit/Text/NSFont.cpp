@@ -3,22 +3,21 @@
 #include <fontconfig/fontconfig.h>
 
 #include <map>
+#include <tuple>
 #include <utility>
 
-#include "Platform/AppKit/Text/TextLine_p.h"
+#include "Platform/AppKit/Text/TextContext_p.h"
 
 namespace {
 
 bool machineHasFamily(const char* family) {
-  FcPattern* pattern = FcPatternCreate();
-  FcPatternAddString(pattern, FC_FAMILY, reinterpret_cast<const FcChar8*>(family));
-  FcObjectSet* objects = FcObjectSetBuild(FC_FAMILY, nullptr);
-  FcFontSet* found = FcFontList(nullptr, pattern, objects);
-  const bool has = found != nullptr && found->nfont > 0;
-  if (found != nullptr) FcFontSetDestroy(found);
-  FcObjectSetDestroy(objects);
-  FcPatternDestroy(pattern);
-  return has;
+  const LibraryHandle<FcPattern, FcPatternDestroy> pattern(FcPatternCreate());
+  FcPatternAddString(pattern.get(), FC_FAMILY, reinterpret_cast<const FcChar8*>(family));
+  const LibraryHandle<FcObjectSet, FcObjectSetDestroy> objects(
+      FcObjectSetBuild(FC_FAMILY, nullptr));
+  const LibraryHandle<FcFontSet, FcFontSetDestroy> found(
+      FcFontList(nullptr, pattern.get(), objects.get()));
+  return found && found->nfont > 0;
 }
 
 const std::string& systemFamily() {
@@ -31,6 +30,25 @@ const std::string& systemFamily() {
     return "sans-serif";
   }();
   return family;
+}
+
+/// Above and below the baseline, in points, both positive.
+struct FontHeights {
+  double ascender = 0;
+  double descender = 0;
+};
+
+const FontHeights& heightsOf(const NSFont& font) {
+  static const TextContext context = makeTextContext(1, false);
+  static std::map<std::tuple<std::string, double, NSFontWeight>, FontHeights> known;
+  auto& heights = known[{font.familyName(), font.pointSize(), font.weight()}];
+  if (heights.ascender > 0) return heights;
+  const FontDescription description = makeFontDescription(font);
+  const LibraryHandle<PangoFontMetrics, pango_font_metrics_unref> metrics(
+      pango_context_get_metrics(context.get(), description.get(), nullptr));
+  heights = {static_cast<double>(pango_font_metrics_get_ascent(metrics.get())) / PANGO_SCALE,
+             static_cast<double>(pango_font_metrics_get_descent(metrics.get())) / PANGO_SCALE};
+  return heights;
 }
 
 }  // namespace
@@ -61,10 +79,10 @@ std::optional<NSFont> NSFont::fontWithName(std::string_view name, double size) {
 
 NSFont NSFont::withMonospacedNumbers() const {
   NSFont font = *this;
-  font.monospacedNumbers_ = true;
+  font.hasMonospacedNumbers_ = true;
   return font;
 }
 
-double NSFont::ascender() const { return fontHeights(*this).ascender; }
+double NSFont::ascender() const { return heightsOf(*this).ascender; }
 
-double NSFont::descender() const { return fontHeights(*this).descender; }
+double NSFont::descender() const { return heightsOf(*this).descender; }

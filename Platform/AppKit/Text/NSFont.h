@@ -20,7 +20,7 @@ class NSFont {
   const std::string& familyName() const { return *family_; }
   double pointSize() const { return size_; }
   NSFontWeight weight() const { return weight_; }
-  bool hasMonospacedNumbers() const { return monospacedNumbers_; }
+  bool hasMonospacedNumbers() const { return hasMonospacedNumbers_; }
 
   /// The same font with digits of equal width.
   NSFont withMonospacedNumbers() const;
@@ -31,7 +31,7 @@ class NSFont {
 
   friend bool operator==(const NSFont& a, const NSFont& b) {
     return a.size_ == b.size_ && a.weight_ == b.weight_ &&
-           a.monospacedNumbers_ == b.monospacedNumbers_ && *a.family_ == *b.family_;
+           a.hasMonospacedNumbers_ == b.hasMonospacedNumbers_ && *a.family_ == *b.family_;
   }
 
  private:
@@ -41,5 +41,5 @@ class NSFont {
   const std::string* family_;  // One of the family names kept for the process.
   double size_;
   NSFontWeight weight_;
-  bool monospacedNumbers_ = false;
+  bool hasMonospacedNumbers_ = false;
 };

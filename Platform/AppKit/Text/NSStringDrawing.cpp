@@ -1,29 +1,7 @@
 #include "Platform/AppKit/Text/NSStringDrawing.h"
 
-#include "Platform/AppKit/Drawing/NSGraphicsContext.h"
 #include "Platform/AppKit/Text/TextLine_p.h"
 #include "Platform/Foundation/Text/NSString.h"
-
-void drawAtPointWithAttributes(std::string_view text, NSPoint point,
-                               const NSTextAttributes& attributes) {
-  if (auto* context = NSGraphicsContext::currentContext()) {
-    context->drawText(text, point, attributes);
-  }
-}
-
-void drawInRectWithAttributes(std::string_view text, NSRect rect,
-                              const NSTextAttributes& attributes) {
-  NSGraphicsContext* context = NSGraphicsContext::currentContext();
-  if (context == nullptr) return;
-  const std::string shown = truncatedToWidth(text, rect.size.width, attributes);
-  const NSSize size = sizeWithAttributes(shown, attributes);
-  double x = rect.origin.x;
-  if (attributes.alignment == NSTextAlignment::Right) x += rect.size.width - size.width;
-  if (attributes.alignment == NSTextAlignment::Center) x += (rect.size.width - size.width) / 2;
-  const double y =
-      context->isFlipped() ? rect.origin.y : rect.origin.y + rect.size.height - size.height;
-  context->drawText(shown, context->alignedToPixels({x, y}), attributes);
-}
 
 std::string truncatedToWidth(std::string_view text, double width,
                              const NSTextAttributes& attributes) {

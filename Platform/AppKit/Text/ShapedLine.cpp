@@ -6,6 +6,7 @@
 #include <cmath>
 #include <string>
 
+#include "Platform/AppKit/Text/TextContext_p.h"
 #include "Platform/Foundation/Text/NSString.h"
 
 namespace {
@@ -14,21 +15,16 @@ double points(int units) { return static_cast<double>(units) / PANGO_SCALE; }
 
 bool isDigit(char character) { return character >= '0' && character <= '9'; }
 
-struct ObjectDeleter {
-  void operator()(gpointer object) const { g_object_unref(object); }
-};
-using Layout = std::unique_ptr<PangoLayout, ObjectDeleter>;
+using Layout = LibraryHandle<PangoLayout, g_object_unref>;
 
 Layout layOut(PangoContext* context, const std::string& text, const NSFont& font) {
   Layout layout(pango_layout_new(context));
-  PangoFontDescription* description = fontDescription(font);
-  pango_layout_set_font_description(layout.get(), description);
-  pango_font_description_free(description);
+  const FontDescription description = makeFontDescription(font);
+  pango_layout_set_font_description(layout.get(), description.get());
   if (font.hasMonospacedNumbers()) {
-    PangoAttrList* attributes = pango_attr_list_new();
-    pango_attr_list_insert(attributes, pango_attr_font_features_new("tnum=1"));
-    pango_layout_set_attributes(layout.get(), attributes);
-    pango_attr_list_unref(attributes);
+    const LibraryHandle<PangoAttrList, pango_attr_list_unref> attributes(pango_attr_list_new());
+    pango_attr_list_insert(attributes.get(), pango_attr_font_features_new("tnum=1"));
+    pango_layout_set_attributes(layout.get(), attributes.get());
   }
   pango_layout_set_single_paragraph_mode(layout.get(), TRUE);
   pango_layout_set_text(layout.get(), text.data(), static_cast<int>(text.size()));
@@ -36,17 +32,6 @@ Layout layOut(PangoContext* context, const std::string& text, const NSFont& font
 }
 
 }  // namespace
-
-PangoFontDescription* fontDescription(const NSFont& font) {
-  PangoFontDescription* description = pango_font_description_new();
-  pango_font_description_set_family(description, font.familyName().c_str());
-  pango_font_description_set_absolute_size(description, font.pointSize() * PANGO_SCALE);
-  if (font.weight() != NSFontWeight::Regular) {
-    pango_font_description_set_weight(
-        description, font.weight() == NSFontWeight::Bold ? PANGO_WEIGHT_BOLD : PANGO_WEIGHT_MEDIUM);
-  }
-  return description;
-}
 
 ShapedLine::ShapedLine(PangoContext* context, std::string_view text, const NSFont& font) {
   // Made valid here: Pango would log each text that is not.
@@ -58,7 +43,8 @@ ShapedLine::ShapedLine(PangoContext* context, std::string_view text, const NSFon
     const auto* run = static_cast<const PangoLayoutRun*>(item->data);
     auto* face = reinterpret_cast<PangoCairoFont*>(run->item->analysis.font);
     cairo_scaled_font_t* scaled = pango_cairo_font_get_scaled_font(face);
-    Run& shaped = runs_.emplace_back(Run{cairo_scaled_font_reference(scaled), {}});
+    Run& shaped = runs_.emplace_back();
+    shaped.font.reset(cairo_scaled_font_reference(scaled));
     for (int index = 0; index < run->glyphs->num_glyphs; ++index) {
       const PangoGlyphInfo& glyph = run->glyphs->glyphs[index];
       const bool isUnknown = (glyph.glyph & PANGO_GLYPH_UNKNOWN_FLAG) != 0;
@@ -73,18 +59,13 @@ ShapedLine::ShapedLine(PangoContext* context, std::string_view text, const NSFon
   width_ = x;
 }
 
-ShapedLine::~ShapedLine() {
-  for (const Run& run : runs_)
-    cairo_scaled_font_destroy(run.font);
-}
-
-void ShapedLine::show(_cairo* cairo) const {
+void ShapedLine::show(cairo_t* cairo) const {
   std::vector<cairo_glyph_t> glyphs;
   for (const Run& run : runs_) {
     glyphs.clear();
     for (const Glyph& glyph : run.glyphs)
       glyphs.push_back({glyph.index, glyph.x, glyph.y});
-    cairo_set_scaled_font(cairo, run.font);
+    cairo_set_scaled_font(cairo, run.font.get());
     cairo_show_glyphs(cairo, glyphs.data(), static_cast<int>(glyphs.size()));
   }
 }
@@ -101,7 +82,7 @@ std::optional<DigitGlyphs> ShapedLine::digits() const {
     if (std::abs(glyphs[digit].x - glyphs[0].x - place) > Tolerance) return {};
     digits.glyphs[digit] = glyphs[digit].index;
   }
-  digits.font = runs_.front().font;
+  digits.font = runs_.front().font.get();
   return digits;
 }
 
@@ -113,7 +94,7 @@ bool ShapedLine::findDigits(std::string_view text, const DigitGlyphs& digits) {
       const Glyph& glyph = runs_[run].glyphs[index];
       const auto byte = static_cast<size_t>(glyph.byte);
       if (byte >= text.size() || !isDigit(text[byte])) continue;
-      const bool isPlain = runs_[run].font == digits.font &&
+      const bool isPlain = runs_[run].font.get() == digits.font &&
                            glyph.index == digits.glyphs[static_cast<size_t>(text[byte] - '0')];
       if (!isPlain) return false;
       digits_.push_back({run, index, byte});

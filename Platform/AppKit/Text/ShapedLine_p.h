@@ -2,6 +2,8 @@
 
 // For the platform's own sources only: text that has become glyphs.
 
+#include <cairo.h>
+
 #include <array>
 #include <cstdint>
 #include <memory>
@@ -10,19 +12,14 @@
 #include <vector>
 
 #include "Platform/AppKit/Text/NSFont.h"
+#include "Platform/Foundation/LibraryHandle.h"
 
-struct _cairo;
-struct _cairo_scaled_font;
 struct _PangoContext;
-struct _PangoFontDescription;
-
-/// The caller's to free.
-_PangoFontDescription* fontDescription(const NSFont& font);
 
 /// The glyphs of the digits of one font at one scale, where all are equally wide.
 struct DigitGlyphs {
   std::array<uint32_t, 10> glyphs{};
-  const _cairo_scaled_font* font = nullptr;
+  const cairo_scaled_font_t* font = nullptr;
 };
 
 /// One line of text, shaped for one scale. Its digits can be put for others without shaping it
@@ -32,14 +29,13 @@ class ShapedLine {
   ShapedLine(_PangoContext* context, std::string_view text, const NSFont& font);
   ShapedLine(const ShapedLine&) = delete;
   ShapedLine& operator=(const ShapedLine&) = delete;
-  ~ShapedLine();
 
   /// The advance in points.
   double width() const { return width_; }
 
   /// Draws in the current source colour, the baseline starting at the origin of a user space with y
   /// downwards.
-  void show(_cairo* cairo) const;
+  void show(cairo_t* cairo) const;
 
   /// Null if the digits are not the only glyphs of this line, which was shaped from "0123456789",
   /// or not equally wide.
@@ -58,7 +54,7 @@ class ShapedLine {
     int byte;  ///< Where its text begins.
   };
   struct Run {
-    _cairo_scaled_font* font;
+    LibraryHandle<cairo_scaled_font_t, cairo_scaled_font_destroy> font;
     std::vector<Glyph> glyphs;
   };
   struct Digit {

@@ -1,6 +1,6 @@
 #include "Platform/AppKit/Text/TextLine_p.h"
 
-#include <pango/pangocairo.h>
+#include <cairo.h>
 
 #include <algorithm>
 #include <cmath>
@@ -13,30 +13,9 @@
 #include <utility>
 
 #include "Platform/AppKit/Text/ShapedLine_p.h"
+#include "Platform/AppKit/Text/TextContext_p.h"
 
 namespace {
-
-struct ObjectDeleter {
-  void operator()(gpointer object) const { g_object_unref(object); }
-};
-using Context = std::unique_ptr<PangoContext, ObjectDeleter>;
-
-/// With `hinted`, advances are whole pixels at the scale, so that letters are evenly spaced.
-Context makeContext(double scale, bool hinted) {
-  Context context(pango_font_map_create_context(pango_cairo_font_map_get_default()));
-  cairo_font_options_t* options = cairo_font_options_create();
-  cairo_font_options_set_hint_metrics(options,
-                                      hinted ? CAIRO_HINT_METRICS_ON : CAIRO_HINT_METRICS_OFF);
-  cairo_font_options_set_hint_style(options, CAIRO_HINT_STYLE_SLIGHT);
-  cairo_font_options_set_antialias(options, CAIRO_ANTIALIAS_GRAY);
-  pango_cairo_context_set_font_options(context.get(), options);
-  cairo_font_options_destroy(options);
-  pango_context_set_round_glyph_positions(context.get(), hinted ? TRUE : FALSE);
-  PangoMatrix matrix = PANGO_MATRIX_INIT;
-  pango_matrix_scale(&matrix, scale, scale);
-  pango_context_set_matrix(context.get(), &matrix);
-  return context;
-}
 
 bool isWhole(double scale) {
   constexpr double Tolerance = 1e-6;
@@ -46,7 +25,8 @@ bool isWhole(double scale) {
 /// The lines at one scale, kept: texts of a panel come again and again.
 class KeptLines {
  public:
-  explicit KeptLines(double scale) : scale_(scale), context_(makeContext(scale, isWhole(scale))) {}
+  explicit KeptLines(double scale)
+      : scale_(scale), context_(makeTextContext(scale, isWhole(scale))) {}
 
   double scale() const { return scale_; }
 
@@ -136,7 +116,7 @@ class KeptLines {
   }
 
   double scale_;
-  Context context_;
+  TextContext context_;
   std::unordered_map<std::string, Kept> kept_;
   std::map<std::tuple<std::string, double, NSFontWeight>, Digits> digits_;
   uint64_t uses_ = 0;
@@ -158,20 +138,6 @@ KeptLines& linesAt(double scale) {
 }
 
 }  // namespace
-
-FontHeights fontHeights(const NSFont& font) {
-  static const Context context = makeContext(1, false);
-  static std::map<std::tuple<std::string, double, NSFontWeight>, FontHeights> known;
-  auto& heights = known[{font.familyName(), font.pointSize(), font.weight()}];
-  if (heights.ascender > 0) return heights;
-  PangoFontDescription* description = fontDescription(font);
-  PangoFontMetrics* metrics = pango_context_get_metrics(context.get(), description, nullptr);
-  pango_font_description_free(description);
-  heights = {static_cast<double>(pango_font_metrics_get_ascent(metrics)) / PANGO_SCALE,
-             static_cast<double>(pango_font_metrics_get_descent(metrics)) / PANGO_SCALE};
-  pango_font_metrics_unref(metrics);
-  return heights;
-}
 
 double textLineWidth(std::string_view text, const NSFont& font) {
   return linesAt(1).line(text, font).width();

@@ -8,13 +8,6 @@
 
 struct _cairo;
 
-/// Above and below the baseline, in points, both positive.
-struct FontHeights {
-  double ascender = 0;
-  double descender = 0;
-};
-FontHeights fontHeights(const NSFont& font);
-
 /// The advance of a line of text in points, at no particular scale.
 double textLineWidth(std::string_view text, const NSFont& font);
 

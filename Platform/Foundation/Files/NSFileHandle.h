@@ -6,6 +6,8 @@
 #include <string_view>
 #include <system_error>
 
+#include "Platform/Foundation/Files/FileDescriptor.h"
+
 /// An open file that is only ever added to, also where other processes add to it. One thread at a
 /// time. What fails raises `std::system_error`.
 class NSFileHandle {
@@ -18,10 +20,7 @@ class NSFileHandle {
       const std::filesystem::path& path);
 
   /// Takes the open file over.
-  explicit NSFileHandle(int descriptor) : descriptor_(descriptor) {}
-  NSFileHandle(const NSFileHandle&) = delete;
-  NSFileHandle& operator=(const NSFileHandle&) = delete;
-  ~NSFileHandle();
+  explicit NSFileHandle(FileDescriptor descriptor) : descriptor_(std::move(descriptor)) {}
 
   /// Adds `bytes` at the end of the file. Where it fails, a part of them may have been added.
   void writeData(std::string_view bytes);
@@ -38,8 +37,8 @@ class NSFileHandle {
   /// Returns when all that was written is on the disk.
   void synchronizeFile();
 
-  int fileDescriptor() const { return descriptor_; }
+  int fileDescriptor() const { return descriptor_.get(); }
 
  private:
-  const int descriptor_;
+  FileDescriptor descriptor_;
 };

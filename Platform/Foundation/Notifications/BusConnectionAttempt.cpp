@@ -10,22 +10,17 @@ std::shared_ptr<BusConnectionAttempt> BusConnectionAttempt::start(
   return attempt;
 }
 
-BusConnectionAttempt::~BusConnectionAttempt() {
-  g_clear_object(&connection_);
-  g_object_unref(cancellable_);
-}
-
 void BusConnectionAttempt::connect(const std::string& address) {
   // A connection of our own: the one that GIO shares would be handed out again after its end.
   constexpr auto Flags =
       static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
                                         G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
   GError* error = nullptr;
-  GDBusConnection* made =
-      g_dbus_connection_new_for_address_sync(address.c_str(), Flags, nullptr, cancellable_, &error);
+  BusConnection made(g_dbus_connection_new_for_address_sync(address.c_str(), Flags, nullptr,
+                                                            cancellable_.get(), &error));
   {
     const std::lock_guard guard(mutex_);
-    connection_ = made;
+    connection_ = std::move(made);
     if (error != nullptr) reason_ = error->message;
     hasEnded_ = true;
     itself_ = shared_from_this();
@@ -55,7 +50,7 @@ bool BusConnectionAttempt::waitFor(std::chrono::milliseconds limit) {
   return changed_.wait_for(guard, limit, [this] { return hasEnded_; });
 }
 
-GDBusConnection* BusConnectionAttempt::takeConnection() {
+BusConnection BusConnectionAttempt::takeConnection() {
   const std::lock_guard guard(mutex_);
-  return std::exchange(connection_, nullptr);
+  return std::move(connection_);
 }

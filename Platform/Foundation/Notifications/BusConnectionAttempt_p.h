@@ -11,6 +11,10 @@
 #include <mutex>
 #include <string>
 
+#include "Platform/Foundation/LibraryHandle.h"
+
+using BusConnection = LibraryHandle<GDBusConnection, g_object_unref>;
+
 /// One try to connect to a message bus. The handshake runs on a thread of its own: what listens at
 /// the address may accept and then say nothing, for ever.
 class BusConnectionAttempt : public std::enable_shared_from_this<BusConnectionAttempt> {
@@ -22,16 +26,15 @@ class BusConnectionAttempt : public std::enable_shared_from_this<BusConnectionAt
 
   BusConnectionAttempt(const BusConnectionAttempt&) = delete;
   BusConnectionAttempt& operator=(const BusConnectionAttempt&) = delete;
-  ~BusConnectionAttempt();
 
   /// Waits for the end of the handshake, but no longer than `limit`. Returns whether it has ended.
   bool waitFor(std::chrono::milliseconds limit);
 
   /// Ends a handshake that takes too long; it then has failed.
-  void giveUp() { g_cancellable_cancel(cancellable_); }
+  void giveUp() { g_cancellable_cancel(cancellable_.get()); }
 
-  /// Of an attempt that has ended: the connection, which is the caller's, or null.
-  GDBusConnection* takeConnection();
+  /// Of an attempt that has ended: the connection, or null.
+  BusConnection takeConnection();
   /// Why there is none.
   const std::string& reason() const { return reason_; }
 
@@ -41,12 +44,12 @@ class BusConnectionAttempt : public std::enable_shared_from_this<BusConnectionAt
   void connect(const std::string& address);
   void tellEnded();
 
-  GCancellable* const cancellable_ = g_cancellable_new();
+  const LibraryHandle<GCancellable, g_object_unref> cancellable_{g_cancellable_new()};
   const std::function<void(BusConnectionAttempt&)> ended_;
   std::mutex mutex_;
   std::condition_variable changed_;
   bool hasEnded_ = false;
   std::shared_ptr<BusConnectionAttempt> itself_;  ///< From the end until that has been told.
-  GDBusConnection* connection_ = nullptr;
+  BusConnection connection_;
   std::string reason_;
 };

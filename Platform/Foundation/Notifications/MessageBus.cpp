@@ -5,7 +5,6 @@
 #include <filesystem>
 #include <utility>
 
-#include "Platform/Foundation/Notifications/BusConnectionAttempt_p.h"
 #include "Platform/Foundation/Process/NSLog.h"
 #include "Platform/Foundation/SharedInstance.h"
 
@@ -63,22 +62,19 @@ MessageBus::~MessageBus() {
     if (source != 0) g_source_remove(source);
   }
   if (attempt_) attempt_->giveUp();
-  if (connection_ == nullptr) return;
-  g_signal_handlers_disconnect_by_data(connection_, this);
-  g_object_unref(connection_);
+  if (connection_) g_signal_handlers_disconnect_by_data(connection_.get(), this);
 }
 
 std::string MessageBus::address() const {
   if (!isThere(type_)) return "";
-  char* found = g_dbus_address_get_for_bus_sync(type_, nullptr, nullptr);
-  std::string address = found != nullptr ? found : "";
-  g_free(found);
-  return address;
+  const LibraryHandle<char, g_free> found(g_dbus_address_get_for_bus_sync(type_, nullptr, nullptr));
+  return found ? found.get() : "";
 }
 
-void MessageBus::addDelegate(MessageBusDelegate& delegate) {
-  delegates_.add(delegate);
-  if (connection_ != nullptr) delegate.busConnected(connection_);
+Registration MessageBus::addDelegate(MessageBusDelegate& delegate) {
+  Registration registration = delegates_.add(delegate);
+  if (connection_) delegate.busConnected(connection_.get());
+  return registration;
 }
 
 void MessageBus::connect() {
@@ -125,16 +121,17 @@ void MessageBus::attemptEnded(BusConnectionAttempt& attempt) {
   const auto ended = std::exchange(attempt_, nullptr);
   if (handshakeTimeout_ != 0) g_source_remove(std::exchange(handshakeTimeout_, 0));
   connection_ = ended->takeConnection();
-  if (connection_ == nullptr) {
+  if (!connection_) {
     report("cannot be reached (" + ended->reason() + ")");
     return connectAfterAPause();
   }
-  g_signal_connect(connection_, "closed", G_CALLBACK(tellClosed), this);
+  g_signal_connect(connection_.get(), "closed", G_CALLBACK(tellClosed), this);
   // It may have ended before anyone could hear of it.
-  if (g_dbus_connection_is_closed(connection_)) return connectionClosed();
+  if (g_dbus_connection_is_closed(connection_.get())) return connectionClosed();
   if (std::exchange(isTroubleReported_, false)) NSLog("the " + name_ + " is there again");
   pause_ = FirstPause;
-  delegates_.tell([this](MessageBusDelegate& delegate) { delegate.busConnected(connection_); });
+  delegates_.tell(
+      [this](MessageBusDelegate& delegate) { delegate.busConnected(connection_.get()); });
 }
 
 void MessageBus::tellClosed(GDBusConnection*, gboolean, GError*, gpointer self) {
@@ -142,8 +139,8 @@ void MessageBus::tellClosed(GDBusConnection*, gboolean, GError*, gpointer self) 
 }
 
 void MessageBus::connectionClosed() {
-  g_signal_handlers_disconnect_by_data(connection_, this);
-  g_clear_object(&connection_);
+  g_signal_handlers_disconnect_by_data(connection_.get(), this);
+  connection_.reset();
   report("has ended");
   connectAfterAPause();
 }

@@ -8,9 +8,8 @@
 #include <memory>
 #include <string>
 
+#include "Platform/Foundation/Notifications/BusConnectionAttempt_p.h"
 #include "Platform/Foundation/Notifications/DelegateList.h"
-
-class BusConnectionAttempt;
 
 /// Who listens on a bus.
 class MessageBusDelegate {
@@ -42,13 +41,11 @@ class MessageBus {
   MessageBus& operator=(const MessageBus&) = delete;
   ~MessageBus();
 
-  /// Adds a delegate and calls it at once if there is a connection. One that does not stay for good
-  /// removes itself.
-  void addDelegate(MessageBusDelegate& delegate);
-  void removeDelegate(MessageBusDelegate& delegate) { delegates_.remove(delegate); }
+  /// Adds a delegate and calls it at once if there is a connection.
+  Registration addDelegate(MessageBusDelegate& delegate);
 
   /// Null while there is none.
-  GDBusConnection* connection() const { return connection_; }
+  GDBusConnection* connection() const { return connection_.get(); }
 
  private:
   static constexpr std::chrono::milliseconds FirstPause{500};
@@ -68,7 +65,7 @@ class MessageBus {
   const GBusType type_;
   const std::string name_;
   DelegateList<MessageBusDelegate> delegates_;
-  GDBusConnection* connection_ = nullptr;
+  BusConnection connection_;
   std::shared_ptr<BusConnectionAttempt> attempt_;
   /// Tells an attempt whether this bus is still there when it ends.
   const std::shared_ptr<void> life_ = std::make_shared<char>();

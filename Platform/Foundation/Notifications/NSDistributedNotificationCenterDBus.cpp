@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "Platform/Foundation/LibraryHandle.h"
 #include "Platform/Foundation/Notifications/DesktopWatch_p.h"
 #include "Platform/Foundation/Notifications/MessageBus_p.h"
 #include "Platform/Foundation/Notifications/NSDistributedNotificationCenter.h"
@@ -18,10 +19,7 @@ constexpr const char* SignalName = "Posted";
 /// How long a post waits for the bus to have it.
 constexpr int AnswerMilliseconds = 2000;
 
-struct VariantDeleter {
-  void operator()(GVariant* variant) const { g_variant_unref(variant); }
-};
-using Variant = std::unique_ptr<GVariant, VariantDeleter>;
+using Variant = LibraryHandle<GVariant, g_variant_unref>;
 
 PropertyList::Dictionary textsOf(PropertyList::Dictionary userInfo) {
   std::erase_if(userInfo, [](const auto& entry) { return entry.second.string() == nullptr; });
@@ -44,11 +42,10 @@ constexpr const char* BusQuestion = "GetId";
 class DBusNotificationCenter : public NSDistributedNotificationCenter, private MessageBusDelegate {
  public:
   DBusNotificationCenter() {
-    bus_.addDelegate(*this);
+    registration_ = bus_.addDelegate(*this);
     isStarting_ = false;
   }
   ~DBusNotificationCenter() override {
-    bus_.removeDelegate(*this);
     g_cancellable_cancel(cancellable_);
     g_object_unref(cancellable_);
   }
@@ -104,9 +101,9 @@ class DBusNotificationCenter : public NSDistributedNotificationCenter, private M
         connection, BusName, BusPath, BusName, BusQuestion, nullptr, nullptr,
         G_DBUS_CALL_FLAGS_NONE, AnswerMilliseconds, nullptr, &error));
     if (answer) return true;
+    const LibraryHandle<GError, g_error_free> owned(error);
     const bool isLate = g_error_matches(error, G_IO_ERROR, G_IO_ERROR_TIMED_OUT);
     const bool isRefusal = g_dbus_error_is_remote_error(error);
-    g_error_free(error);
     if (isLate) {
       NSLog("error: the session bus does not answer, so other processes may not hear of " +
             std::string(name));
@@ -140,6 +137,7 @@ class DBusNotificationCenter : public NSDistributedNotificationCenter, private M
   MessageBus& bus_ = MessageBus::sessionBus();
   bool isStarting_ = true;
   std::unique_ptr<SignalSubscription> subscription_;
+  Registration registration_;
 };
 
 }  // namespace

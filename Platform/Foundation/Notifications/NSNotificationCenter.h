@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "Platform/Foundation/PropertyLists/PropertyList.h"
+#include "Platform/Foundation/Registration.h"
 
 struct NSNotification {
   std::string name;
@@ -15,17 +16,8 @@ struct NSNotification {
   std::string textForKey(std::string_view key) const;
 };
 
-/// A registration with a notification centre. It lasts as long as this handle: the handler is not
-/// called after the handle has gone.
-class NSObservation {
- public:
-  NSObservation() = default;
-  explicit NSObservation(std::shared_ptr<void> registration)
-      : registration_(std::move(registration)) {}
-
- private:
-  std::shared_ptr<void> registration_;
-};
+/// A registration with a notification centre: the handler is not called after it has gone.
+using NSObservation = Registration;
 
 using NSNotificationHandler = std::function<void(const NSNotification&)>;
 
@@ -45,6 +37,6 @@ class NSNotificationCenter {
   void postNotification(std::string_view name, const PropertyList::Dictionary& userInfo = {});
 
  private:
-  struct Registry;
-  std::shared_ptr<Registry> registry_;
+  class Observers;
+  const std::shared_ptr<Observers> observers_;
 };

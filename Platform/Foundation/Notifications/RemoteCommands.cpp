@@ -34,14 +34,11 @@ class RemoteCommands::Service : private MessageBusDelegate {
  public:
   Service(std::string_view service, Handler handler)
       : name_(busName(service)), path_(objectPath(service)), handler_(std::move(handler)) {
-    bus_.addDelegate(*this);
+    listening_ = bus_.addDelegate(*this);
   }
   Service(const Service&) = delete;
   Service& operator=(const Service&) = delete;
-  ~Service() override {
-    bus_.removeDelegate(*this);
-    end();
-  }
+  ~Service() override { end(); }
 
  private:
   void busConnected(GDBusConnection* connection) override {
@@ -91,6 +88,7 @@ class RemoteCommands::Service : private MessageBusDelegate {
   GDBusConnection* connection_ = nullptr;
   guint registration_ = 0;
   guint ownership_ = 0;
+  Registration listening_;
 };
 
 RemoteCommands::RemoteCommands(std::string_view service, Handler handler)

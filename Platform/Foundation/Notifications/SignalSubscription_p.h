@@ -4,6 +4,8 @@
 
 #include <gio/gio.h>
 
+#include "Platform/Foundation/LibraryHandle.h"
+
 /// A subscription to a signal, which ends with this object. It may outlive its bus.
 class SignalSubscription {
  public:
@@ -16,12 +18,9 @@ class SignalSubscription {
                                                context, nullptr)) {}
   SignalSubscription(const SignalSubscription&) = delete;
   SignalSubscription& operator=(const SignalSubscription&) = delete;
-  ~SignalSubscription() {
-    g_dbus_connection_signal_unsubscribe(connection_, id_);
-    g_object_unref(connection_);
-  }
+  ~SignalSubscription() { g_dbus_connection_signal_unsubscribe(connection_.get(), id_); }
 
  private:
-  GDBusConnection* connection_;
+  LibraryHandle<GDBusConnection, g_object_unref> connection_;
   guint id_;
 };

@@ -7,6 +7,8 @@
 #include <cstdlib>
 #include <memory>
 
+#include "Platform/Foundation/LibraryHandle.h"
+
 namespace {
 
 struct CallStack {
@@ -30,8 +32,8 @@ extern "C" [[noreturn]] void __cxa_throw(void* exception, void* type, void (*des
 }
 
 std::string callStackSymbolsOfException() {
-  const std::unique_ptr<char*, decltype(&std::free)> symbols(
-      backtrace_symbols(thrownFrom.frames.data(), thrownFrom.count), &std::free);
+  const LibraryHandle<char*, std::free> symbols(
+      backtrace_symbols(thrownFrom.frames.data(), thrownFrom.count));
   std::string text;
   // The first is the function above.
   for (int index = 1; symbols && index < thrownFrom.count; ++index) {

@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <string>
 
-#include "Platform/Foundation/PropertyLists/NSPropertyListSerialization.h"
 #include "Platform/Foundation/PropertyLists/XmlPropertyList_p.h"
 #include "Platform/Foundation/Text/NSString.h"
 

@@ -8,9 +8,6 @@
 
 #include "Platform/Foundation/PropertyLists/PropertyList.h"
 
-/// How many lists and dictionaries may stand inside one another; whatever is deeper does not read.
-constexpr size_t MaximumPropertyListDepth = 64;
-
 /// Reads a property list in its XML or binary form. Nothing if the bytes are neither or are
 /// damaged. What reads is written and read again as the same: dates come to the second, and
 /// characters that XML cannot hold are left out.

@@ -7,6 +7,9 @@
 #include <variant>
 #include <vector>
 
+/// How many lists and dictionaries may stand inside one another; whatever is deeper does not read.
+constexpr size_t MaximumPropertyListDepth = 64;
+
 /// A value of a property list: what a preference domain, a notification's user information and a
 /// resource file can hold. A null value means that there is none.
 class PropertyList {

@@ -7,6 +7,7 @@
 #include <memory>
 #include <vector>
 
+#include "Platform/Foundation/LibraryHandle.h"
 #include "Platform/Foundation/PropertyLists/NSPropertyListSerialization.h"
 #include "Platform/Foundation/PropertyLists/XmlPropertyList_p.h"
 
@@ -64,8 +65,7 @@ PropertyList dateFromText(std::string_view text) {
 
 PropertyList dataFromText(std::string_view text) {
   gsize length = 0;
-  const std::unique_ptr<guchar, decltype(&g_free)> bytes(
-      g_base64_decode(std::string(text).c_str(), &length), &g_free);
+  const LibraryHandle<guchar, g_free> bytes(g_base64_decode(std::string(text).c_str(), &length));
   return PropertyList::Data(bytes.get(), bytes.get() + length);
 }
 
@@ -76,9 +76,8 @@ class Builder {
 
   std::optional<PropertyList> parse(std::string_view text) {
     constexpr GMarkupParser Functions = {started, ended, heard, nullptr, nullptr};
-    const std::unique_ptr<GMarkupParseContext, decltype(&g_markup_parse_context_free)> context(
-        g_markup_parse_context_new(&Functions, G_MARKUP_TREAT_CDATA_AS_TEXT, this, nullptr),
-        &g_markup_parse_context_free);
+    const LibraryHandle<GMarkupParseContext, g_markup_parse_context_free> context(
+        g_markup_parse_context_new(&Functions, G_MARKUP_TREAT_CDATA_AS_TEXT, this, nullptr));
     const bool isWhole =
         g_markup_parse_context_parse(context.get(), text.data(), static_cast<gssize>(text.size()),
                                      nullptr) != FALSE &&

@@ -4,14 +4,16 @@
 #include <functional>
 #include <utility>
 
+#include "Platform/Foundation/Registration.h"
+
 /// The main thread's loop: it runs callbacks once, at or after a moment, in the order of their
 /// moments and, where those are equal, in the order in which they were scheduled.
 ///
 /// Moments are on a clock of the loop's own that never jumps. They are rounded up to whole
 /// microseconds: a callback may be late, but it is never early.
 ///
-/// Work and watches may be handed to it, and taken back, from any thread; callbacks run on the main
-/// thread. What is taken back from another thread may be running just then.
+/// Work and watches may be handed to it, and their handles reset, on any thread; callbacks run on
+/// the main thread. What is taken back on another thread may be running just then.
 ///
 /// Work and watches take turns, and a toolkit's drawing goes before them: work that renews itself
 /// without end holds nothing else up.
@@ -20,29 +22,30 @@
 class NSRunLoop {
  public:
   using Callback = std::function<void()>;
-  using TimerId = uint64_t;
-  using WatchId = uint64_t;
+  using Timer = Registration;
+  using Watch = Registration;
 
   virtual ~NSRunLoop() = default;
 
   /// The loop's own clock, in nanoseconds from an arbitrary origin.
   virtual int64_t now() const = 0;
 
-  /// Runs `callback` once when `now()` has reached `deadline`. A deadline in the past means the
-  /// next pass, never this very call.
-  virtual TimerId scheduleAt(int64_t deadline, Callback callback) = 0;
+  /// Runs `callback` once when `now()` has reached `deadline`, unless its handle has gone. A
+  /// deadline in the past means the next pass, never this very call.
+  [[nodiscard]] virtual Timer scheduleAt(int64_t deadline, Callback callback) = 0;
 
-  /// Forgets a scheduled callback. Does nothing if it has run or was cancelled.
-  virtual void cancel(TimerId timer) = 0;
+  /// The same for what nothing takes back.
+  void performBlockAt(int64_t deadline, Callback callback) {
+    scheduleAt(deadline, std::move(callback)).release();
+  }
 
-  /// Runs `callback` once in the next pass, after what was handed over before.
-  void performBlock(Callback callback) { scheduleAt(now(), std::move(callback)); }
+  /// Runs `callback` once in the next pass, after what was handed over before. Nothing takes it
+  /// back.
+  void performBlock(Callback callback) { performBlockAt(now(), std::move(callback)); }
 
-  /// Calls `callback` whenever `descriptor`, which stays the caller's, has something to read.
-  virtual WatchId watchDescriptor(int descriptor, Callback callback) = 0;
-
-  /// Ends a watch. Does nothing for a number that is none.
-  virtual void unwatchDescriptor(WatchId watch) = 0;
+  /// Calls `callback` whenever `descriptor`, which stays the caller's, has something to read, until
+  /// the handle goes.
+  [[nodiscard]] virtual Watch watchDescriptor(int descriptor, Callback callback) = 0;
 
   /// Serves callbacks until `stop` is called. A callback may call it in turn.
   virtual void run() = 0;

@@ -4,19 +4,30 @@
 #include <atomic>
 #include <limits>
 #include <memory>
-#include <mutex>
 #include <utility>
 
+#include "Platform/Foundation/LibraryHandle.h"
 #include "Platform/Foundation/RunLoop/NSRunLoop.h"
 #include "Platform/Foundation/RunLoop/TimerQueue_p.h"
 
 namespace {
 
-constexpr auto AnyTimer = std::numeric_limits<NSRunLoop::TimerId>::max();
+using TimerId = TimerQueue::TimerId;
+
+constexpr auto AnyTimer = std::numeric_limits<TimerId>::max();
 
 /// GLib serves a source only when none before it is ready. Behind a toolkit's drawing
 /// (`G_PRIORITY_HIGH_IDLE` + 20), which has its pauses; work that renews itself has none.
 constexpr int WorkPriority = G_PRIORITY_HIGH_IDLE + 30;
+
+/// The sources that watch descriptors, by GLib's numbers.
+struct WatchSources : Registrar {
+  void unregister(uint64_t number) override {
+    GSource* source =
+        g_main_context_find_source_by_id(g_main_context_default(), static_cast<guint>(number));
+    if (source != nullptr) g_source_destroy(source);
+  }
+};
 
 /// One source of GLib's serves all timers: sources of their own would run late ones in the order in
 /// which they were made.
@@ -32,47 +43,32 @@ class GLibRunLoop : public NSRunLoop {
 
   int64_t now() const override { return g_get_monotonic_time() * 1000; }
 
-  TimerId scheduleAt(int64_t deadline, Callback callback) override {
-    const std::lock_guard guard(mutex_);
+  Timer scheduleAt(int64_t deadline, Callback callback) override {
+    const TimerId timer = timers_->add(deadline, g_get_monotonic_time(), std::move(callback));
     if (!g_main_context_is_owner(context_)) g_main_context_wakeup(context_);
-    return timers_.add(deadline, g_get_monotonic_time(), std::move(callback));
+    return {timers_, timer};
   }
 
-  void cancel(TimerId timer) override {
-    // What a callback holds may cancel others when it goes, so it goes after the lock.
-    Callback dropped;
-    const std::lock_guard guard(mutex_);
-    dropped = timers_.remove(timer);
-  }
-
-  WatchId watchDescriptor(int descriptor, Callback callback) override {
-    GSource* watch = g_unix_fd_source_new(descriptor, G_IO_IN);
-    g_source_set_callback(watch, G_SOURCE_FUNC(+becameReadable),
+  Watch watchDescriptor(int descriptor, Callback callback) override {
+    const LibraryHandle<GSource, g_source_unref> watch(g_unix_fd_source_new(descriptor, G_IO_IN));
+    g_source_set_callback(watch.get(), G_SOURCE_FUNC(+becameReadable),
                           std::make_unique<Callback>(std::move(callback)).release(),
                           [](gpointer held) { std::default_delete<Callback>()(callbackOf(held)); });
-    g_source_set_priority(watch, WorkPriority);
-    const WatchId identifier = g_source_attach(watch, context_);
-    g_source_unref(watch);
-    return identifier;
-  }
-
-  void unwatchDescriptor(WatchId watch) override {
-    if (GSource* source = g_main_context_find_source_by_id(context_, static_cast<guint>(watch))) {
-      g_source_destroy(source);
-    }
+    g_source_set_priority(watch.get(), WorkPriority);
+    return {watches_, g_source_attach(watch.get(), context_)};
   }
 
   void run() override {
     const TimerId outer = limitTo(AnyTimer);
-    const bool outerStopped = stopped_.exchange(false);
-    while (!stopped_)
+    const bool wasStopped = isStopped_.exchange(false);
+    while (!isStopped_)
       g_main_context_iteration(context_, TRUE);
-    stopped_ = outerStopped;
+    isStopped_ = wasStopped;
     limitTo(outer);
   }
 
   void stop() override {
-    stopped_ = true;
+    isStopped_ = true;
     g_main_context_wakeup(context_);
   }
 
@@ -118,8 +114,7 @@ class GLibRunLoop : public NSRunLoop {
 
   /// Milliseconds until the next timer, rounded up; -1 if none is awaited.
   int wait() {
-    const std::lock_guard guard(mutex_);
-    const auto next = timers_.first();
+    const auto next = timers_->first();
     if (!next || next->second > limit_) return -1;
     const int64_t microseconds = std::max<int64_t>(0, next->first - g_source_get_time(source_));
     const int64_t milliseconds = microseconds / 1000 + (microseconds % 1000 > 0 ? 1 : 0);
@@ -130,40 +125,29 @@ class GLibRunLoop : public NSRunLoop {
     // The second pass, for what the first one has handed over to the next, saves asking the kernel
     // in between whether anything else has come: a tick and its drawing are such two.
     constexpr int Passes = 2;
-    for (int pass = 0; pass < Passes && !stopped_; ++pass) {
+    for (int pass = 0; pass < Passes && !isStopped_; ++pass) {
       const int64_t now = g_get_monotonic_time();
       const TimerId newest = newestAllowed();
-      while (const auto due = takeDue(now, newest)) {
+      while (const auto due = timers_->takeDue(now, newest)) {
         guarded(due->callback);
-        if (stopped_) break;
+        if (isStopped_) break;
       }
     }
   }
 
-  std::optional<TimerQueue::Timer> takeDue(int64_t limit, TimerId newest) {
-    const std::lock_guard guard(mutex_);
-    return timers_.takeDue(limit, newest);
-  }
-
-  TimerId newestAllowed() {
-    const std::lock_guard guard(mutex_);
-    return std::min(timers_.newest(), limit_);
-  }
+  TimerId newestAllowed() const { return std::min(timers_->newest(), limit_); }
 
   /// Leaves timers newer than `limit` aside. Returns the limit before.
-  TimerId limitTo(TimerId limit) {
-    const std::lock_guard guard(mutex_);
-    return std::exchange(limit_, limit);
-  }
+  TimerId limitTo(TimerId limit) { return std::exchange(limit_, limit); }
 
   static inline GSourceFuncs functions = {prepare, check, dispatch, nullptr, nullptr, nullptr};
 
   GMainContext* context_ = g_main_context_default();
   GSource* source_ = g_source_new(&functions, sizeof(TimerSource));
-  std::mutex mutex_;
-  TimerQueue timers_;
-  TimerId limit_ = AnyTimer;
-  std::atomic<bool> stopped_ = false;
+  const std::shared_ptr<TimerQueue> timers_ = std::make_shared<TimerQueue>();
+  const std::shared_ptr<WatchSources> watches_ = std::make_shared<WatchSources>();
+  TimerId limit_ = AnyTimer;  ///< Of the main thread.
+  std::atomic<bool> isStopped_ = false;
 };
 
 }  // namespace

@@ -23,12 +23,6 @@ NSTimer::NSTimer(int64_t interval, std::function<void()> action)
   scheduleNext();
 }
 
-void NSTimer::invalidate() {
-  if (timer_ == 0) return;
-  NSRunLoop::mainRunLoop().cancel(timer_);
-  timer_ = 0;
-}
-
 void NSTimer::scheduleNext() {
   const int64_t missed = (NSRunLoop::mainRunLoop().now() - deadline_) / interval_;
   deadline_ = momentAfter(deadline_ + missed * interval_, interval_);

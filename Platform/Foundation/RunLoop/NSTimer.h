@@ -17,9 +17,8 @@ class NSTimer {
 
   NSTimer(const NSTimer&) = delete;
   NSTimer& operator=(const NSTimer&) = delete;
-  ~NSTimer() { invalidate(); }
 
-  void invalidate();
+  void invalidate() { timer_.reset(); }
 
  private:
   NSTimer(int64_t interval, std::function<void()> action);
@@ -29,5 +28,5 @@ class NSTimer {
   int64_t interval_;  // Nanoseconds.
   int64_t deadline_;
   std::function<void()> action_;
-  NSRunLoop::TimerId timer_ = 0;
+  NSRunLoop::Timer timer_;
 };

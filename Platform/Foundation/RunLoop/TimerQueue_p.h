@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <map>
+#include <mutex>
 #include <optional>
 #include <unordered_map>
 #include <utility>
@@ -11,11 +12,11 @@
 #include "Platform/Foundation/RunLoop/NSRunLoop.h"
 
 /// Callbacks in the order in which a run loop owes them: by their moments and, where those are
-/// equal, by their scheduling. Moments are whole microseconds on the loop's clock.
-class TimerQueue {
+/// equal, by their scheduling. Moments are whole microseconds on the loop's clock. Any thread.
+class TimerQueue : public Registrar {
  public:
   using Callback = NSRunLoop::Callback;
-  using TimerId = NSRunLoop::TimerId;
+  using TimerId = uint64_t;
 
   struct Timer {
     int64_t moment;
@@ -26,9 +27,7 @@ class TimerQueue {
   /// `deadline` is in nanoseconds and rounded up; one before `now`, in microseconds, means `now`.
   TimerId add(int64_t deadline, int64_t now, Callback callback);
 
-  /// Takes a callback out, so that the caller decides when it is destroyed. Empty if there is none
-  /// under that number.
-  Callback remove(TimerId timer);
+  void unregister(TimerId timer) override;
 
   /// Takes the first callback out if its moment is not behind `limit` and it is not newer than
   /// `newest`.
@@ -38,9 +37,14 @@ class TimerQueue {
   std::optional<std::pair<int64_t, TimerId>> first() const;
 
   /// The number of the callback added last.
-  TimerId newest() const { return newest_; }
+  TimerId newest() const;
 
  private:
+  /// Both with the lock held. Empty if there is none under that number.
+  Callback take(TimerId timer);
+  std::optional<std::pair<int64_t, TimerId>> next() const;
+
+  mutable std::mutex mutex_;
   std::map<std::pair<int64_t, TimerId>, Callback> callbacks_;
   std::unordered_map<TimerId, int64_t> moments_;
   TimerId newest_ = 0;

@@ -1,13 +1,12 @@
 #pragma once
 
 #include <atomic>
-#include <map>
 #include <memory>
-#include <mutex>
 
 #include "Platform/Foundation/RunLoop/NSRunLoop.h"
-#include "Platform/Foundation/RunLoop/TimerQueue_p.h"
 #include "Platform/Foundation/Time/SystemClock.h"
+
+class TimerQueue;
 
 /// A run loop whose time passes only when it is told to. Advancing by a day fires every callback of
 /// that day in order, without waiting, with the manual clock standing at each one's moment. Watched
@@ -15,17 +14,15 @@
 class VirtualRunLoop : public NSRunLoop {
  public:
   /// `clock` is moved by this loop and must outlive it.
-  explicit VirtualRunLoop(ManualClock& clock) : clock_(clock) {}
+  explicit VirtualRunLoop(ManualClock& clock);
 
   int64_t now() const override { return clock_.elapsedMicroseconds() * 1000; }
-  TimerId scheduleAt(int64_t deadline, Callback callback) override;
-  void cancel(TimerId timer) override;
-  WatchId watchDescriptor(int descriptor, Callback callback) override;
-  void unwatchDescriptor(WatchId watch) override;
+  Timer scheduleAt(int64_t deadline, Callback callback) override;
+  Watch watchDescriptor(int descriptor, Callback callback) override;
 
   /// Runs callbacks as they fall due, jumping from one to the next, until stopped or out of work.
   void run() override;
-  void stop() override { stopped_ = true; }
+  void stop() override { isStopped_ = true; }
   bool runPending() override;
 
   /// Lets `seconds` pass and fires all that falls due on the way.
@@ -34,19 +31,14 @@ class VirtualRunLoop : public NSRunLoop {
  private:
   /// Runs the next callback due at or before `limit` that is not newer than `newest`. Returns
   /// whether there was one.
-  bool runNext(int64_t limit, TimerId newest);
+  bool runNext(int64_t limit, uint64_t newest);
   /// Runs the callbacks of descriptors that have something to read. Returns whether any did.
   bool serveWatches();
 
-  struct Watch {
-    int descriptor;
-    std::shared_ptr<const Callback> callback;
-  };
+  class Watches;
 
   ManualClock& clock_;
-  std::mutex mutex_;
-  TimerQueue timers_;
-  std::map<WatchId, Watch> watches_;
-  WatchId newestWatch_ = 0;
-  std::atomic<bool> stopped_ = false;
+  const std::shared_ptr<TimerQueue> timers_;
+  const std::shared_ptr<Watches> watches_;
+  std::atomic<bool> isStopped_ = false;
 };

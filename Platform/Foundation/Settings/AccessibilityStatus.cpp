@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "Platform/Foundation/LibraryHandle.h"
 #include "Platform/Foundation/Notifications/MessageBus_p.h"
 #include "Platform/Foundation/Notifications/SignalSubscription_p.h"
 #include "Platform/Foundation/RunLoop/NSRunLoop.h"
@@ -17,10 +18,7 @@ constexpr const char* ObjectPath = "/org/a11y/bus";
 constexpr const char* StatusInterface = "org.a11y.Status";
 constexpr const char* PropertiesInterface = "org.freedesktop.DBus.Properties";
 
-struct VariantDeleter {
-  void operator()(GVariant* variant) const { g_variant_unref(variant); }
-};
-using Variant = std::unique_ptr<GVariant, VariantDeleter>;
+using Variant = LibraryHandle<GVariant, g_variant_unref>;
 
 /// Whether a dictionary of properties says that something is on.
 bool saysEnabled(GVariant* properties) {
@@ -43,11 +41,11 @@ class AccessibilityStatus::Watch : public std::enable_shared_from_this<Watch>,
  public:
   explicit Watch(std::function<void()> onEnabled) : onEnabled_(std::move(onEnabled)) {}
 
-  void start() { MessageBus::sessionBus().addDelegate(*this); }
+  void start() { registration_ = MessageBus::sessionBus().addDelegate(*this); }
 
   /// Nothing is called any more.
   void end() {
-    MessageBus::sessionBus().removeDelegate(*this);
+    registration_.reset();
     onEnabled_ = nullptr;
     changes_.reset();
     owners_.reset();
@@ -104,6 +102,7 @@ class AccessibilityStatus::Watch : public std::enable_shared_from_this<Watch>,
   std::function<void()> onEnabled_;
   std::unique_ptr<SignalSubscription> changes_;
   std::unique_ptr<SignalSubscription> owners_;
+  Registration registration_;
 };
 
 AccessibilityStatus::AccessibilityStatus(std::function<void()> onEnabled) {

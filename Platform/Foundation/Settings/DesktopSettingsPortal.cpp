@@ -15,6 +15,7 @@
 #include <memory>
 #include <optional>
 
+#include "Platform/Foundation/LibraryHandle.h"
 #include "Platform/Foundation/Notifications/DesktopWatch_p.h"
 #include "Platform/Foundation/Notifications/MessageBus_p.h"
 #include "Platform/Foundation/Notifications/SignalSubscription_p.h"
@@ -30,10 +31,7 @@ constexpr const char* Namespace = "org.freedesktop.appearance";
 /// A clock must not wait for a portal that is only starting; its answer comes later.
 constexpr int FirstAnswerMilliseconds = 150;
 
-struct VariantDeleter {
-  void operator()(GVariant* variant) const { g_variant_unref(variant); }
-};
-using Variant = std::unique_ptr<GVariant, VariantDeleter>;
+using Variant = LibraryHandle<GVariant, g_variant_unref>;
 
 /// The number within however many variants the portal's version wraps it in.
 std::optional<uint32_t> numberIn(GVariant* variant) {
@@ -56,12 +54,16 @@ struct Setting {
 
 class SettingsPortal : private MessageBusDelegate {
  public:
+  static SettingsPortal& sharedPortal() {
+    static SharedInstance<SettingsPortal> portal;
+    return portal.get();
+  }
+
   SettingsPortal() {
-    MessageBus::sessionBus().addDelegate(*this);
+    registration_ = MessageBus::sessionBus().addDelegate(*this);
     isStarting_ = false;
   }
   ~SettingsPortal() override {
-    MessageBus::sessionBus().removeDelegate(*this);
     g_cancellable_cancel(cancellable_);
     g_object_unref(cancellable_);
   }
@@ -171,19 +173,15 @@ class SettingsPortal : private MessageBusDelegate {
   };
   std::unique_ptr<SignalSubscription> changes_;
   std::unique_ptr<SignalSubscription> owners_;
+  Registration registration_;
 };
-
-SettingsPortal& sharedPortal() {
-  static SharedInstance<SettingsPortal> portal;
-  return portal.get();
-}
 
 }  // namespace
 
 PropertyList desktopSetting(std::string_view key, std::string_view domain) {
   const bool isAsked = (key == "AppleInterfaceStyle" && domain == ".GlobalPreferences") ||
                        (key == "increaseContrast" && domain == "com.apple.universalaccess");
-  return isAsked ? sharedPortal().value(key, domain) : PropertyList();
+  return isAsked ? SettingsPortal::sharedPortal().value(key, domain) : PropertyList();
 }
 
-void watchDesktopSettings() { sharedPortal(); }
+void watchDesktopSettings() { SettingsPortal::sharedPortal(); }

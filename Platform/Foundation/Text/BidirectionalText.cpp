@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <memory>
 
+#include "Platform/Foundation/LibraryHandle.h"
+
 namespace {
 
 /// UTF-8 of everything from the Hebrew letters on starts with this byte or a greater one; nothing
@@ -40,7 +42,7 @@ DirectionalLine directionalLine(std::string_view text) {
   if (isPlain(text)) return line;
   const icu::UnicodeString units = icu::UnicodeString::fromUTF8(text);
   const std::vector<size_t> bytes = bytesOfUnits(text);
-  const std::unique_ptr<UBiDi, decltype(&ubidi_close)> bidi(ubidi_open(), ubidi_close);
+  const LibraryHandle<UBiDi, ubidi_close> bidi(ubidi_open());
   UErrorCode status = U_ZERO_ERROR;
   ubidi_setPara(bidi.get(), units.getBuffer(), units.length(), UBIDI_DEFAULT_LTR, nullptr, &status);
   const int32_t count = ubidi_countRuns(bidi.get(), &status);

@@ -2,11 +2,10 @@
 
 #include <glib.h>
 
-#include <memory>
-
+#include "Platform/Foundation/LibraryHandle.h"
 #include "Platform/Foundation/Text/NSString.h"
 
 std::string NSUUIDString() {
-  const std::unique_ptr<char, decltype(&g_free)> text(g_uuid_string_random(), &g_free);
+  const LibraryHandle<char, g_free> text(g_uuid_string_random());
   return uppercaseString(text.get());
 }

@@ -6,7 +6,7 @@
 
 #include "Platform/Foundation/Time/SystemClock.h"
 
-NSDate NSDate::date() { return NSDate(SystemClock::shared().timeIntervalSince1970()); }
+NSDate NSDate::date() { return NSDate(SystemClock::sharedClock().timeIntervalSince1970()); }
 
 std::string NSDate::description() const {
   const auto seconds = static_cast<time_t>(std::floor(seconds_));

@@ -16,8 +16,7 @@ namespace {
 
 class SleepWatch : public DesktopWatch, private MessageBusDelegate {
  public:
-  SleepWatch() { MessageBus::systemBus().addDelegate(*this); }
-  ~SleepWatch() override { MessageBus::systemBus().removeDelegate(*this); }
+  SleepWatch() { registration_ = MessageBus::systemBus().addDelegate(*this); }
 
  private:
   void busConnected(GDBusConnection* bus) override {
@@ -35,6 +34,7 @@ class SleepWatch : public DesktopWatch, private MessageBusDelegate {
   }
 
   std::unique_ptr<SignalSubscription> subscription_;
+  Registration registration_;
 };
 
 }  // namespace

@@ -19,7 +19,7 @@ std::atomic<const SystemClock*> installedClock = &operatingSystemClock;
 
 }  // namespace
 
-const SystemClock& SystemClock::shared() { return *installedClock; }
+const SystemClock& SystemClock::sharedClock() { return *installedClock; }
 
 void SystemClock::install(const SystemClock* clock) {
   installedClock = clock != nullptr ? clock : &operatingSystemClock;

@@ -13,7 +13,7 @@ class SystemClock {
   virtual double timeIntervalSince1970() const = 0;
 
   /// The installed clock; the operating system's unless another one was installed.
-  static const SystemClock& shared();
+  static const SystemClock& sharedClock();
 
   /// Installs `clock`, which must outlive its use; null brings the operating system's back.
   static void install(const SystemClock* clock);

@@ -15,6 +15,7 @@
 
 #include <cstdint>
 
+#include "Platform/Foundation/Files/FileDescriptor.h"
 #include "Platform/Foundation/Notifications/DesktopWatch_p.h"
 
 namespace {
@@ -22,21 +23,20 @@ namespace {
 class SystemClockWatch : public DesktopWatch {
  public:
   SystemClockWatch() : timer_(timerfd_create(CLOCK_REALTIME, TFD_NONBLOCK | TFD_CLOEXEC)) {
-    if (timer_ < 0) return;
+    if (!timer_) return;
     arm();
-    source_ = g_unix_fd_add(timer_, G_IO_IN, becameReadable, this);
+    source_ = g_unix_fd_add(timer_.get(), G_IO_IN, becameReadable, this);
   }
 
   ~SystemClockWatch() override {
     if (source_ != 0) g_source_remove(source_);
-    if (timer_ >= 0) close(timer_);
   }
 
  private:
   void arm() const {
     itimerspec never{};
     never.it_value.tv_sec = 253'402'300'799;  // The end of the year 9999.
-    timerfd_settime(timer_, TFD_TIMER_ABSTIME | TFD_TIMER_CANCEL_ON_SET, &never, nullptr);
+    timerfd_settime(timer_.get(), TFD_TIMER_ABSTIME | TFD_TIMER_CANCEL_ON_SET, &never, nullptr);
   }
 
   static gboolean becameReadable(int timer, GIOCondition, gpointer self) {
@@ -47,7 +47,7 @@ class SystemClockWatch : public DesktopWatch {
     return G_SOURCE_CONTINUE;
   }
 
-  int timer_;
+  FileDescriptor timer_;
   guint source_ = 0;
 };
 

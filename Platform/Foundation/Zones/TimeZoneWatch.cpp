@@ -18,6 +18,7 @@
 #include <filesystem>
 #include <tuple>
 
+#include "Platform/Foundation/LibraryHandle.h"
 #include "Platform/Foundation/Notifications/DesktopWatch_p.h"
 #include "Platform/Foundation/Notifications/MessageBus_p.h"
 #include "Platform/Foundation/Notifications/SignalSubscription_p.h"
@@ -27,10 +28,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-struct ObjectDeleter {
-  void operator()(gpointer object) const { g_object_unref(object); }
-};
-using Monitor = std::unique_ptr<GFileMonitor, ObjectDeleter>;
+using Monitor = LibraryHandle<GFileMonitor, g_object_unref>;
 
 /// What tells one state of the zone from another: where the link leads, and which file is there.
 using ZoneState = std::tuple<std::string, ino_t, off_t, time_t, long>;
@@ -48,9 +46,8 @@ class TimeZoneWatch : public DesktopWatch, private MessageBusDelegate {
  public:
   TimeZoneWatch() : state_(presentState()), link_(watch(localTimeFile())) {
     watchTarget();
-    MessageBus::systemBus().addDelegate(*this);
+    registration_ = MessageBus::systemBus().addDelegate(*this);
   }
-  ~TimeZoneWatch() override { MessageBus::systemBus().removeDelegate(*this); }
 
  private:
   void busConnected(GDBusConnection* bus) override {
@@ -61,9 +58,8 @@ class TimeZoneWatch : public DesktopWatch, private MessageBusDelegate {
   }
 
   Monitor watch(const fs::path& path) {
-    GFile* file = g_file_new_for_path(path.c_str());
-    Monitor monitor(g_file_monitor_file(file, G_FILE_MONITOR_WATCH_MOVES, nullptr, nullptr));
-    g_object_unref(file);
+    const LibraryHandle<GFile, g_object_unref> file(g_file_new_for_path(path.c_str()));
+    Monitor monitor(g_file_monitor_file(file.get(), G_FILE_MONITOR_WATCH_MOVES, nullptr, nullptr));
     if (monitor) g_signal_connect(monitor.get(), "changed", G_CALLBACK(fileChanged), this);
     return monitor;
   }
@@ -95,6 +91,7 @@ class TimeZoneWatch : public DesktopWatch, private MessageBusDelegate {
   Monitor link_;
   Monitor target_;
   std::unique_ptr<SignalSubscription> subscription_;
+  Registration registration_;
 };
 
 }  // namespace

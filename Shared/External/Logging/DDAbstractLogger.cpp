@@ -3,14 +3,14 @@
 #include <utility>
 
 #include "Platform/Foundation/Process/NSAssert.h"
-#include "Shared/External/Logging/DDLog.h"
+#include "Shared/External/Logging/DDLoggingQueue.h"
 
 DDAbstractLogger_Time::DDAbstractLogger_Time(std::string_view loggerName)
     : loggerQueue_(dispatch_queue_create(loggerName)) {
   dispatch_queue_set_specific(loggerQueue_, this, this);
 }
 
-bool DDAbstractLogger_Time::isOnGlobalLoggingQueue() { return DDLog_Time::isOnLoggingQueue(); }
+bool DDAbstractLogger_Time::isOnGlobalLoggingQueue() { return ::isOnGlobalLoggingQueue(); }
 
 bool DDAbstractLogger_Time::isOnInternalLoggerQueue() const {
   return dispatch_get_specific(this) != nullptr;
@@ -25,15 +25,14 @@ void DDAbstractLogger_Time::assertNotOnItsQueues() const {
 
 void DDAbstractLogger_Time::read(const std::function<void()>& access) const {
   assertNotOnItsQueues();
-  dispatch_sync(DDLog_Time::loggingQueue(), [&] { dispatch_sync(loggerQueue_, access); });
+  dispatch_sync(globalLoggingQueue(), [&] { dispatch_sync(loggerQueue_, access); });
 }
 
 void DDAbstractLogger_Time::change(std::function<void()> access) {
   assertNotOnItsQueues();
-  dispatch_async(DDLog_Time::loggingQueue(),
-                 [self = shared_from_this(), access = std::move(access)] {
-                   dispatch_async(self->loggerQueue_, [self, access] { access(); });
-                 });
+  dispatch_async(globalLoggingQueue(), [self = shared_from_this(), access = std::move(access)] {
+    dispatch_async(self->loggerQueue_, [self, access] { access(); });
+  });
 }
 
 std::shared_ptr<DDLogFormatter> DDAbstractLogger_Time::logFormatter() {

@@ -8,6 +8,7 @@
 #include "Platform/Foundation/RunLoop/NSRunLoop.h"
 #include "Platform/Foundation/SharedInstance.h"
 #include "Shared/External/Logging/DDLoggerNode.h"
+#include "Shared/External/Logging/DDLoggingQueue.h"
 #include "Shared/External/Logging/DDLogMessage.h"
 #include "Shared/External/Logging/FormattedText.h"
 
@@ -20,12 +21,11 @@ constexpr int64_t MaximumWaiting = 1000;
 struct DDLog_Time::Core {
   Core() {
     loggers.reserve(4);
-    dispatch_queue_set_specific(queue, this, this);
     // The queue is made by now, so its threads stop after this.
     std::atexit(flushLog);
   }
 
-  const dispatch_queue_t queue = dispatch_queue_create("cocoa.lumberjack");
+  const dispatch_queue_t queue = globalLoggingQueue();
   const dispatch_group_t group = dispatch_group_create();
   const dispatch_semaphore_t places = dispatch_semaphore_create(MaximumWaiting);
   const unsigned processors = processorCount();
@@ -40,7 +40,7 @@ DDLog_Time::Core& DDLog_Time::core() {
 
 const dispatch_queue_t& DDLog_Time::loggingQueue() { return core().queue; }
 
-bool DDLog_Time::isOnLoggingQueue() { return dispatch_get_specific(&core()) != nullptr; }
+bool DDLog_Time::isOnLoggingQueue() { return isOnGlobalLoggingQueue(); }
 
 void DDLog_Time::addLogger(std::shared_ptr<DDAbstractLogger_Time> logger, int32_t logLevel) {
   if (!logger) return;

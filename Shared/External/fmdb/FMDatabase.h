@@ -45,7 +45,8 @@ enum class FMTransactionKind { Exclusive, Deferred };
 /// log line that the connection is in use, unless `setWaitsForTurn` has it wait. Cursors are
 /// stepped independently of that. Closing may happen at any moment: it closes the open cursors, and
 /// the file as soon as a call in progress on another thread has ended.
-class FMDatabase_Time : public std::enable_shared_from_this<FMDatabase_Time> {
+class FMDatabase_Time : public FMResultSetParent,
+                        public std::enable_shared_from_this<FMDatabase_Time> {
  public:
   /// A closed connection to the file at `path`, which is resolved by `resolvedPath`. Null stands
   /// for a database in memory, an empty path for a temporary file.
@@ -54,12 +55,12 @@ class FMDatabase_Time : public std::enable_shared_from_this<FMDatabase_Time> {
   FMDatabase_Time(const FMDatabase_Time&) = delete;
   FMDatabase_Time& operator=(const FMDatabase_Time&) = delete;
   /// Closes.
-  ~FMDatabase_Time();
+  ~FMDatabase_Time() override;
 
   /// This layer's version.
   static std::string_view version() { return "2.6.2"; }
 
-  const std::optional<std::string>& databasePath() const { return databasePath_; }
+  const std::optional<std::string>& databasePath() const override { return databasePath_; }
   std::string description() const;
 
   /// Opens for reading and writing and creates a missing file. True also if it was open.
@@ -244,11 +245,9 @@ class FMDatabase_Time : public std::enable_shared_from_this<FMDatabase_Time> {
   }
   /// Stores dates as text and reads them so; null brings seconds since 1970 back.
   void setDateFormat(std::optional<FMDateFormat> format);
-  std::optional<FMDateFormat> dateFormat() const;
+  std::optional<FMDateFormat> dateFormat() const override;
 
  private:
-  friend class FMResultSet_Time;
-
   /// Text keys that are looked up without a copy.
   struct TextHash {
     using is_transparent = void;
@@ -288,7 +287,7 @@ class FMDatabase_Time : public std::enable_shared_from_this<FMDatabase_Time> {
     return rows && rows->next() ? rows : nullptr;
   }
 
-  void resultSetDidClose(const FMResultSet_Time& resultSet);
+  void resultSetDidClose(const FMResultSet_Time& resultSet) override;
 
   const std::optional<std::string> databasePath_;
   std::atomic<bool> logsErrors_ = true;

@@ -88,8 +88,8 @@ bool FMDatabase_Time::validateSQL(std::string_view sql, std::optional<NSError>* 
     sqlite3_stmt* statement = nullptr;
     code = sqlite3_prepare_v2(current->handle(), sql.data(), static_cast<int>(sql.size()),
                               &statement, nullptr);
+    const LibraryHandle<sqlite3_stmt, sqlite3_finalize> owned(statement);
     if (code != SQLITE_OK) failure = current->error(code);
-    sqlite3_finalize(statement);
   }
   if (code == SQLITE_OK) return true;
   if (error != nullptr) *error = std::move(failure);

@@ -4,6 +4,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "Platform/Dispatch/DispatchFunctions.h"
 #include "Platform/Foundation/Text/ObjectDescription.h"
 #include "Shared/External/Logging/DDLogLine.h"
 

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <utility>
 
+#include "Platform/Dispatch/DispatchFunctions.h"
 #include "Platform/Foundation/Process/NSAssert.h"
 #include "Platform/Foundation/Text/ObjectDescription.h"
 #include "Shared/External/Logging/DDLogLine.h"

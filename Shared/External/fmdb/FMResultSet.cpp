@@ -5,11 +5,11 @@
 #include "Platform/Foundation/Process/NSLog.h"
 #include "Platform/Foundation/Text/NSString.h"
 #include "Shared/External/fmdb/FMConnection.h"
-#include "Shared/External/fmdb/FMDatabase.h"
 #include "Shared/External/fmdb/FMStatement.h"
 
 FMResultSet_Time::FMResultSet_Time(std::shared_ptr<FMStatement_Time> statement,
-                                   std::weak_ptr<FMDatabase_Time> parentDB, std::string_view query)
+                                   std::weak_ptr<FMResultSetParent> parentDB,
+                                   std::string_view query)
     : query_(query),
       statement_(std::move(statement)),
       handle_(statement_->statement()),
@@ -38,7 +38,8 @@ bool FMResultSet_Time::nextWithError(std::optional<NSError>* error) {
 }
 
 void FMResultSet_Time::reportFailure(int code, const FMStatement_Time* statement,
-                                     const FMDatabase_Time* parent, std::optional<NSError>* error) {
+                                     const FMResultSetParent* parent,
+                                     std::optional<NSError>* error) {
   NSError failure = statement != nullptr ? statement->connection().error(code)
                                          : NSError{FMErrorDomain, code, sqlite3_errstr(code)};
   if (code == SQLITE_BUSY || code == SQLITE_LOCKED) {
@@ -65,7 +66,7 @@ bool FMResultSet_Time::hasAnotherRow() const {
 
 void FMResultSet_Time::close() {
   std::shared_ptr<FMStatement_Time> statement;
-  std::shared_ptr<FMDatabase_Time> parent;
+  std::shared_ptr<FMResultSetParent> parent;
   {
     const std::lock_guard lock(mutex_);
     statement = std::move(statement_);

@@ -13,10 +13,23 @@
 #include "Platform/Foundation/NSError.h"
 #include "Platform/Foundation/PropertyLists/PropertyList.h"
 #include "Platform/Foundation/Time/NSDate.h"
+#include "Shared/External/fmdb/FMDateFormat.h"
 
-class FMDatabase_Time;
+class FMResultSet_Time;
 class FMStatement_Time;
 struct sqlite3_stmt;
+
+/// The connection that a cursor belongs to, as the cursor sees it.
+class FMResultSetParent {
+ public:
+  virtual ~FMResultSetParent() = default;
+
+  /// Null for a database in memory.
+  virtual const std::optional<std::string>& databasePath() const = 0;
+  /// Null where dates are numbers.
+  virtual std::optional<FMDateFormat> dateFormat() const = 0;
+  virtual void resultSetDidClose(const FMResultSet_Time& resultSet) = 0;
+};
 
 /// A cursor over the rows of a query. The first `next` runs the query and stands on the first row.
 /// It closes itself behind the last row, on an error and with its connection; from then on it has
@@ -29,7 +42,7 @@ class FMResultSet_Time {
  public:
   /// Made by the connection's `executeQuery`.
   FMResultSet_Time(std::shared_ptr<FMStatement_Time> statement,
-                   std::weak_ptr<FMDatabase_Time> parentDB, std::string_view query);
+                   std::weak_ptr<FMResultSetParent> parentDB, std::string_view query);
   FMResultSet_Time(const FMResultSet_Time&) = delete;
   FMResultSet_Time& operator=(const FMResultSet_Time&) = delete;
   ~FMResultSet_Time();
@@ -90,7 +103,7 @@ class FMResultSet_Time {
   };
 
   static void reportFailure(int code, const FMStatement_Time* statement,
-                            const FMDatabase_Time* parent, std::optional<NSError>* error);
+                            const FMResultSetParent* parent, std::optional<NSError>* error);
   /// What `reader` says of a column of the row, or a null value if there is none.
   template <typename Value, typename Reader>
   Value read(int index, Reader reader) const;
@@ -103,7 +116,7 @@ class FMResultSet_Time {
   mutable std::mutex mutex_;
   std::shared_ptr<FMStatement_Time> statement_;
   sqlite3_stmt* handle_ = nullptr;
-  std::weak_ptr<FMDatabase_Time> parentDB_;
+  std::weak_ptr<FMResultSetParent> parentDB_;
   int rowColumnCount_ = 0;  ///< 0 unless the cursor stands on a row.
   bool hasStepped_ = false;
   mutable std::optional<std::map<std::string, int, std::less<>>> columnNameToIndexMap_;

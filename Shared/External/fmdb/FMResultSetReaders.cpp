@@ -5,7 +5,6 @@
 
 #include "Platform/Foundation/Process/NSLog.h"
 #include "Shared/External/fmdb/FMConnection.h"
-#include "Shared/External/fmdb/FMDatabase.h"
 #include "Shared/External/fmdb/FMResultSet.h"
 
 namespace {
@@ -118,7 +117,7 @@ bool FMResultSet_Time::columnIndexIsNull(int index) const {
 
 std::optional<NSDate> FMResultSet_Time::dateForColumnIndex(int index) const {
   if (columnIndexIsNull(index)) return std::nullopt;
-  std::shared_ptr<FMDatabase_Time> parent;
+  std::shared_ptr<FMResultSetParent> parent;
   {
     const std::lock_guard lock(mutex_);
     parent = parentDB_.lock();

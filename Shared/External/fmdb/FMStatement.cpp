@@ -6,6 +6,4 @@ FMStatement_Time::FMStatement_Time(std::shared_ptr<FMConnection> connection,
                                    sqlite3_stmt* statement)
     : connection_(std::move(connection)), statement_(statement) {}
 
-FMStatement_Time::~FMStatement_Time() { sqlite3_finalize(statement_); }
-
-int FMStatement_Time::reset() { return sqlite3_reset(statement_); }
+int FMStatement_Time::reset() { return sqlite3_reset(statement_.get()); }

@@ -1,13 +1,16 @@
 #pragma once
 
+#include <sqlite3.h>
+
 #include <atomic>
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
 
+#include "Platform/Foundation/LibraryHandle.h"
+
 class FMConnection;
-struct sqlite3_stmt;
 
 /// A prepared statement, finalised with this object. The text of a query may be a blank or a
 /// comment: there is no statement handle then.
@@ -17,9 +20,8 @@ class FMStatement_Time {
   FMStatement_Time(std::shared_ptr<FMConnection> connection, sqlite3_stmt* statement);
   FMStatement_Time(const FMStatement_Time&) = delete;
   FMStatement_Time& operator=(const FMStatement_Time&) = delete;
-  ~FMStatement_Time();
 
-  sqlite3_stmt* statement() const { return statement_; }
+  sqlite3_stmt* statement() const { return statement_.get(); }
   const FMConnection& connection() const { return *connection_; }
 
   /// The text under which the statement is cached.
@@ -37,7 +39,7 @@ class FMStatement_Time {
 
  private:
   std::shared_ptr<FMConnection> connection_;
-  sqlite3_stmt* statement_;
+  LibraryHandle<sqlite3_stmt, sqlite3_finalize> statement_;
   std::string query_;
   std::atomic<int64_t> useCount_ = 0;
   std::atomic<bool> inUse_ = false;

@@ -9,7 +9,7 @@
 #include "Platform/AppKit/Text/NSStringDrawing.h"
 #include "Platform/AppKit/Views/NSView.h"
 
-class ZEVMenuExtra_Time;
+class ZEVModularExtra;
 
 /// What a module draws into the slot. A drawing object that is never in a view tree: the host view
 /// calls `drawAtOffset` during its own drawing, and a redraw is always asked of the host view.
@@ -24,9 +24,9 @@ class ZEVMenuExtraContentView_Time : public NSView {
 
   bool isMenuDown() const { return isMenuDown_; }
   void setIsMenuDown(bool isDown) { isMenuDown_ = isDown; }
-  ZEVMenuExtra_Time* extra() const { return extra_; }
+  ZEVModularExtra* extra() const { return extra_; }
   /// Not owned: the extra owns the module that owns this.
-  void setExtra(ZEVMenuExtra_Time* extra) { extra_ = extra; }
+  void setExtra(ZEVModularExtra* extra) { extra_ = extra; }
 
   virtual void loadConfig() {}
   /// Called by each tick; asks for no drawing.
@@ -53,7 +53,7 @@ class ZEVMenuExtraContentView_Time : public NSView {
   NSTextAttributes builtAttributes(const TextConfig& config) const;
 
   bool isMenuDown_ = false;
-  ZEVMenuExtra_Time* extra_ = nullptr;
+  ZEVModularExtra* extra_ = nullptr;
   std::map<std::string, TextConfig, std::less<>> config_;
   std::map<std::string, NSTextAttributes, std::less<>> attributes_;
 };

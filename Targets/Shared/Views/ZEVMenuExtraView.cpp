@@ -7,7 +7,8 @@
 #include "Targets/Shared/Views/ZEVMenuExtraContentView.h"
 #include "Targets/Shared/WENVersions.h"
 #include "Targets/Shared/ZEVImageCache.h"
-#include "Targets/Shared/ZEVMenuExtra.h"
+#include "Targets/Shared/ZEVModularExtra.h"
+#include "Targets/Shared/ZEVModule.h"
 #include "Targets/Shared/ZEVPreferences.h"
 
 namespace {
@@ -24,7 +25,7 @@ bool isSnapshotPass() {
 
 }  // namespace
 
-ZEVMenuExtraView_Time::ZEVMenuExtraView_Time(NSRect frame, ZEVMenuExtra_Time& extra)
+ZEVMenuExtraView_Time::ZEVMenuExtraView_Time(NSRect frame, ZEVModularExtra& extra)
     : NSMenuExtraView(frame, extra), extra_(extra) {}
 
 void ZEVMenuExtraView_Time::drawRect(NSRect) {

@@ -4,7 +4,7 @@
 
 #include "Platform/SystemUIPlugin/NSMenuExtra.h"
 
-class ZEVMenuExtra_Time;
+class ZEVModularExtra;
 class ZEVModule_Time;
 
 /// The one real view of an extra, the frame of all drawing: asks each module's content to draw at a
@@ -12,7 +12,7 @@ class ZEVModule_Time;
 /// pass.
 class ZEVMenuExtraView_Time : public NSMenuExtraView {
  public:
-  ZEVMenuExtraView_Time(NSRect frame, ZEVMenuExtra_Time& extra);
+  ZEVMenuExtraView_Time(NSRect frame, ZEVModularExtra& extra);
 
   /// With `zero` a change of width first sets the slot's length to 0.
   bool zero() const { return zero_; }
@@ -32,7 +32,7 @@ class ZEVMenuExtraView_Time : public NSMenuExtraView {
   int64_t drawModule(ZEVModule_Time& module, int64_t offset);
   void fitSlot(int64_t width);
 
-  ZEVMenuExtra_Time& extra_;
+  ZEVModularExtra& extra_;
   bool zero_ = false;
   bool isMenuDown_ = false;
   int64_t lastSize_ = 0;

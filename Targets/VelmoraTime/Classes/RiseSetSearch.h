@@ -1,7 +1,8 @@
 #pragma once
 
+#include <cstdint>
+
 #include "Targets/VelmoraTime/Classes/AstronomyArithmetic.h"
-#include "Targets/VelmoraTime/Classes/SunMath.h"
 
 /// What a search of one day found. Hours from the day's start.
 struct RiseSetSearch {
@@ -13,6 +14,12 @@ struct RiseSetSearch {
 
   bool crosses() const { return rises || sets; }
 };
+
+/// Fits a parabola through the samples at -1, 0 and 1: `nz` counts its zeros within that range,
+/// `z1` and `z2` are the zeros, `xe` and `ye` the extremum. With one zero in range `z1` is it.
+/// Montenbruck & Pfleger, ch. 3 (QUAD).
+void quad(double& nz, double& z1, double& z2, double& xe, double& ye, double yMinus, double y0,
+          double yPlus);
 
 /// Looks for the zeros of `height(hour)` over hours 0 to 24, by parabolas through three hourly
 /// samples. Montenbruck & Pfleger, "Astronomy on the Personal Computer", ch. 3 (SUNSET).

@@ -34,12 +34,6 @@ void sunPosition(double& declination, double& rightAscension, double t);
 double sunSinAlt(double modifiedJulianDate, double hour, double minute, double longitude,
                  double cosLatitude, double sinLatitude);
 
-/// Fits a parabola through the samples at -1, 0 and 1: `nz` counts its zeros within that range,
-/// `z1` and `z2` are the zeros, `xe` and `ye` the extremum. With one zero in range `z1` is it.
-/// Montenbruck & Pfleger, ch. 3 (QUAD).
-void quad(double& nz, double& z1, double& z2, double& xe, double& ye, double yMinus, double y0,
-          double yPlus);
-
 /// When the Sun rises above and sets below the altitude whose sine is given, in the 24 hours from
 /// the zone's midnight of the date, in seconds relative to 00:00 UTC of that date, or markers.
 /// A pair of crossings within two hours counts only beside a single crossing.

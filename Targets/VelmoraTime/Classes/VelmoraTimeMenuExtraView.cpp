@@ -3,7 +3,7 @@
 #include "Platform/Foundation/Time/NSDate.h"
 #include "Targets/Shared/ZEVPreferences.h"
 
-void VelmoraTimeMenuExtraView::init(NSRect frame, ZEVMenuExtra_Time& extra) {
+void VelmoraTimeMenuExtraView::init(NSRect frame, ZEVModularExtra& extra) {
   setFrame(frame);
   moon_.setSize(16);
   moon_.setRange(22);

@@ -9,7 +9,7 @@
 /// Moon.
 class VelmoraTimeMenuExtraView : public ZEVMenuExtraClockView_Time {
  public:
-  void init(NSRect frame, ZEVMenuExtra_Time& extra);
+  void init(NSRect frame, ZEVModularExtra& extra);
 
   void loadConfig() override;
   /// Stamps the present time and turns the separators' phase over.

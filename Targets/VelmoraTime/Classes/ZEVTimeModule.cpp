@@ -7,7 +7,7 @@
 #include "Platform/Foundation/Settings/NSUserDefaults.h"
 #include "Platform/Foundation/Time/NSDate.h"
 #include "Platform/Foundation/Zones/NSTimeZone.h"
-#include "Targets/Shared/ZEVMenuExtra.h"
+#include "Targets/Shared/ZEVModularExtra.h"
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/Shared/ZEVTranslations.h"
 #include "Targets/VelmoraTime/Classes/VelmoraTimeMenuExtraView.h"
@@ -30,7 +30,7 @@ std::string ZEVTimeModule_Time::moduleName() const {
   return WENLocalizedString("Time", "", "time");
 }
 
-void ZEVTimeModule_Time::loadViewWithExtra(ZEVMenuExtra_Time& extra) {
+void ZEVTimeModule_Time::loadViewWithExtra(ZEVModularExtra& extra) {
   clockView_ = make<VelmoraTimeMenuExtraView>(NSMakeRect(0, 0, 20, NSMenuExtra::Height), extra);
   setView(clockView_);
 }
@@ -43,13 +43,13 @@ std::shared_ptr<ZEVTimeModule_Time> ZEVTimeModule_Time::self() {
 }
 
 void ZEVTimeModule_Time::setup() {
-  const auto& cities = CityStatCollector_Time::sharedCityStatCollector();
-  cities->addDelegate(self());
-  cities->loadDatabase();
+  auto& cities = CityStatCollector_Time::sharedCityStatCollector();
+  cities.addDelegate(self());
+  cities.loadDatabase();
   updateClocks();
   // Last, so that the first phase lands on a finished view.
   moonCollector_ = MoonStatCollector::sharedMoonCollector();
-  moonCollector_->addDelegate(*this);
+  moonRegistration_ = moonCollector_->addDelegate(*this);
   moonCollector_->updateCurrentPhase();
 }
 
@@ -126,9 +126,9 @@ void ZEVTimeModule_Time::partialUnload() {
 }
 
 void ZEVTimeModule_Time::leaveCollectors() {
-  CityStatCollector_Time::sharedCityStatCollector()->removeDelegate(*this);
+  CityStatCollector_Time::sharedCityStatCollector().removeDelegate(*this);
   if (!moonCollector_) return;
-  moonCollector_->removeDelegate(*this);
+  moonRegistration_.reset();
   moonCollector_.reset();
   MoonStatCollector::cleanup();
 }

@@ -20,7 +20,7 @@ class ZEVTimeModule_Time : public ZEVModule_Time,
   ~ZEVTimeModule_Time() override;
 
   std::string moduleName() const override;
-  void loadViewWithExtra(ZEVMenuExtra_Time& extra) override;
+  void loadViewWithExtra(ZEVModularExtra& extra) override;
   void setup() override;
   void loadNotifications() override;
   void willUnload() override;
@@ -51,6 +51,7 @@ class ZEVTimeModule_Time : public ZEVModule_Time,
   /// What `view` is in this module.
   std::shared_ptr<VelmoraTimeMenuExtraView> clockView_;
   std::shared_ptr<MoonStatCollector> moonCollector_;
+  Registration moonRegistration_;
   bool cancelled_ = false;
   std::vector<NSObservation> observations_;
 };

@@ -13,6 +13,7 @@
 #include <thread>
 #include <vector>
 
+#include "Platform/Foundation/Files/FileDescriptor.h"
 #include "Platform/Foundation/RunLoop/VirtualRunLoop.h"
 #include "Tests/Support/ChildProcess.h"
 
@@ -42,11 +43,11 @@ template <typename Kind>
 class RunLoop : public testing::Test {
  protected:
   void scheduleNoting(int64_t deadline, const std::string& note) {
-    loop.scheduleAt(deadline, [this, note] { notes += note; });
+    loop.performBlockAt(deadline, [this, note] { notes += note; });
   }
 
   void runUntil(int64_t deadline) {
-    loop.scheduleAt(deadline, [this] { loop.stop(); });
+    loop.performBlockAt(deadline, [this] { loop.stop(); });
     loop.run();
   }
 
@@ -83,7 +84,7 @@ TYPED_TEST(RunLoop, IsNeverEarly) {
                              1 * Millisecond - 1, 2 * Millisecond + 1}) {
     const int64_t deadline = this->loop.now() + wait;
     int64_t ranAt = 0;
-    this->loop.scheduleAt(deadline, [&] {
+    this->loop.performBlockAt(deadline, [&] {
       ranAt = this->loop.now();
       this->loop.stop();
     });
@@ -105,29 +106,34 @@ TYPED_TEST(RunLoop, APastDeadlineWaitsForTheNextPass) {
 TYPED_TEST(RunLoop, AFarDeadlineStaysInTheFuture) {
   const auto timer = this->loop.scheduleAt(std::numeric_limits<int64_t>::max(), [] { FAIL(); });
   this->loop.runPending();
-  this->loop.cancel(timer);
+  EXPECT_TRUE(timer);
 }
 
-TYPED_TEST(RunLoop, ForgetsWhatIsCancelled) {
+TYPED_TEST(RunLoop, ForgetsWhatHasLostItsHandle) {
   const int64_t start = this->loop.now();
-  const auto first = this->loop.scheduleAt(start, [] { FAIL(); });
+  auto first = this->loop.scheduleAt(start, [] { FAIL(); });
+  auto moved = std::move(first);
+  auto replaced = this->loop.scheduleAt(start, [] { FAIL(); });
+  replaced = this->loop.scheduleAt(start, [this] { this->notes += "new "; });
   this->scheduleNoting(start, "kept");
-  this->loop.cancel(first);
-  this->loop.cancel(first);
-  this->loop.cancel(0);
-  this->loop.cancel(987'654'321);
+  first.reset();
+  EXPECT_TRUE(moved);
+  moved.reset();
+  moved.reset();
+  EXPECT_FALSE(moved);
   this->loop.runPending();
-  EXPECT_EQ(this->notes, "kept");
+  EXPECT_EQ(this->notes, "new kept");
+  replaced.reset();
   EXPECT_FALSE(this->loop.runPending());
 }
 
 TYPED_TEST(RunLoop, ACallbackMayCancelItselfAndTheNextOne) {
   const int64_t start = this->loop.now();
-  NSRunLoop::TimerId own = 0;
-  NSRunLoop::TimerId next = 0;
+  NSRunLoop::Timer own;
+  NSRunLoop::Timer next;
   own = this->loop.scheduleAt(start, [&] {
-    this->loop.cancel(own);
-    this->loop.cancel(next);
+    own.reset();
+    next.reset();
   });
   next = this->loop.scheduleAt(start, [] { FAIL(); });
   this->scheduleNoting(start, "last");
@@ -138,9 +144,9 @@ TYPED_TEST(RunLoop, ACallbackMayCancelItselfAndTheNextOne) {
 TYPED_TEST(RunLoop, ACallbackThatRenewsItselfDoesNotHoldThePass) {
   int calls = 0;
   std::function<void()> renew = [&] {
-    if (++calls < 1000) this->loop.scheduleAt(this->loop.now(), renew);
+    if (++calls < 1000) this->loop.performBlock(renew);
   };
-  this->loop.scheduleAt(this->loop.now(), renew);
+  this->loop.performBlock(renew);
   EXPECT_TRUE(this->loop.runPending());
   EXPECT_EQ(calls, 1);
   EXPECT_TRUE(this->loop.runPending());
@@ -151,7 +157,7 @@ TYPED_TEST(RunLoop, ACallbackThatRenewsItselfDoesNotHoldThePass) {
 
 TYPED_TEST(RunLoop, ACallbackMayServeTheLoopItself) {
   const int64_t start = this->loop.now();
-  this->loop.scheduleAt(start, [this] {
+  this->loop.performBlockAt(start, [this] {
     this->notes += "(";
     this->loop.runPending();
     this->notes += ")";
@@ -166,8 +172,8 @@ TYPED_TEST(RunLoop, GoesOnAfterAnExceptionAndReportsItOnce) {
   const int64_t start = this->loop.now();
   const std::string text = "the fault of " + std::string(typeid(TypeParam).name());
   for (int round = 0; round < 3; ++round) {
-    this->loop.scheduleAt(start, [text] { throw std::runtime_error(text); });
-    this->loop.scheduleAt(start, [] { throw 7; });
+    this->loop.performBlockAt(start, [text] { throw std::runtime_error(text); });
+    this->loop.performBlockAt(start, [] { throw 7; });
     this->scheduleNoting(start, "x");
   }
   this->loop.runPending();
@@ -181,7 +187,7 @@ TYPED_TEST(RunLoop, GoesOnAfterAnExceptionAndReportsItOnce) {
 TYPED_TEST(RunLoop, StopEndsTheRunBehindItsCallback) {
   const int64_t start = this->loop.now();
   this->scheduleNoting(start, "a");
-  this->loop.scheduleAt(start, [this] { this->loop.stop(); });
+  this->loop.performBlockAt(start, [this] { this->loop.stop(); });
   this->scheduleNoting(start, "b");
   this->loop.run();
   EXPECT_EQ(this->notes, "a");
@@ -191,7 +197,7 @@ TYPED_TEST(RunLoop, StopEndsTheRunBehindItsCallback) {
 
 TYPED_TEST(RunLoop, StopEndsTheInnermostRunAlone) {
   const int64_t start = this->loop.now();
-  this->loop.scheduleAt(start, [this] {
+  this->loop.performBlockAt(start, [this] {
     this->notes += "(";
     this->runUntil(this->loop.now());
     this->notes += ")";
@@ -204,17 +210,16 @@ TYPED_TEST(RunLoop, StopEndsTheInnermostRunAlone) {
 // What a callback holds goes with it, and may itself cancel others while it goes.
 TYPED_TEST(RunLoop, ReleasesWhatACallbackHeld) {
   const int64_t start = this->loop.now();
-  const auto other = this->loop.scheduleAt(start, [] { FAIL(); });
+  auto other = this->loop.scheduleAt(start, [] { FAIL(); });
   const auto canceller = [&] {
     return std::shared_ptr<void>(nullptr, [&](void*) {
-      this->loop.cancel(other);
+      other.reset();
       this->notes += "gone ";
     });
   };
-  const auto cancelled = this->loop.scheduleAt(start, [held = canceller()] {});
-  this->loop.cancel(cancelled);
+  this->loop.scheduleAt(start, [held = canceller()] {}).reset();
   EXPECT_EQ(this->notes, "gone ");
-  this->loop.scheduleAt(start, [held = canceller()] {});
+  this->loop.performBlockAt(start, [held = canceller()] {});
   this->loop.runPending();
   EXPECT_EQ(this->notes, "gone gone ");
 }
@@ -251,26 +256,63 @@ TYPED_TEST(RunLoop, WakesForWorkFromAnotherThread) {
   if (worker.joinable()) worker.join();
 }
 
-TYPED_TEST(RunLoop, WatchesADescriptorUntilToldNotTo) {
-  std::array<int, 2> ends{};
-  ASSERT_EQ(pipe(ends.data()), 0);
-  const auto watch = this->loop.watchDescriptor(ends[0], [&] {
+struct Pipe {
+  Pipe() {
+    std::array<int, 2> ends{};
+    EXPECT_EQ(pipe(ends.data()), 0);
+    output = FileDescriptor(ends[0]);
+    input = FileDescriptor(ends[1]);
+  }
+  char take() const {
     char byte = 0;
-    ASSERT_EQ(read(ends[0], &byte, 1), 1);
-    this->notes += byte;
-  });
+    EXPECT_EQ(read(output.get(), &byte, 1), 1);
+    return byte;
+  }
+  void put(char byte) const { EXPECT_EQ(write(input.get(), &byte, 1), 1); }
+
+  FileDescriptor output;
+  FileDescriptor input;
+};
+
+TYPED_TEST(RunLoop, WatchesADescriptorUntilItsHandleGoes) {
+  const Pipe pipe;
+  auto watch = this->loop.watchDescriptor(pipe.output.get(), [&] { this->notes += pipe.take(); });
   this->loop.runPending();
   EXPECT_EQ(this->notes, "");
-  ASSERT_EQ(write(ends[1], "a", 1), 1);
+  pipe.put('a');
   this->loop.runPending();
   EXPECT_EQ(this->notes, "a");
-  this->loop.unwatchDescriptor(watch);
-  this->loop.unwatchDescriptor(watch);
-  ASSERT_EQ(write(ends[1], "b", 1), 1);
+  watch.reset();
+  pipe.put('b');
   this->loop.runPending();
   EXPECT_EQ(this->notes, "a");
-  close(ends[0]);
-  close(ends[1]);
+}
+
+// Both have something to read when the first one ends them.
+TYPED_TEST(RunLoop, AWatchMayEndItselfAndTheNextOne) {
+  const Pipe pipe;
+  NSRunLoop::Watch own;
+  NSRunLoop::Watch next;
+  own = this->loop.watchDescriptor(pipe.output.get(), [&] {
+    own.reset();
+    next.reset();
+    this->notes += pipe.take();
+  });
+  next = this->loop.watchDescriptor(pipe.output.get(), [] { FAIL(); });
+  pipe.put('a');
+  this->loop.runPending();
+  EXPECT_EQ(this->notes, "a");
+}
+
+// A handle may outlive its loop, and so may what a callback holds.
+TEST(VirtualRunLoopEnd, LeavesItsHandlesHarmless) {
+  ManualClock clock(0);
+  auto loop = std::make_unique<VirtualRunLoop>(clock);
+  auto inner = std::make_shared<NSRunLoop::Timer>(loop->scheduleAt(2, [] {}));
+  const auto outer = loop->scheduleAt(1, [inner] {});
+  const auto watch = loop->watchDescriptor(STDIN_FILENO, [inner] {});
+  loop.reset();
+  EXPECT_EQ(inner.use_count(), 1);
 }
 
 // Toolkits draw at GLib's `G_PRIORITY_HIGH_IDLE` + 20.
@@ -301,9 +343,9 @@ TEST(VirtualRunLoopDay, FiresEverySecondOnTheWholeSecond) {
   std::function<void()> tick = [&] {
     ++ticks;
     ASSERT_EQ(clock.timeIntervalSince1970(), 1'700'000'000 + ticks);
-    loop.scheduleAt(loop.now() + 1'000'000 * Microsecond, tick);
+    loop.performBlockAt(loop.now() + 1'000'000 * Microsecond, tick);
   };
-  loop.scheduleAt(loop.now() + 1'000'000 * Microsecond, tick);
+  loop.performBlockAt(loop.now() + 1'000'000 * Microsecond, tick);
   loop.advance(86'400);
   EXPECT_EQ(ticks, 86'400);
 }
@@ -312,7 +354,7 @@ TEST(VirtualRunLoopDay, RoundsADeadlineUpToTheMicrosecond) {
   ManualClock clock(0);
   VirtualRunLoop loop(clock);
   int64_t ranAt = 0;
-  loop.scheduleAt(1'499'001, [&] { ranAt = loop.now(); });
+  loop.performBlockAt(1'499'001, [&] { ranAt = loop.now(); });
   loop.advance(1);
   EXPECT_EQ(ranAt, 1'500'000);
 }

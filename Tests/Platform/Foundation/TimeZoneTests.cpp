@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 
+#include "Platform/Foundation/LibraryHandle.h"
 #include "Platform/Foundation/Zones/NSTimeZone.h"
 #include "Platform/Foundation/Zones/TimeZonePlace.h"
 #include "Platform/Foundation/Zones/TimeZoneRules.h"
@@ -53,7 +54,7 @@ TEST(ZoneChanges, HaveBothSides) {
 TEST(ZoneFiles, AgreeWithAnotherReader) {
   const std::string command =
       std::string(PLATFORM_TEST_PYTHON) + " " + PLATFORM_TEST_FOLDER + "/make-zone-samples";
-  const std::unique_ptr<FILE, decltype(&pclose)> output(popen(command.c_str(), "r"), &pclose);
+  const LibraryHandle<FILE, pclose> output(popen(command.c_str(), "r"));
   ASSERT_NE(output, nullptr);
   char name[64];
   char side[8];

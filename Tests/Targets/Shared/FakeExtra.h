@@ -31,7 +31,7 @@ class FakeModule : public ZEVModule_Time {
   FakeModule(std::string name, Journal& journal) : name_(std::move(name)), journal_(journal) {}
 
   std::string moduleName() const override { return name_; }
-  void loadViewWithExtra(ZEVMenuExtra_Time&) override { setView(content); }
+  void loadViewWithExtra(ZEVModularExtra&) override { setView(content); }
   void setup() override { note("setup"); }
   void loadNotifications() override { note("notifications"); }
   void willUnload() override { note("unload"); }

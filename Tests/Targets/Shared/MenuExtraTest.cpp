@@ -210,9 +210,9 @@ TEST_F(MenuExtra, DelegatesAreToldOnceAndInOrder) {
   add("a");
   start();
   FakeExtra other;
-  module(0).addDelegate(other);
-  module(0).addDelegate(*extra);
-  module(0).addDelegate(other);
+  const auto registration = module(0).addDelegate(other);
+  const auto extraAgain = module(0).addDelegate(*extra);
+  const auto otherAgain = module(0).addDelegate(other);
   EXPECT_EQ(module(0).delegates().all(), (std::vector<ZEVModuleDelegate*>{extra.get(), &other}));
   const auto module = extra->prepared.front();
   slot.setExtra(nullptr);

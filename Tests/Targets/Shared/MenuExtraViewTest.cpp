@@ -138,7 +138,7 @@ TEST_F(MenuExtraView, ADrawingFaultEndsThePassOnly) {
   class FaultyModule : public FakeModule {
    public:
     using FakeModule::FakeModule;
-    void loadViewWithExtra(ZEVMenuExtra_Time&) override { setView(std::make_shared<Faulty>()); }
+    void loadViewWithExtra(ZEVModularExtra&) override { setView(std::make_shared<Faulty>()); }
   };
   extra->prepared.push_back(std::make_shared<FaultyModule>("faulty", journal));
   start({});

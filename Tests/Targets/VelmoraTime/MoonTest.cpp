@@ -254,8 +254,8 @@ TEST(MoonCollector, TellsTheClockAtTheStartAndOnceAMinute) {
   const auto first = clock.view().moonImage();
   ASSERT_NE(first, nullptr);
   CountingDelegate delegate;
-  collector->addDelegate(delegate);
-  collector->addDelegate(delegate);
+  auto registration = collector->addDelegate(delegate);
+  registration = collector->addDelegate(delegate);
   clock.time.loop.advance(59.9);
   EXPECT_EQ(clock.view().moonImage(), first);
   EXPECT_EQ(delegate.updates, 0);
@@ -285,11 +285,11 @@ TEST(MoonCollector, AMessageMayEndWhatIsToBeTold) {
   CountingDelegate third;
   RunningClock clock(Saturday);
   auto collector = MoonStatCollector::sharedMoonCollector();
-  collector->addDelegate(first);
-  collector->addDelegate(*second);
-  collector->addDelegate(third);
+  const auto firstRegistration = collector->addDelegate(first);
+  auto secondRegistration = collector->addDelegate(*second);
+  const auto thirdRegistration = collector->addDelegate(third);
   first.end = [&] {
-    if (second) collector->removeDelegate(*second);
+    secondRegistration.reset();
     second.reset();
   };
   collector->updateCurrentPhase();
@@ -310,7 +310,7 @@ TEST(TimeModule, AFollowerMayUnloadTheClockInItsTick) {
     void updateSize() override {}
     int updates = 0;
   } last;
-  clock.module().addDelegate(last);
+  const auto registration = clock.module().addDelegate(last);
   clock.onTick = [&] { clock.extra->willUnload(); };
   clock.time.loop.advance(5);
   EXPECT_EQ(last.updates, 0);

@@ -18,7 +18,7 @@ class RunningClock : public ZEVModuleDelegate {
     extra->init(slot, NSBundle());
     // The extra starts with the first pass of its clock.
     time.loop.runPending();
-    module().addDelegate(*this);
+    registration_ = module().addDelegate(*this);
   }
 
   /// The cities are opened on a queue of their own, which may still want the main loop.
@@ -28,9 +28,9 @@ class RunningClock : public ZEVModuleDelegate {
       const dispatch_semaphore_t done = dispatch_semaphore_create(0);
     };
     const auto loading = std::make_shared<Loading>();
-    const auto& cities = CityStatCollector_Time::sharedCityStatCollector();
-    cities->addDelegate(loading);
-    cities->loadDatabase();
+    auto& cities = CityStatCollector_Time::sharedCityStatCollector();
+    cities.addDelegate(loading);
+    cities.loadDatabase();
     dispatch_semaphore_wait(loading->done);
   }
 
@@ -58,4 +58,7 @@ class RunningClock : public ZEVModuleDelegate {
   SimulatedTime time;
   FakeSlot slot;
   std::shared_ptr<VelmoraTime> extra = std::make_shared<VelmoraTime>();
+
+ private:
+  Registration registration_;
 };

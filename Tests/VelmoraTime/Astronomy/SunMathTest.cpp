@@ -1,5 +1,7 @@
 #include "Targets/VelmoraTime/Classes/SunMath.h"
 
+#include "Targets/VelmoraTime/Classes/RiseSetSearch.h"
+
 #include <cmath>
 
 #include "Targets/VelmoraTime/Classes/JulianDate.h"
