@@ -81,6 +81,11 @@ void CairoGraphicsContext::narrowClip(const NSBezierPath& path) {
   cairo_set_fill_rule(cairo_, CAIRO_FILL_RULE_WINDING);
 }
 
+double CairoGraphicsContext::drawnWidth(std::string_view text,
+                                        const NSTextAttributes& attributes) const {
+  return shownTextLineWidth(cairo_, text, attributes.font);
+}
+
 void CairoGraphicsContext::paintText(std::string_view text, NSPoint point,
                                      const NSTextAttributes& attributes) {
   // The line box stands on `point`; fonts of other scripts in the line must not move its baseline.

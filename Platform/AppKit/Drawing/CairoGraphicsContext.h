@@ -22,6 +22,7 @@ class CairoGraphicsContext : public NSGraphicsContext {
 
   std::string_view className() const override;
   NSPoint alignedToPixels(NSPoint point) const override;
+  double drawnWidth(std::string_view text, const NSTextAttributes& attributes) const override;
 
  private:
   void pushState() override;

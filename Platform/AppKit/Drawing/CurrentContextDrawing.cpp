@@ -49,7 +49,8 @@ void drawInRectWithAttributes(std::string_view text, NSRect rect,
   NSGraphicsContext* context = NSGraphicsContext::currentContext();
   if (context == nullptr) return;
   const std::string shown = truncatedToWidth(text, rect.size.width, attributes);
-  const NSSize size = sizeWithAttributes(shown, attributes);
+  const NSSize size{context->drawnWidth(shown, attributes),
+                    sizeWithAttributes(shown, attributes).height};
   double x = rect.origin.x;
   if (attributes.alignment == NSTextAlignment::Right) x += rect.size.width - size.width;
   if (attributes.alignment == NSTextAlignment::Center) x += (rect.size.width - size.width) / 2;

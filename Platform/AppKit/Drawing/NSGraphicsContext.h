@@ -51,6 +51,11 @@ class NSGraphicsContext {
 
   /// The nearest point that falls between pixels.
   virtual NSPoint alignedToPixels(NSPoint point) const { return point; }
+  /// How wide a line of text will be here, in points: to end it at a place. It is laid out by
+  /// `sizeWithAttributes`, which is the same everywhere.
+  virtual double drawnWidth(std::string_view text, const NSTextAttributes& attributes) const {
+    return sizeWithAttributes(text, attributes).width;
+  }
 
   void fillPath(const NSBezierPath& path);
   /// With the gradient's first colour up to `start` and its last from `end` on.

@@ -143,11 +143,24 @@ double textLineWidth(std::string_view text, const NSFont& font) {
   return linesAt(1).line(text, font).width();
 }
 
-void showTextLine(_cairo* cairo, std::string_view text, const NSFont& font) {
+namespace {
+
+/// The pixels of a point in the present user space.
+double scaleOf(_cairo* cairo) {
   cairo_matrix_t matrix;
   cairo_get_matrix(cairo, &matrix);
   double deviceX = 1;
   double deviceY = 1;
   cairo_surface_get_device_scale(cairo_get_target(cairo), &deviceX, &deviceY);
-  linesAt(std::hypot(matrix.xx, matrix.yx) * deviceX).line(text, font).show(cairo);
+  return std::hypot(matrix.xx, matrix.yx) * deviceX;
+}
+
+}  // namespace
+
+void showTextLine(_cairo* cairo, std::string_view text, const NSFont& font) {
+  linesAt(scaleOf(cairo)).line(text, font).show(cairo);
+}
+
+double shownTextLineWidth(_cairo* cairo, std::string_view text, const NSFont& font) {
+  return linesAt(scaleOf(cairo)).line(text, font).width();
 }

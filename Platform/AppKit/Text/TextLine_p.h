@@ -14,3 +14,7 @@ double textLineWidth(std::string_view text, const NSFont& font);
 /// Draws a line in the current source colour, its baseline starting at the origin of a user space
 /// with y downwards.
 void showTextLine(_cairo* cairo, std::string_view text, const NSFont& font);
+
+/// The advance in points of the line that `showTextLine` shows: at its scale letters stand on other
+/// pixels than where they were measured.
+double shownTextLineWidth(_cairo* cairo, std::string_view text, const NSFont& font);

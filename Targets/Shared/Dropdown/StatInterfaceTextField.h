@@ -54,7 +54,7 @@ class StatInterfaceTextFieldValue_Time : public StatInterfaceTextField_Time {
   void resetColor() override;
 };
 
-/// The head of a column; its font is whoever makes it's choice.
+/// The head of a column. It keeps the font that it was given.
 class StatInterfaceTextFieldHeader_Time : public StatInterfaceTextField_Time {
  public:
   using StatInterfaceTextField_Time::StatInterfaceTextField_Time;

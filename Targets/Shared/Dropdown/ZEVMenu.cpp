@@ -37,7 +37,14 @@ void ZEVMenu_Time::insertItemAtIndex(std::shared_ptr<NSMenuItem> item, size_t in
 }
 
 void ZEVMenu_Time::removeItem(NSMenuItem& item) {
+  if (item.menu() != this) return;
+  const std::shared_ptr<NSView> view = item.view();  // The item may go with its place.
   NSMenu::removeItem(item);
+  // Nobody will tell a row that is in no menu that it is highlighted no more.
+  if (auto* row = dynamic_cast<StatInterfaceView_Time*>(view.get())) {
+    row->setMenuItemHighlighted(false);
+    row->setCustomHighlightRect(false);
+  }
   updateIndexes();
 }
 

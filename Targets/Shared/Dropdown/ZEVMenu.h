@@ -26,6 +26,7 @@ class ZEVMenu_Time : public NSMenu {
   void cacheItem(std::string_view key, std::shared_ptr<ZEVMenuItem_Time> item);
 
   void insertItemAtIndex(std::shared_ptr<NSMenuItem> item, size_t index) override;
+  /// The row loses its highlight.
   void removeItem(NSMenuItem& item) override;
   /// Takes out the row kept under a key, which stays kept.
   void removeItemWithKey(std::string_view key);

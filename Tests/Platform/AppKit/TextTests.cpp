@@ -121,6 +121,22 @@ TEST(TextDrawing, AShadowIsTheSameShapeOnePointLower) {
   }
 }
 
+// Letters stand closer at one scale than at another; what ends at a place must end there.
+TEST(TextDrawing, LinesFromTheRightEndLevelAtEveryScale) {
+  NSTextAttributes attributes = attributesOfSize(12);
+  attributes.alignment = NSTextAlignment::Right;
+  for (const double scale : {1.0, 2.0, 3.0}) {
+    const auto rightEdge = [&](std::string_view text) {
+      BitmapSurface surface({100, Height}, scale);
+      const NSCurrentGraphicsContext current(surface.context());
+      drawInRectWithAttributes(text, NSMakeRect(0, 0, 98, Height), attributes);
+      return inkOf(surface).right;
+    };
+    for (const char* text : {"16:0H", "8 h 50 miH", "Tomorrow, H"})
+      EXPECT_EQ(rightEdge(text), rightEdge("H")) << text << " at " << scale;
+  }
+}
+
 TEST(TextDrawing, OddTextsAreNoTrap) {
   const NSTextAttributes attributes = attributesOfSize(13);
   for (const std::string& text :

@@ -89,6 +89,20 @@ TEST(Locale, KnowsWhereLengthsAreMetric) {
   }
 }
 
+// CLDR, script metadata: the script decides, named or usual.
+TEST(Locale, KnowsWhereLinesBegin) {
+  for (const auto& [identifier, isFromTheRight] : {std::pair{"de_DE", false},
+                                                   {"ar", true},
+                                                   {"he_IL", true},
+                                                   {"ur_PK", true},
+                                                   {"ja", false},
+                                                   {"pa_Arab_PK", true},
+                                                   {"pa_IN", false}}) {
+    const auto direction = NSLocale::localeWithLocaleIdentifier(identifier).characterDirection();
+    EXPECT_EQ(direction == NSLocaleLanguageDirection::RightToLeft, isFromTheRight) << identifier;
+  }
+}
+
 TEST(Locale, KnowsWhatAnIdentifierIs) {
   for (const char* identifier : {"de_DE", "de-AT", "zh_Hant_TW", "en_US_POSIX"})
     EXPECT_TRUE(isKnownLocaleIdentifier(identifier)) << identifier;

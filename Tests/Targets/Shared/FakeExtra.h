@@ -41,12 +41,14 @@ class FakeModule : public ZEVModule_Time {
   void globalPreferencesChange(const NSNotification&) override { note("global"); }
   std::shared_ptr<NSMenu> menu() override {
     note("menu");
-    return nullptr;
+    return ZEVModule_Time::menu();
   }
+  std::shared_ptr<ZEVMenuItem_Time> combinedItem() override { return row; }
   using ZEVModule_Time::delegates;
 
   /// What to do when something of that name happens, for faults.
   std::function<void(const std::string& event)> onEvent;
+  std::shared_ptr<ZEVMenuItem_Time> row;
   std::shared_ptr<FakeContent> content = std::make_shared<FakeContent>();
 
  private:

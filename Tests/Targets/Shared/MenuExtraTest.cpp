@@ -4,9 +4,11 @@
 
 #include <filesystem>
 
+#include "Platform/AppKit/Menus/RowText.h"
 #include "Platform/Foundation/Notifications/NSDistributedNotificationCenter.h"
 #include "Platform/Foundation/Settings/CFPreferences.h"
 #include "Shared/External/Logging/DDLog.h"
+#include "Targets/Shared/Dropdown/ZEVMenuItemUtilities.h"
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Tests/Platform/Support/Files.h"
 #include "Tests/Support/TestEnvironment.h"
@@ -72,8 +74,58 @@ TEST_F(MenuExtra, TakesASlotAndStartsOnTheNextPass) {
 TEST_F(MenuExtra, ALoneModuleGivesTheMenu) {
   add("a");
   start();
-  extra->menu();
+  EXPECT_EQ(extra->menu(), nullptr) << "an empty menu would open an empty window";
   EXPECT_EQ(journal, Journal{"a menu"});
+  const auto menu = module(0).menu();
+  menu->addItem(createMenuItem());
+  EXPECT_EQ(extra->menu(), menu);
+  EXPECT_EQ(menu->delegate(), &module(0));
+}
+
+TEST_F(MenuExtra, ACombinedMenuShowsTheListedModules) {
+  struct Case {
+    const char* keys;
+    std::vector<std::string> rows;  ///< What is read aloud for each.
+  };
+  extra->isCombined = true;
+  add("a");
+  add("b");
+  module(0).setKey(4);
+  module(1).setKey(7);
+  module(1).row = createTextMenuItem("row", 237, 15, true);
+  start();
+  const Case cases[] = {
+      {"7, 9,4,7,7.5", {"", "B", "row", "A"}},
+      {"4", {"", "A"}},
+      {"9,,x",
+       {"", "", "No dropdown items enabled", "", "Please enable some dropdown items in the",
+        "combined tab in the Velmora app", ""}}};
+  for (const auto& [keys, rows] : cases) {
+    ZEVSetObjectForKey("CombinedDropdownDisplayMode", keys);
+    extra->rebuildCombinedMenu();
+    std::vector<std::string> shown;
+    for (const auto& item : extra->menu()->itemArray())
+      shown.push_back(rowName(*item));
+    EXPECT_EQ(shown, rows) << keys;
+  }
+  EXPECT_EQ(extra->menu()->itemArray()[2]->view()->frame().size, (NSSize{260, 15}));
+
+  ZEVSetObjectForKey("CombinedDropdownDisplayMode", "7");
+  extra->rebuildCombinedMenu();
+  const auto menu = extra->menu();
+  EXPECT_EQ(menu->itemArray()[1]->view()->frame().size, (NSSize{225, 20}));
+  int changes = 0;
+  const auto observation = NSNotificationCenter::defaultCenter().addObserver(
+      "ZEVMenuStateChanged", [&](const NSNotification&) { ++changes; });
+  extra->menuWillOpen(*menu);
+  extra->menuWillHighlightItem(*menu, module(1).row.get());
+  EXPECT_TRUE(module(1).row->view()->menuItemHighlighted());
+  extra->menuDidClose(*menu);
+  EXPECT_FALSE(module(1).row->view()->menuItemHighlighted());
+  EXPECT_EQ(changes, 2);
+  extra->willUnload();
+  EXPECT_EQ(menu->delegate(), nullptr);
+  EXPECT_EQ(extra->menu(), nullptr);
 }
 
 struct Failure {
@@ -180,6 +232,12 @@ TEST_F(MenuExtra, ThemeOfTheBarReachesTheDropdownOnlyWithSeparateStyles) {
     EXPECT_EQ(journal, areSeparate ? Journal{"a theme"} : Journal{});
     EXPECT_EQ(slot.redraws, 1);
   }
+  // Contrast is the whole desktop's.
+  ZEVSetBoolForKey("Theme-SeperateStyles", false);
+  journal.clear();
+  setPreferenceOverride("increaseContrast", true, "com.apple.universalaccess");
+  post("AXInterfaceIncreaseContrastStatusDidChange");
+  EXPECT_EQ(journal, Journal{"a theme"});
 }
 
 TEST_F(MenuExtra, UnloadsEvenIfAModuleThrows) {

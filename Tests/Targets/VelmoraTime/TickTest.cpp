@@ -4,7 +4,9 @@
 #include <cmath>
 #include <limits>
 
+#include "Platform/AppKit/Events/NSApplication.h"
 #include "Platform/Foundation/Settings/CFPreferences.h"
+#include "Platform/Foundation/Text/NSLocale.h"
 #include "Platform/Foundation/Zones/NSTimeZone.h"
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/VelmoraTime/Classes/ZEVDateAndTimeUtilities.h"
@@ -118,6 +120,19 @@ TEST(Tick, SurvivesADroppedExtra) {
   clock.extra.reset();
   clock.time.loop.advance(3);
   EXPECT_EQ(ticks, 3);
+}
+
+TEST(Start, LaysMenusOutAsTheLanguageIsRead) {
+  NSLocale::setCurrentLocale("he_IL");
+  const auto isFromTheRight = [](const PropertyList& language) {
+    ZEVSetObjectForKey("language", language);
+    const RunningClock clock(Saturday);
+    return NSApplication::sharedApplication().userInterfaceLayoutDirection() ==
+           NSUserInterfaceLayoutDirection::RightToLeft;
+  };
+  EXPECT_TRUE(isFromTheRight({})) << "the environment's";
+  EXPECT_FALSE(isFromTheRight("ja"));
+  EXPECT_TRUE(isFromTheRight("ar"));
 }
 
 class PreferenceChange : public testing::Test {
