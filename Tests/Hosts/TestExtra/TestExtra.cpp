@@ -35,13 +35,16 @@ void TestExtra::initWithBundle(const NSBundle& bundle) {
   NSMenuExtra::initWithBundle(bundle);
   setView(std::make_shared<TestExtraView>(NSMakeRect(0, 0, wantedLength_, Height), *this));
   setLength(wantedLength_);
+  if (const char* rows = std::getenv("TEST_EXTRA_MENU")) {
+    menu_ = std::make_unique<TestExtraMenu>(std::atoi(rows), log);
+  }
   commands_ = NSDistributedNotificationCenter::defaultCenter().addObserver(
       "TestExtraCommand", [this](const NSNotification& command) { obey(command.userInfo); });
 }
 
 std::shared_ptr<NSMenu> TestExtra::menu() {
   log("menu");
-  return nullptr;
+  return menu_ ? menu_->menu() : nullptr;
 }
 
 void TestExtra::willUnload() { log("willUnload"); }
@@ -55,6 +58,12 @@ void TestExtra::obey(const PropertyList::Dictionary& command) {
   }
   if (const auto mark = command.find("mark"); mark != command.end()) {
     mark_ = *mark->second.string();
+  }
+  if (const auto rows = command.find("rows"); menu_ && rows != command.end()) {
+    menu_->setRows(static_cast<int>(rows->second.doubleValue()));
+  }
+  if (const auto width = command.find("width"); menu_ && width != command.end()) {
+    menu_->setWidth(width->second.doubleValue());
   }
   view()->setNeedsDisplay(true);
 }

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "Platform/Foundation/Notifications/NSNotificationCenter.h"
 #include "Platform/SystemUIPlugin/NSMenuExtra.h"
+#include "Tests/Hosts/TestExtra/TestExtraMenu.h"
 
 /// An item for tests of hosts. It draws, in points from its lower left corner:
 ///
@@ -14,7 +16,9 @@
 /// It writes "menu", "failure" and "willUnload" as lines into the file `$TEST_EXTRA_LOG`. The
 /// distributed notification "TestExtraCommand" changes it by its entries: "length" is its width,
 /// which it sets at the end of the next drawing, as items do; "failure" the text of an exception
-/// that ends each drawing, empty for none; "mark" a line for its file from the next drawing.
+/// that ends each drawing, empty for none; "mark" a line for its file from the next drawing;
+/// "rows" and "width" are those of its menu, which it has where `$TEST_EXTRA_MENU` tells the number
+/// of rows at the start.
 class TestExtra : public NSMenuExtra {
  public:
   void initWithBundle(const NSBundle& bundle) override;
@@ -31,5 +35,6 @@ class TestExtra : public NSMenuExtra {
   double wantedLength_ = 60;
   std::string failure_;
   std::string mark_;
+  std::unique_ptr<TestExtraMenu> menu_;
   NSObservation commands_;
 };
