@@ -2,15 +2,25 @@
 
 #include <dlfcn.h>
 
+#include <cmath>
+#include <utility>
+
+#include "Platform/AppKit/Menus/MenuAccessibility.h"
 #include "Platform/Foundation/Files/NSPathUtilities.h"
 #include "Platform/Foundation/Process/NSLog.h"
+#include "Platform/Foundation/Time/NSDate.h"
 
-Accessibility::Accessibility() : status_([this] { load(); }) {}
+Accessibility::Accessibility(MenuBar& bar) : bar_(bar), status_([this] { load(); }) {
+  bar_.onItemChanged = [this] { schedulePass(); };
+  bar_.menus().tracker().onStateChanged = [this] { schedulePass(); };
+}
 
-void Accessibility::setItem(const std::string& name, const std::string& description) {
-  itemName_ = name;
-  itemDescription_ = description;
-  if (bar_) bar_->setItem(name, description);
+Accessibility::~Accessibility() {
+  bar_.onItemChanged = nullptr;
+  bar_.menus().tracker().onStateChanged = nullptr;
+  for (const auto& timer : {pass_, minute_}) {
+    if (timer) NSRunLoop::mainRunLoop().cancel(*timer);
+  }
 }
 
 void Accessibility::load() {
@@ -23,6 +33,54 @@ void Accessibility::load() {
   const auto make =
       reinterpret_cast<MakeAccessibleBarFunction>(dlsym(library, MakeAccessibleBarSymbol));
   if (make == nullptr) return;
-  make(bar_);
-  bar_->setItem(itemName_, itemDescription_);
+  make(told_);
+  told_->onPress = [this](uint64_t id) {
+    presses_.push_back(id);
+    schedulePass();
+  };
+  update();
+}
+
+void Accessibility::schedulePass() {
+  if (!told_ || pass_) return;
+  NSRunLoop& loop = NSRunLoop::mainRunLoop();
+  pass_ = loop.scheduleAt(loop.now(), [this] {
+    pass_.reset();
+    pass();
+  });
+}
+
+void Accessibility::pass() {
+  for (const uint64_t id : std::exchange(presses_, {}))
+    press(id);
+  update();
+}
+
+void Accessibility::press(uint64_t id) {
+  if (id == AccessibleBar::ItemId) {
+    bar_.setMenuOpen(!bar_.menus().isOpen());
+  } else {
+    pressAccessibleElement(bar_.menus().tracker(), id);
+  }
+}
+
+void Accessibility::update() {
+  told_->setItem(bar_.accessibleItem());
+  told_->setMenu(accessibleMenu(bar_.menus().tracker()));
+  scheduleMinute();
+}
+
+void Accessibility::scheduleMinute() {
+  NSRunLoop& loop = NSRunLoop::mainRunLoop();
+  if (minute_) loop.cancel(*std::exchange(minute_, std::nullopt));
+  if (!bar_.menus().isOpen()) return;
+  constexpr double Minute = 60;
+  // The rows' own tick comes first.
+  constexpr double AfterTick = 0.5;
+  const double wait =
+      Minute + AfterTick - std::fmod(NSDate::date().timeIntervalSince1970(), Minute);
+  minute_ = loop.scheduleAt(loop.now() + std::llround(wait * 1e9), [this] {
+    minute_.reset();
+    update();
+  });
 }

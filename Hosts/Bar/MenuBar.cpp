@@ -147,21 +147,30 @@ void MenuBar::frameReady() {
       slot_, {surface_->width(), surface_->scale(), surface_->pixelGrid()}, background_);
   isDrawing_ = false;
   if (hasChanged) surface_->presentItem(picture_.pixels(), picture_.frame().x, picture_.changed());
-  updateName();
+  updateAccessibleItem();
 }
 
-void MenuBar::updateName() {
+void MenuBar::updateAccessibleItem() {
+  if (!slot_.extra()) return;
+  AccessibleItem item = accessibleItem_;
+  updateName(item);
+  item.frame = itemFrame();
+  item.barFrame = {monitor_.frame.origin, {surface_->width(), BarHeight}};
+  item.pixelsPerPoint = display_.hasCommonPlaces() ? std::optional(monitor_.scale) : std::nullopt;
+  if (item.name.empty() || item == accessibleItem_) return;
+  accessibleItem_ = std::move(item);
+  if (onItemChanged) onItemChanged();
+}
+
+void MenuBar::updateName(AccessibleItem& item) {
   constexpr double Minute = 60;
   const double minute = std::floor(NSDate::date().timeIntervalSince1970() / Minute);
-  if (!slot_.extra() || !onNameChanged || minute == nameMinute_) return;
-  const std::string title = slot_.extra()->AXTitle();
-  std::string name = picture_.words();
+  if (minute == nameMinute_) return;
+  item.description = slot_.extra()->AXTitle();
+  const std::string words = picture_.words();
   // Until the item has started it has no words.
-  if (!name.empty()) nameMinute_ = minute;
-  if (name.empty()) name = title;
-  if (name.empty() || name == name_) return;
-  name_ = std::move(name);
-  onNameChanged(name_, title);
+  if (!words.empty()) nameMinute_ = minute;
+  item.name = words.empty() ? item.description : words;
 }
 
 bool MenuBar::isOnItem(NSPoint place) const {
@@ -174,12 +183,15 @@ NSPoint MenuBar::onDesktop(NSPoint place) const {
   return {origin.x + place.x, origin.y + place.y};
 }
 
-bool MenuBar::openMenu(MenuOpening opening) {
-  if (!surface_ || surface_->width() <= 0) return false;
+NSRect MenuBar::itemFrame() const {
   // To the bar's end, as the area for clicks.
   const double left = picture_.leftEdge();
-  return menus_.open(monitor_, {onDesktop({left, 0}), {surface_->width() - left, BarHeight}},
-                     opening);
+  return {onDesktop({left, 0}), {surface_->width() - left, BarHeight}};
+}
+
+bool MenuBar::openMenu(MenuOpening opening) {
+  if (!surface_ || surface_->width() <= 0) return false;
+  return menus_.open(monitor_, itemFrame(), opening);
 }
 
 bool MenuBar::setMenuOpen(bool isOpen) {

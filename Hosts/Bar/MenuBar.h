@@ -1,9 +1,11 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 
+#include "Hosts/Accessibility/AccessibleBar.h"
 #include "Hosts/Bar/BarLock.h"
 #include "Hosts/Bar/BarMenus.h"
 #include "Hosts/Bar/ItemPicture.h"
@@ -35,10 +37,11 @@ class MenuBar : private SurfaceClient {
   bool setMenuOpen(bool isOpen);
   BarMenus& menus() { return menus_; }
 
-  /// What assistive technologies are told of the item has changed: its words, or its title where it
-  /// has none. Called with the first and then once a minute at most, for a name that changes each
-  /// second is read aloud each second.
-  std::function<void(const std::string& name, const std::string& title)> onNameChanged;
+  /// What assistive technologies are told of the item: its name is its words, or its title where it
+  /// has none. The name changes once a minute at most, for one that changes each second is read
+  /// aloud each second.
+  const AccessibleItem& accessibleItem() const { return accessibleItem_; }
+  std::function<void()> onItemChanged;
 
  private:
   void surfaceChanged() override;
@@ -56,7 +59,9 @@ class MenuBar : private SurfaceClient {
   void press();
   bool openMenu(MenuOpening opening);
   NSPoint onDesktop(NSPoint place) const;
-  void updateName();
+  NSRect itemFrame() const;
+  void updateAccessibleItem();
+  void updateName(AccessibleItem& item);
 
   Display& display_;
   std::optional<std::string> wantedMonitor_;
@@ -65,7 +70,7 @@ class MenuBar : private SurfaceClient {
   NSMenuBarSlot slot_;
   ItemPicture picture_;
   std::vector<uint32_t> background_;
-  std::string name_;
+  AccessibleItem accessibleItem_;
   double nameMinute_ = 0;
   bool isDrawing_ = false;
   Monitor monitor_;

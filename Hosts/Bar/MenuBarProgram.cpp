@@ -35,10 +35,7 @@ void showMenuBar(const Options& options) {
     NSRunLoop::mainRunLoop().stop();
   };
   MenuBar bar(*display, options.outputName);
-  Accessibility accessibility;
-  bar.onNameChanged = [&](const std::string& name, const std::string& title) {
-    accessibility.setItem(name, title);
-  };
+  const Accessibility accessibility(bar);
   bar.show();
 
   bar.slot().load(

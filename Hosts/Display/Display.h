@@ -72,6 +72,9 @@ class Display {
   virtual ~Display() = default;
 
   virtual std::vector<Monitor> monitors() const = 0;
+  /// Whether places on the desktop mean something to other programs: in points times the scale,
+  /// they are the pixels of one screen.
+  virtual bool hasCommonPlaces() const { return false; }
   /// Called once for each burst of changes of the monitors.
   std::function<void()> onMonitorsChanged;
   /// Called, at most once, when the display has gone; with the reason.

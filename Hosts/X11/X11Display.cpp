@@ -21,6 +21,7 @@ class X11Display : public Display {
   }
 
   std::vector<Monitor> monitors() const override { return monitors_; }
+  bool hasCommonPlaces() const override { return true; }
 
   std::unique_ptr<BarSurface> makeBar(const Monitor& monitor, int height,
                                       SurfaceClient& client) override {

@@ -154,8 +154,10 @@ void MenuTracker::prepareFrame() {
     hasMoved = true;
     place(depth);
   }
+  if (!hasMoved) return;
   // Another row may be under the pointer now.
-  if (hasMoved && isPointerInUse_ && !viewPointer_.isPressing()) hover(pointer_, false);
+  if (isPointerInUse_ && !viewPointer_.isPressing()) hover(pointer_, false);
+  stateChanged();
 }
 
 void MenuTracker::highlight(size_t depth, NSMenuItem* item) {

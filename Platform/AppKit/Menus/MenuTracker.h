@@ -83,7 +83,8 @@ class MenuTracker {
   void highlightByRequest(NSMenuItem& item);
   void performByRequest(NSMenuItem& item);
 
-  /// Called when a menu has opened or closed, or another row or control is highlighted.
+  /// Called when a menu has opened or closed, rows have come, gone or moved, or another row or
+  /// control is highlighted.
   std::function<void()> onStateChanged;
 
  private:

@@ -62,6 +62,9 @@ void TestExtra::obey(const PropertyList::Dictionary& command) {
   if (const auto rows = command.find("rows"); menu_ && rows != command.end()) {
     menu_->setRows(static_cast<int>(rows->second.doubleValue()));
   }
+  if (const auto name = command.find("name"); menu_ && name != command.end()) {
+    menu_->setName(*name->second.string());
+  }
   if (const auto width = command.find("width"); menu_ && width != command.end()) {
     menu_->setWidth(width->second.doubleValue());
   }

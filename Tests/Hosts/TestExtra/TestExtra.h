@@ -17,8 +17,8 @@
 /// distributed notification "TestExtraCommand" changes it by its entries: "length" is its width,
 /// which it sets at the end of the next drawing, as items do; "failure" the text of an exception
 /// that ends each drawing, empty for none; "mark" a line for its file from the next drawing;
-/// "rows" and "width" are those of its menu, which it has where `$TEST_EXTRA_MENU` tells the number
-/// of rows at the start.
+/// "rows", "width" and "name" are those of its menu, which it has where `$TEST_EXTRA_MENU` tells
+/// the number of rows at the start.
 class TestExtra : public NSMenuExtra {
  public:
   void initWithBundle(const NSBundle& bundle) override;

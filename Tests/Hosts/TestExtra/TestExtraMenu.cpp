@@ -108,6 +108,10 @@ void TestExtraMenu::setWidth(double width) {
   menu_->itemArray().front()->view()->setFrameSize({width, RowHeight});
 }
 
+void TestExtraMenu::setName(const std::string& name) {
+  if (menu_->numberOfItems() > 0) menu_->itemArray().front()->setAccessibilityLabel(name);
+}
+
 void TestExtraMenu::menuWillOpen(NSMenu&) { log_("open"); }
 
 void TestExtraMenu::menuDidClose(NSMenu&) { log_("close"); }

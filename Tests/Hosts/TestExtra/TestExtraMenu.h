@@ -24,6 +24,8 @@ class TestExtraMenu : private NSMenuDelegate {
   void setRows(int rows);
   /// Of the first row, in points.
   void setWidth(double width);
+  /// What is read aloud for the first row.
+  void setName(const std::string& name);
 
  private:
   std::shared_ptr<NSMenuItem> makeRow(const std::string& title);
