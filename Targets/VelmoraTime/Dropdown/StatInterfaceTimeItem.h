@@ -18,6 +18,8 @@
 #include "Targets/VelmoraTime/Classes/ClockElements.h"
 #include "Targets/VelmoraTime/Classes/MoonData.h"
 #include "Targets/VelmoraTime/Classes/SunData.h"
+#include "Targets/VelmoraTime/Dropdown/CityLight.h"
+#include "Targets/VelmoraTime/Dropdown/CityTimeText.h"
 
 class StatInterfaceClockFace_Time;
 
@@ -95,8 +97,9 @@ class StatInterfaceTimeItem : public NSObject, public NSMenuDelegate {
   /// Takes the light of a moment from the Sun's record.
   void updateLight(const NSDate& date);
 
-  /// The present time there, as a format list has it.
-  std::string textOfElements(const ClockElements& elements);
+  /// The time there at a moment, as a format list has it. An element that is a lone apostrophe
+  /// raises `std::out_of_range`.
+  std::string textOfElements(const ClockElements& elements, const NSDate& date);
   /// The time of day in words. `date` has the offset of the city's zone added to it already.
   std::string fuzzyClockWithDate(const NSDate& date) const;
   std::string nameForHour(int64_t hour) const;
@@ -113,12 +116,17 @@ class StatInterfaceTimeItem : public NSObject, public NSMenuDelegate {
   void menuWillOpen(NSMenu& menu) override;
   void menuDidClose(NSMenu& menu) override;
 
-  std::string description() const override;
+  std::string description() const;
 
  private:
   void loadLargeRow();
   void loadSmallRow();
   void loadSubmenu();
+  void updateAccessibleName(const NSDate& now);
+
+  /// The city's, or the system's if there is none of that name.
+  NSTimeZone zone() const;
+  CityClock clock();
 
   bool exists_ = false;
   bool day_ = false;
@@ -144,4 +152,5 @@ class StatInterfaceTimeItem : public NSObject, public NSMenuDelegate {
   std::shared_ptr<StatInterfaceTextFieldValue_Time> nameValueSimple_;
   std::shared_ptr<StatInterfaceTextFieldLabel_Time> timeValueSimple_;
   std::shared_ptr<ZEVMenu_Time> submenu_;
+  std::optional<int64_t> namedMinute_;  ///< Since 1970, that the accessible name tells.
 };
