@@ -3,8 +3,8 @@
 
 #include "Platform/Foundation/Time/SystemClock.h"
 #include "Targets/VelmoraTime/Classes/ClockTexts.h"
-#include "Targets/VelmoraTime/Classes/FuzzyClock.h"
 #include "Targets/VelmoraTime/Classes/ZEVDateAndTimeUtilities.h"
+#include "Targets/VelmoraTime/Dropdown/StatInterfaceTimeItem.h"
 #include "Tools/velmora-timectl/Command.h"
 #include "Tools/velmora-timectl/Errors.h"
 #include "Tools/velmora-timectl/MenubarContent.h"
@@ -96,8 +96,41 @@ Json weekCommand(const Arguments& arguments) {
   return {{"week", ZEVDateAndTimeUtilities::sharedUtilities().week(time.timeIntervalSince1970())}};
 }
 
+/// A world clock as the dropdown makes it.
+std::shared_ptr<StatInterfaceTimeItem> worldClock(const NSTimeZone& zone, double latitude = 0,
+                                                  double longitude = 0) {
+  CityRecord city;
+  city.timezone = zone.name();
+  city.latitude = latitude;
+  city.longitude = longitude;
+  auto clock = std::make_shared<StatInterfaceTimeItem>();
+  clock->setDetails(city);
+  clock->loadLocale();
+  clock->updateMode();
+  clock->updateStaticInfo();
+  return clock;
+}
+
+Json clockCommand(const Arguments& arguments) {
+  arguments.expectRest({});
+  const auto clock = worldClock(zoneFromText(arguments.required("--zone"), "--zone"));
+  return {{"text", clock->textOfElements(elementsArgument(arguments), NSDate::date())}};
+}
+
+Json lightCommand(const Arguments& arguments) {
+  arguments.expectRest({});
+  const auto clock = worldClock(zoneFromText(arguments.required("--zone"), "--zone"),
+                                numberFromText(arguments.required("--lat"), "--lat", -90, 90),
+                                numberFromText(arguments.required("--lon"), "--lon", -180, 180));
+  clock->updateSoonAndMoon();
+  clock->updateLight(NSDate::date());
+  return {{"day", clock->day()},
+          {"lightPercentage", static_cast<double>(clock->lightPercentage())}};
+}
+
 std::string fuzzyClockInZone(const NSDate& date, const NSTimeZone& zone) {
-  return fuzzyClockOfCity(date.dateByAddingTimeInterval(zone.secondsFromGMTForDate(date)));
+  return worldClock(zone)->fuzzyClockWithDate(
+      date.dateByAddingTimeInterval(zone.secondsFromGMTForDate(date)));
 }
 
 Json fuzzyCommand(const Arguments& arguments) {
@@ -121,8 +154,13 @@ Json fuzzyCommand(const Arguments& arguments) {
 constexpr OptionSpec TimeOption = {"--time", "INSTANT", "the instant to show", true};
 constexpr OptionSpec ElementsOption = {"--elements", "JSON-LIST", "the format list", true};
 
-constexpr OptionSpec FormatOptions[] = {
-    TimeOption, {"--zone", "ZONE", "the time zone, by its IANA name", true}, ElementsOption};
+constexpr OptionSpec ZoneOption = {"--zone", "ZONE", "the time zone, by its IANA name", true};
+
+constexpr OptionSpec FormatOptions[] = {TimeOption, ZoneOption, ElementsOption};
+constexpr OptionSpec ClockOptions[] = {ZoneOption, ElementsOption};
+constexpr OptionSpec LightOptions[] = {ZoneOption,
+                                       {"--lat", "D", "latitude in degrees, north-positive", true},
+                                       {"--lon", "D", "longitude in degrees, east-positive", true}};
 constexpr OptionSpec MenubarOptions[] = {
     ElementsOption,
     {"--flash", "0|1", "whether the flashing separators are shown or hidden", true}};
@@ -135,6 +173,8 @@ constexpr Command Commands[] = {
     {"format", "", "the text of a format list for an instant", FormatOptions, formatCommand},
     {"menubar", "", "what one draw of the clock in the bar does now", MenubarOptions,
      menubarCommand},
+    {"clock", "", "the text of a world clock now", ClockOptions, clockCommand},
+    {"light", "", "the light on a world clock's face now", LightOptions, lightCommand},
     {"dropdown-time-format", "", "the format list of a bare time", {}, dropdownTimeFormatCommand},
     {"week", "", "the week number of an instant, on the UTC calendar", WeekOptions, weekCommand},
     {"fuzzy", "", "the time in words, in the system zone or a city's", FuzzyOptions, fuzzyCommand},

@@ -20,8 +20,10 @@ CairoGraphicsContext::CairoGraphicsContext(_cairo* cairo, double height, Purpose
 
 CairoGraphicsContext::~CairoGraphicsContext() {
   // Saves left open must not change the coordinates of whoever draws on the surface next.
-  for (size_t depth = 0; depth <= savedStateCount(); ++depth)
-    cairo_restore(cairo_);
+  while (savedStateCount() > 0)
+    restoreGraphicsState();
+  endMasks(0);
+  cairo_restore(cairo_);
 }
 
 std::string_view CairoGraphicsContext::className() const {
@@ -86,6 +88,25 @@ double CairoGraphicsContext::drawnWidth(std::string_view text,
   return shownTextLineWidth(cairo_, text, attributes.font);
 }
 
+void CairoGraphicsContext::narrowClip(const NSImage& mask, NSRect rect) {
+  // Keeps the groups as small as what they hold.
+  cairo_rectangle(cairo_, rect.origin.x, rect.origin.y, rect.size.width, rect.size.height);
+  cairo_clip(cairo_);
+  cairo_push_group_with_content(cairo_, CAIRO_CONTENT_ALPHA);
+  paintImage(mask, rect, NSZeroRect, 1);
+  masks_.push_back({savedStateCount(), cairo_pop_group(cairo_)});
+  cairo_push_group(cairo_);
+}
+
+void CairoGraphicsContext::endMasks(size_t depth) {
+  while (!masks_.empty() && masks_.back().depth >= depth) {
+    cairo_pop_group_to_source(cairo_);
+    cairo_mask(cairo_, masks_.back().pattern);
+    cairo_pattern_destroy(masks_.back().pattern);
+    masks_.pop_back();
+  }
+}
+
 void CairoGraphicsContext::paintText(std::string_view text, NSPoint point,
                                      const NSTextAttributes& attributes) {
   // The line box stands on `point`; fonts of other scripts in the line must not move its baseline.
@@ -134,7 +155,10 @@ void CairoGraphicsContext::paintImage(const NSImage& image, NSRect target, NSRec
 
 void CairoGraphicsContext::pushState() { cairo_save(cairo_); }
 
-void CairoGraphicsContext::popState() { cairo_restore(cairo_); }
+void CairoGraphicsContext::popState() {
+  endMasks(savedStateCount() + 1);
+  cairo_restore(cairo_);
+}
 
 void CairoGraphicsContext::applyTransform(const NSAffineTransform& transform) {
   cairo_matrix_t matrix;

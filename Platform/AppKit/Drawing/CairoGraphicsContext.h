@@ -4,11 +4,14 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "Platform/AppKit/Drawing/NSGraphicsContext.h"
 
-/// Opaque here, so that no library type shows: Cairo's own `cairo_t`.
+/// Opaque here, so that no library type shows: Cairo's own `cairo_t` and
+/// `cairo_pattern_t`.
 struct _cairo;
+struct _cairo_pattern;
 
 /// Draws on a Cairo surface. The surface's device scale gives the pixels of a point.
 class CairoGraphicsContext : public NSGraphicsContext {
@@ -29,6 +32,7 @@ class CairoGraphicsContext : public NSGraphicsContext {
   void popState() override;
   void applyTransform(const NSAffineTransform& transform) override;
   void narrowClip(const NSBezierPath& path) override;
+  void narrowClip(const NSImage& mask, NSRect rect) override;
   void paintPath(const NSBezierPath& path) override;
   void paintGradient(const NSBezierPath& path, const NSGradient& gradient, NSPoint start,
                      NSPoint end) override;
@@ -36,8 +40,18 @@ class CairoGraphicsContext : public NSGraphicsContext {
   void paintImage(const NSImage& image, NSRect target, NSRect source, double fraction) override;
   void tracePath(const NSBezierPath& path);
 
+  /// Of states with at least `depth` saved ones below them.
+  void endMasks(size_t depth);
+
+  /// A mask in force: what is drawn goes to a group, which is painted through it in the end.
+  struct Mask {
+    size_t depth;  ///< Saved states below the one that it belongs to.
+    _cairo_pattern* pattern;
+  };
+
   _cairo* cairo_;
   Purpose purpose_;
+  std::vector<Mask> masks_;
 };
 
 /// A picture in memory to draw into, for files and tests.

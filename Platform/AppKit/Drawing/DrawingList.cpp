@@ -31,6 +31,7 @@ void DrawingList::drawIn(NSGraphicsContext& context) const {
                                 picture.fraction);
             },
             [&](const Clip& clip) { context.clipToPath(clip.path); },
+            [&](const Mask& mask) { context.clipToMask(NSImage(mask.content), mask.rect); },
             [&](const NSAffineTransform& transform) { context.concat(transform); },
             [&](const Flip& flip) { context.flip(flip.height); },
             [&](const Save&) { context.saveGraphicsState(); },
@@ -67,6 +68,10 @@ void DrawingList::paintImage(const NSImage& image, NSRect target, NSRect source,
 }
 
 void DrawingList::narrowClip(const NSBezierPath& path) { calls_.emplace_back(Clip{path}); }
+
+void DrawingList::narrowClip(const NSImage& mask, NSRect rect) {
+  calls_.emplace_back(Mask{mask.content(), rect});
+}
 
 void DrawingList::applyTransform(const NSAffineTransform& transform) {
   calls_.emplace_back(transform);

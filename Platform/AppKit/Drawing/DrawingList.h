@@ -62,6 +62,11 @@ class DrawingList : public NSGraphicsContext {
     NSBezierPath path;
     bool operator==(const Clip&) const = default;
   };
+  struct Mask {
+    NSImage::Content content;
+    NSRect rect;
+    bool operator==(const Mask&) const = default;
+  };
   struct Flip {
     double height;
     bool operator==(const Flip&) const = default;
@@ -72,13 +77,14 @@ class DrawingList : public NSGraphicsContext {
   struct Restore {
     bool operator==(const Restore&) const = default;
   };
-  using Call =
-      std::variant<Fill, GradientFill, Text, Picture, Clip, NSAffineTransform, Flip, Save, Restore>;
+  using Call = std::variant<Fill, GradientFill, Text, Picture, Clip, Mask, NSAffineTransform, Flip,
+                            Save, Restore>;
 
   void pushState() override { calls_.emplace_back(Save{}); }
   void popState() override { calls_.emplace_back(Restore{}); }
   void applyTransform(const NSAffineTransform& transform) override;
   void narrowClip(const NSBezierPath& path) override;
+  void narrowClip(const NSImage& mask, NSRect rect) override;
   void paintPath(const NSBezierPath& path) override;
   void paintGradient(const NSBezierPath& path, const NSGradient& gradient, NSPoint start,
                      NSPoint end) override;

@@ -56,6 +56,11 @@ void NSGraphicsContext::clipToPath(const NSBezierPath& path) {
   if (!state_.showsNothing) narrowClip(path);
 }
 
+void NSGraphicsContext::clipToMask(const NSImage& mask, NSRect rect) {
+  if (!hasPlace(mask, rect, NSZeroRect)) state_.showsNothing = true;
+  if (!state_.showsNothing) narrowClip(mask, rect);
+}
+
 void NSGraphicsContext::fillPath(const NSBezierPath& path) {
   if (!state_.showsNothing && reaches(path)) paintPath(path);
 }
@@ -76,20 +81,24 @@ void NSGraphicsContext::drawText(std::string_view text, NSPoint point,
 
 void NSGraphicsContext::drawImage(const NSImage& image, NSRect target, NSRect source,
                                   double fraction) {
+  if (state_.showsNothing || !(fraction > 0) || !hasPlace(image, target, source)) return;
+  paintImage(image, target, source, fraction);
+}
+
+bool NSGraphicsContext::hasPlace(const NSImage& image, NSRect target, NSRect source) const {
   const NSSize part = source == NSZeroRect ? image.size() : source.size;
   const bool hasPart = part.width > 0 && part.height > 0 && std::isfinite(source.origin.x) &&
                        std::isfinite(source.origin.y);
-  const bool isSeen = target.size.width > 0 && target.size.height > 0 && fraction > 0;
+  const bool isWide = target.size.width > 0 && target.size.height > 0;
   const NSPoint end{target.origin.x + target.size.width, target.origin.y + target.size.height};
-  if (state_.showsNothing || !hasPart || !isSeen || !reaches(target.origin) || !reaches(end))
-    return;
+  if (!hasPart || !isWide || !reaches(target.origin) || !reaches(end)) return false;
   const NSAffineTransform stretch{target.size.width / part.width,
                                   0,
                                   0,
                                   target.size.height / part.height,
                                   target.origin.x,
                                   target.origin.y};
-  if (hasArea(state_.transform.after(stretch))) paintImage(image, target, source, fraction);
+  return hasArea(state_.transform.after(stretch));
 }
 
 bool NSGraphicsContext::reaches(NSPoint point) const {

@@ -48,6 +48,9 @@ class NSGraphicsContext {
 
   /// Narrows the clip to the inside of a path by the even-odd rule, with a smooth edge.
   void clipToPath(const NSBezierPath& path);
+  /// Lets what is drawn until the state is restored show only as far as a picture, stretched into
+  /// `rect`, covers the surface.
+  void clipToMask(const NSImage& mask, NSRect rect);
 
   /// The nearest point that falls between pixels.
   virtual NSPoint alignedToPixels(NSPoint point) const { return point; }
@@ -75,6 +78,7 @@ class NSGraphicsContext {
   virtual void popState() {}
   virtual void applyTransform(const NSAffineTransform&) {}
   virtual void narrowClip(const NSBezierPath& path) = 0;
+  virtual void narrowClip(const NSImage& mask, NSRect rect) = 0;
   virtual void paintPath(const NSBezierPath& path) = 0;
   virtual void paintGradient(const NSBezierPath& path, const NSGradient& gradient, NSPoint start,
                              NSPoint end) = 0;
@@ -83,6 +87,7 @@ class NSGraphicsContext {
   virtual void paintImage(const NSImage& image, NSRect target, NSRect source, double fraction) = 0;
 
   bool reaches(NSPoint point) const;
+  bool hasPlace(const NSImage& image, NSRect target, NSRect source) const;
   bool reaches(const NSBezierPath& path) const;
 
   struct State {

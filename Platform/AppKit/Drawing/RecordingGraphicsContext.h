@@ -30,6 +30,7 @@ class RecordingGraphicsContext : public NSGraphicsContext {
 
  private:
   void narrowClip(const NSBezierPath&) override {}
+  void narrowClip(const NSImage&, NSRect) override {}
   void paintPath(const NSBezierPath& path) override;
   void paintGradient(const NSBezierPath& path, const NSGradient& gradient, NSPoint start,
                      NSPoint end) override;

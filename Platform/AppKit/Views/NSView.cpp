@@ -32,10 +32,12 @@ NSView::~NSView() {
 
 void NSView::setFrame(NSRect frame) {
   if (frame == frame_) return;
-  setNeedsDisplay(true);
+  // Of a root the window itself knows what it shows.
+  const bool isSubview = superview_ != nullptr;
+  if (isSubview) setNeedsDisplay(true);
   const NSSize old = std::exchange(frame_, frame).size;
   if (frame.size != old) resizeSubviewsWithOldSize(old);
-  setNeedsDisplay(true);
+  if (isSubview) setNeedsDisplay(true);
   if (NSWindow* shownIn = window()) shownIn->viewFrameChanged(*this);
 }
 

@@ -20,28 +20,38 @@ constexpr TimeRoles PaddedMinutes = {.isBareTime = true, .isMinutes = true};
 constexpr TimeRoles PlainMinutes = {.isMinutes = true};
 constexpr TimeRoles OtherTime = {.isBareTime = true};
 
+/// What a world clock's row makes of most elements.
+constexpr CityElementKind CityPattern = CityElementKind::Pattern;
+
 constexpr ClockElement Vocabulary[] = {
-    // Name, whether a prefix, what `dateString` makes of it, what the bar, the time of day.
-    {"__DAY_MTWRFSU__", false, WeekdayLetter, WeekdayLetter, {}},
-    {"__RELATIVE_DAY__", false, Today, Today, {}},
-    {"__DAY_SUFFIX__", false, DaySuffix, DaySuffix, {}},
-    {"__DAY_SUFFIX_UPPER__", false, DaySuffixUpper, DaySuffixUpper, {}},
-    {"FUZZY", true, FuzzyClock, MenubarFuzzyClock, {}},
-    {"___ICON__MOON__", true, Pattern, Moon, {}},
-    {"___ICON", true, Pattern, CalendarLeaf, {}},
-    {"':'", false, Pattern, Separator, {}},
-    {"'.'", false, Pattern, Separator, {}},
-    {"w", false, LocalWeek, UniversalWeek, {}},
-    {"h", false, Pattern, Pattern, DialHour},
-    {"hh", false, Pattern, Pattern, DialHour},
-    {"H", false, Pattern, Pattern, PlainHour},
-    {"HH", false, Pattern, Pattern, PaddedHour},
-    {"m", false, Pattern, Pattern, PlainMinutes},
-    {"mm", false, Pattern, Pattern, PaddedMinutes},
-    {"ss", false, Pattern, Pattern, OtherTime},
-    {"a", false, Pattern, Pattern, OtherTime},
-    {"aa", false, Pattern, Pattern, OtherTime},
-    {"aaa", false, Pattern, Pattern, OtherTime},
+    // Name, whether a prefix, what `dateString` makes of it, what the bar, what a city's row, the
+    // time of day.
+    {"__DAY_MTWRFSU__", false, WeekdayLetter, WeekdayLetter, CityElementKind::WeekdayLetter, {}},
+    {"__RELATIVE_DAY__", false, Today, Today, CityElementKind::RelativeDay, {}},
+    {"__DAY_SUFFIX__", false, DaySuffix, DaySuffix, CityElementKind::DaySuffix, {}},
+    {"__DAY_SUFFIX_UPPER__",
+     false,
+     DaySuffixUpper,
+     DaySuffixUpper,
+     CityElementKind::DaySuffixUpper,
+     {}},
+    {"FUZZY", true, FuzzyClock, MenubarFuzzyClock, CityElementKind::FuzzyClock, {}},
+    {"___ICON__MOON__", true, Pattern, Moon, CityPattern, {}},
+    {"___ICON", true, Pattern, CalendarLeaf, CityPattern, {}},
+    {"':'", false, Pattern, Separator, CityPattern, {}},
+    {"'.'", false, Pattern, Separator, CityPattern, {}},
+    {"w", false, LocalWeek, UniversalWeek, CityPattern, {}},
+    {"zzz", false, Pattern, Pattern, CityElementKind::ZoneAbbreviation, {}},
+    {"h", false, Pattern, Pattern, CityPattern, DialHour},
+    {"hh", false, Pattern, Pattern, CityPattern, DialHour},
+    {"H", false, Pattern, Pattern, CityPattern, PlainHour},
+    {"HH", false, Pattern, Pattern, CityPattern, PaddedHour},
+    {"m", false, Pattern, Pattern, CityPattern, PlainMinutes},
+    {"mm", false, Pattern, Pattern, CityPattern, PaddedMinutes},
+    {"ss", false, Pattern, Pattern, CityPattern, OtherTime},
+    {"a", false, Pattern, Pattern, CityPattern, OtherTime},
+    {"aa", false, Pattern, Pattern, CityElementKind::UppercaseMarker, OtherTime},
+    {"aaa", false, Pattern, Pattern, CityElementKind::LowercaseMarker, OtherTime},
 };
 
 const ClockElement& entryOf(std::string_view element) {
@@ -90,6 +100,8 @@ ElementKind kindOfElement(std::string_view element, ClockWalker walker) {
   const ClockElement& entry = entryOf(element);
   return walker == ClockWalker::Menubar ? entry.inMenubar : entry.inDateString;
 }
+
+CityElementKind cityKindOfElement(std::string_view element) { return entryOf(element).inCity; }
 
 TimeRoles timeRolesOfElement(std::string_view element) { return entryOf(element).roles; }
 

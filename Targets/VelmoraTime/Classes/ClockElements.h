@@ -11,7 +11,8 @@
 /// picture by itself. The vocabulary stands here; nothing else knows an element by its name.
 using ClockElements = std::vector<std::string>;
 
-/// Who walks a list: `dateString`, and the bar, which adds pictures and flashing separators.
+/// Who walks a list: `dateString`, and the bar, which adds pictures and flashing separators. The
+/// world clocks' rows have a walk of their own (`CityElementKind`).
 enum class ClockWalker { DateString, Menubar };
 
 /// What a walker makes of an element.
@@ -30,6 +31,19 @@ enum class ElementKind {
   CalendarLeaf,
 };
 
+/// What a world clock's row makes of an element.
+enum class CityElementKind {
+  Pattern,  ///< A date pattern or quoted literal, with nothing replaced in it.
+  WeekdayLetter,
+  LowercaseMarker,  ///< AM or PM, cut to one character.
+  UppercaseMarker,
+  RelativeDay,     ///< The day there, seen from here.
+  DaySuffix,       ///< Of the day there.
+  DaySuffixUpper,  ///< Of the day there.
+  FuzzyClock,
+  ZoneAbbreviation,  ///< In the locale of the people there, where the own one has none.
+};
+
 /// The rules about the time of day in which an element takes part.
 struct TimeRoles {
   bool isBareTime = false;      ///< May stand in the format of a bare time.
@@ -45,6 +59,7 @@ struct ClockElement {
   bool isPrefix = false;  ///< The name is how the element begins; else it is all of it.
   ElementKind inDateString = ElementKind::Pattern;
   ElementKind inMenubar = ElementKind::Pattern;
+  CityElementKind inCity = CityElementKind::Pattern;
   TimeRoles roles;
 };
 
@@ -52,6 +67,7 @@ struct ClockElement {
 std::span<const ClockElement> clockVocabulary();
 
 ElementKind kindOfElement(std::string_view element, ClockWalker walker);
+CityElementKind cityKindOfElement(std::string_view element);
 TimeRoles timeRolesOfElement(std::string_view element);
 
 /// Between apostrophes, which are not shown.

@@ -13,20 +13,19 @@ namespace {
 
 ZEVDateAndTimeUtilities& utilities() { return ZEVDateAndTimeUtilities::sharedUtilities(); }
 
+}  // namespace
+
 std::string dayPeriodMarker(NSDateFormatter& formatter, const NSDate& date) {
   formatter.setDateFormat("a");
   return substringToIndex(formatter.stringFromDate(date), 1);
 }
 
-/// One letter for today's weekday, whatever the time that is shown.
 std::string weekdayLetter() {
   constexpr std::string_view Letters = "UMTWRFS";
   const int64_t weekday = utilities().weekdayOfToday();
   const size_t index = weekday >= 1 && weekday <= 7 ? static_cast<size_t>(weekday - 1) : 0;
   return std::string(Letters.substr(index, 1));
 }
-
-}  // namespace
 
 ClockTexts::ClockTexts(ClockWalker walker, const ClockElements& elements,
                        NSDateFormatter& formatter, double time)

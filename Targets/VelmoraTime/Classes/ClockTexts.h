@@ -38,6 +38,12 @@ class ClockTexts {
 /// set; its pattern is changed. An element that is one lone apostrophe raises `std::out_of_range`.
 std::string dateString(const ClockElements& elements, NSDateFormatter& formatter, double time);
 
+/// AM or PM at a date, cut to one character. Changes the formatter's pattern.
+std::string dayPeriodMarker(NSDateFormatter& formatter, const NSDate& date);
+
+/// One letter for today's weekday in the system's zone, whatever the time that is shown.
+std::string weekdayLetter();
+
 /// Puts an hour's text on a 12-hour dial, with a leading zero for "hh", in the digits that the text
 /// has: beside minutes in others, the bidirectional rules would change their places. Text that is
 /// no number counts as 0.

@@ -1,0 +1,80 @@
+#include "Targets/VelmoraTime/Dropdown/CityAccessibleName.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <initializer_list>
+#include <vector>
+
+#include "Platform/Foundation/Text/NSString.h"
+#include "Targets/Shared/ZEVTranslations.h"
+#include "Targets/VelmoraTime/Classes/ZEVDateAndTimeUtilities.h"
+
+namespace {
+
+/// A translation with what it has places for, in their order. What is filled in may hold the sign
+/// of a place itself.
+std::string filledIn(std::string_view format, std::string_view place,
+                     std::initializer_list<std::string_view> values) {
+  const std::vector<std::string> pieces = componentsSeparatedByString(format, place);
+  std::string text = pieces.front();
+  const auto* value = values.begin();
+  for (size_t index = 1; index < pieces.size(); ++index) {
+    if (value != values.end()) text += *value++;
+    text += pieces[index];
+  }
+  return text;
+}
+
+std::string amount(int64_t count, std::string_view one, std::string_view many) {
+  const std::string_view key = count == 1 ? one : many;
+  return filledIn(WENLocalizedString(key, "", "common"), "%i", {std::to_string(count)});
+}
+
+std::string hoursText(int64_t count) {
+  return amount(count, localizedKey("%i hour"), localizedKey("%i hours"));
+}
+
+std::string minutesText(int64_t count) {
+  return amount(count, localizedKey("%i minute"), localizedKey("%i minutes"));
+}
+
+/// How far the city's clocks are from those here.
+std::string offsetText(int64_t seconds) {
+  const int64_t minutes = std::abs(seconds) / 60;
+  if (minutes == 0) return WENLocalizedString("same time as here", "", "time");
+  const bool isAhead = seconds > 0;
+  if (minutes % 60 != 0 && minutes > 60) {
+    const std::string_view key =
+        isAhead ? localizedKey("%@ and %@ ahead") : localizedKey("%@ and %@ behind");
+    return filledIn(WENLocalizedString(key, "", "time"), "%@",
+                    {hoursText(minutes / 60), minutesText(minutes % 60)});
+  }
+  const std::string_view key = isAhead ? localizedKey("%@ ahead") : localizedKey("%@ behind");
+  return filledIn(WENLocalizedString(key, "", "time"), "%@",
+                  {minutes < 60 ? minutesText(minutes) : hoursText(minutes / 60)});
+}
+
+/// The format of a bare time, whose seconds would be stale before they are read.
+ClockElements timeToTheMinute() {
+  ClockElements kept;
+  for (const std::string& element :
+       ZEVDateAndTimeUtilities::sharedUtilities().dropdownTimeFormat()) {
+    if (element != "ss") {
+      kept.push_back(element);
+    } else if (!kept.empty() && isLiteral(kept.back())) {
+      kept.pop_back();
+    }
+  }
+  return kept;
+}
+
+}  // namespace
+
+std::string cityAccessibleName(std::string_view city, const CityClock& clock, const NSDate& date) {
+  const int offset = clock.zone.secondsFromGMTForDate(date) -
+                     NSTimeZone::systemTimeZone().secondsFromGMTForDate(date);
+  return filledIn(WENLocalizedString("%@, %@ %@, %@", "", "time"), "%@",
+                  {city, lowercaseString(relativeDayText(clock, date)),
+                   cityTimeText(timeToTheMinute(), clock, date),
+                   offsetText(offset)});
+}

@@ -1,0 +1,195 @@
+#include "Targets/VelmoraTime/Dropdown/StatInterfaceTimeItem.h"
+
+#include <cmath>
+
+#include "Platform/Foundation/Text/NSString.h"
+#include "Targets/Shared/Dropdown/DropdownTheme.h"
+#include "Targets/Shared/Dropdown/ZEVMenuItemUtilities.h"
+#include "Targets/Shared/ZEVPreferences.h"
+#include "Targets/VelmoraTime/Classes/FuzzyClock.h"
+#include "Targets/VelmoraTime/Dropdown/CityAccessibleName.h"
+#include "Targets/VelmoraTime/Dropdown/StatInterfaceClockFace.h"
+#include "Targets/VelmoraTime/ZoneLocales.h"
+
+namespace {
+
+// In points, from the lower left corner.
+constexpr NSRect LargeRow = {{0, 0}, {237, 40}};
+constexpr NSRect LargeFace = {{10, 4}, {32, 32}};
+constexpr NSRect LargeName = {{48, 20}, {167, 15}};
+constexpr NSRect LargeTime = {{48, 5}, {167, 15}};
+constexpr NSRect SmallRow = {{0, 0}, {237, 19}};
+constexpr NSRect SmallName = {{8, 2}, {167, 15}};
+constexpr NSRect SmallTime = {{97, 2}, {133, 15}};
+constexpr NSRect SubmenuPanel = {{0, 0}, {320, 465}};
+
+constexpr double NameSize = 12;
+/// Beside the name in the small row, and behind its time.
+constexpr double NameMargin = 10;
+constexpr double TimeMargin = 12;
+
+constexpr double SubmenuInterval = 60;
+
+}  // namespace
+
+StatInterfaceTimeItem::StatInterfaceTimeItem() {
+  formatter_.setCalendar(NSCalendar::gregorianCalendar());
+  const PropertyList language = ZEVObjectForKey("language");
+  if (language.string() != nullptr) {
+    localeDefault_ = NSLocale::localeWithLocaleIdentifier(*language.string());
+    formatter_.setLocale(*localeDefault_);
+  }
+  loadLargeRow();
+  loadSmallRow();
+  loadSubmenu();
+}
+
+StatInterfaceTimeItem::~StatInterfaceTimeItem() { submenu_->setDelegate(nullptr); }
+
+void StatInterfaceTimeItem::loadLargeRow() {
+  const auto row = StatInterfaceView_Time::containerWithFrame(LargeRow);
+  face_ = std::make_shared<StatInterfaceClockFace_Time>(LargeFace);
+  nameValue_ = createValueField(NSTextAlignment::Left, LargeName);
+  timeValue_ = createLabelField(NSTextAlignment::Left, LargeTime);
+  row->addSubview(face_);
+  row->addSubview(nameValue_);
+  row->addSubview(timeValue_);
+  menuitem_ = createMenuItemWithView(row);
+  menuitem_->setTitle("city");
+}
+
+void StatInterfaceTimeItem::loadSmallRow() {
+  const auto row = StatInterfaceView_Time::containerWithFrame(SmallRow);
+  nameValueSimple_ = createValueField(NSTextAlignment::Left, SmallName);
+  timeValueSimple_ = createLabelField(NSTextAlignment::Right, SmallTime);
+  // Only the time takes what a wider menu adds: a long name would come to lie under it.
+  nameValueSimple_->setAutoresizingMask(NSViewMaxXMargin);
+  row->addSubview(nameValueSimple_);
+  row->addSubview(timeValueSimple_);
+  menuitemSimple_ = createMenuItemWithView(row);
+}
+
+void StatInterfaceTimeItem::loadSubmenu() {
+  submenu_ = createMenu();
+  submenu_->setDelegate(this);
+  const auto item = std::make_shared<ZEVMenuItem_Time>();
+  item->setView(std::make_shared<StatInterfaceView_Time>(SubmenuPanel));
+  submenu_->addItem(item);
+}
+
+void StatInterfaceTimeItem::setDetails(const CityRecord& city) {
+  details_ = city;
+  timezone_ = city.timezone;
+  longitude_ = static_cast<float>(city.longitude);
+  latitude_ = static_cast<float>(city.latitude);
+  setName(std::nullopt);
+}
+
+void StatInterfaceTimeItem::setName(const std::optional<std::string>& custom) {
+  const bool hasCountry = details_.country && !details_.country->empty();
+  const std::string full = hasCountry ? details_.city + ", " + *details_.country : details_.city;
+  nameValue_->setStringValue(custom.value_or(full));
+  nameValueSimple_->setStringValue(custom.value_or(details_.city));
+  namedMinute_.reset();
+}
+
+void StatInterfaceTimeItem::loadLocale() {
+  localeTimezone_ = localeForZoneAbbreviation(timezone_, formatter_);
+}
+
+void StatInterfaceTimeItem::updateMode() {
+  const bool isLarge = ZEVIntegerForKey("Time_DropdownCityLayout") == 1;
+  // Takes it from the other row.
+  (isLarge ? menuitem_ : menuitemSimple_)->setSubmenu(submenu_);
+}
+
+void StatInterfaceTimeItem::updateStaticInfo() {
+  formatter_.setTimeZone(zone());
+  longitudePercentage_ = 0.5 + longitude_ / 360.0;
+  latitudePercentage_ = 0.5 - latitude_ / 180.0;
+
+  NSTextAttributes attributes;
+  attributes.font = zevBoldFont(NameSize);
+  NSRect name = nameValueSimple_->frame();
+  name.size.width = static_cast<float>(
+      sizeWithAttributes(nameValueSimple_->stringValue(), attributes).width + NameMargin);
+  nameValueSimple_->setFrame(name);
+  NSRect time = timeValueSimple_->frame();
+  time.origin.x = name.origin.x + name.size.width;
+  time.size.width = menuitemSimple_->view()->frame().size.width - time.origin.x - TimeMargin;
+  timeValueSimple_->setFrame(time);
+}
+
+NSTimeZone StatInterfaceTimeItem::zone() const {
+  return NSTimeZone::timeZoneWithName(timezone_).value_or(NSTimeZone::defaultTimeZone());
+}
+
+CityClock StatInterfaceTimeItem::clock() {
+  return {formatter_, zone(), localeDefault_, localeTimezone_};
+}
+
+void StatInterfaceTimeItem::update() {
+  constexpr std::string_view Format = "Time_DropdownFormat";
+  const NSDate now = NSDate::date();
+  const std::string text =
+      textOfElements(clockElementsFromSetting(ZEVObjectForKey(Format), Format), now);
+  timeValue_->setStringValue(text);
+  timeValueSimple_->setStringValue(text);
+
+  NSCalendar calendar = NSCalendar::gregorianCalendar();
+  calendar.setTimeZone(zone());
+  const int64_t hour = calendar.component(NSCalendarUnitHour, now);
+  if (face_->reading().hour != hour) updateSoonAndMoon();
+  updateLight(now);
+  face_->setReading({day_, lightPercentage_, hour, calendar.component(NSCalendarUnitMinute, now),
+                     calendar.component(NSCalendarUnitSecond, now)});
+  updateAccessibleName(now);
+}
+
+void StatInterfaceTimeItem::updateAccessibleName(const NSDate& now) {
+  const auto minute = static_cast<int64_t>(std::floor(now.timeIntervalSince1970() / 60));
+  if (namedMinute_ == minute) return;
+  namedMinute_ = minute;
+  const std::string name = cityAccessibleName(nameValueSimple_->stringValue(), clock(), now);
+  menuitem_->setAccessibilityLabel(name);
+  menuitemSimple_->setAccessibilityLabel(name);
+}
+
+void StatInterfaceTimeItem::updateSoonAndMoon() {
+  const NSDate now = NSDate::date();
+  sunData_ = calculateSunRiseAndSet(now, zone(), longitude_, latitude_);
+  moonData_ = calculateMoonRiseAndSet(now, zone(), longitude_, latitude_);
+}
+
+void StatInterfaceTimeItem::updateSubmenu() { updateSoonAndMoon(); }
+
+void StatInterfaceTimeItem::updateLight(const NSDate& date) {
+  const CityLight light = lightOfCity(sunData_.value_or(SunData()), date.timeIntervalSince1970());
+  day_ = light.day;
+  lightPercentage_ = light.darkShare;
+}
+
+std::string StatInterfaceTimeItem::textOfElements(const ClockElements& elements,
+                                                  const NSDate& date) {
+  return cityTimeText(elements, clock(), date);
+}
+
+std::string StatInterfaceTimeItem::fuzzyClockWithDate(const NSDate& date) const {
+  return fuzzyClockOfCity(date);
+}
+
+std::string StatInterfaceTimeItem::nameForHour(int64_t hour) const {
+  return fuzzyHourNameOfCity(hour);
+}
+
+void StatInterfaceTimeItem::menuWillOpen(NSMenu&) {
+  timer_ =
+      NSTimer::scheduledTimerWithTimeInterval(SubmenuInterval, [this] { updateSubmenu(); });
+  updateSubmenu();
+}
+
+void StatInterfaceTimeItem::menuDidClose(NSMenu&) { timer_.reset(); }
+
+std::string StatInterfaceTimeItem::description() const {
+  return "name " + nameValue_->stringValue() + ", index " + std::to_string(index_);
+}
