@@ -107,9 +107,13 @@ void CityStatCollector_Time::loadDatabase() {
   });
 }
 
-std::shared_ptr<FMDatabase_Time> CityStatCollector_Time::databaseForSearch() const {
+bool CityStatCollector_Time::hasDatabase() const {
   const auto lookups = database();
-  if (!lookups || lookups->db() == nullptr) return nullptr;
+  return lookups && lookups->db() != nullptr;
+}
+
+std::shared_ptr<FMDatabase_Time> CityStatCollector_Time::databaseForSearch() const {
+  if (!hasDatabase()) return nullptr;
   auto own = FMDatabase_Time::databaseWithPath(DatabasePath);
   return own->openWithFlags(FMOpenReadOnly) ? own : nullptr;
 }

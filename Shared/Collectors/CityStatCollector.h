@@ -46,6 +46,9 @@ class CityStatCollector_Time : public std::enable_shared_from_this<CityStatColle
   /// Opens the database on the collector's queue, then tells the delegates.
   void loadDatabase();
 
+  /// Whether the database has been opened.
+  bool hasDatabase() const;
+
   /// The record of a city, whose identifier may be a number or a text; null if there is none, or no
   /// database yet.
   std::optional<CityRecord> cityWithIdentifier(const PropertyList& identifier);

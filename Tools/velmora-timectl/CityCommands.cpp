@@ -1,30 +1,11 @@
 #include <array>
 
-#include "Platform/Dispatch/Dispatch.h"
 #include "Platform/Foundation/Text/NSString.h"
-#include "Shared/Collectors/CityStatCollector.h"
 #include "Tools/velmora-timectl/Command.h"
 #include "Tools/velmora-timectl/Errors.h"
+#include "Tools/velmora-timectl/LoadedCities.h"
 
 namespace {
-
-/// Waits for the collector, which loads on a queue of its own.
-class LoadedCities : public CityStatCollectorDelegate {
- public:
-  static CityStatCollector_Time& collector() {
-    auto& collector = CityStatCollector_Time::sharedCityStatCollector();
-    const auto waiting = std::make_shared<LoadedCities>();
-    collector.addDelegate(waiting);
-    collector.loadDatabase();
-    dispatch_semaphore_wait(waiting->loaded_);
-    return collector;
-  }
-
-  void cityCollectorFinishedLoading() override { dispatch_semaphore_signal(loaded_); }
-
- private:
-  const dispatch_semaphore_t loaded_ = dispatch_semaphore_create(0);
-};
 
 /// The collector puts texts between the apostrophes of an SQL text, where two stand for one.
 std::string escaped(std::string_view text) { return stringByReplacingOccurrences(text, "'", "''"); }

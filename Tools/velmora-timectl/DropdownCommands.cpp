@@ -1,8 +1,12 @@
 #include <stdexcept>
+#include <typeinfo>
 
+#include "Platform/AppKit/Menus/RowText.h"
 #include "Platform/Foundation/Notifications/RemoteCommands.h"
+#include "Platform/Foundation/Text/TypeName.h"
 #include "Tools/velmora-timectl/Command.h"
 #include "Tools/velmora-timectl/Errors.h"
+#include "Tools/velmora-timectl/OpenedDropdown.h"
 
 namespace {
 
@@ -20,7 +24,25 @@ Json dropdown(const Arguments& arguments) {
   return json;
 }
 
+Json rowJson(const ZEVMenu_Time& menu, const NSMenuItem& item) {
+  const auto key = menu.keyOfItem(item);
+  const NSView& view = *item.view();
+  return {{"key", key ? Json(*key) : Json()}, {"class", typeName(typeid(view))},
+          {"width", view.frame().size.width}, {"height", view.frame().size.height},
+          {"texts", rowTexts(item)},          {"submenu", item.submenu() != nullptr}};
+}
+
+Json menuCommand(const Arguments& arguments) {
+  arguments.expectRest({});
+  const OpenedDropdown dropdown;
+  Json rows = Json::array();
+  for (const auto& item : dropdown.menu().itemArray())
+    rows.push_back(rowJson(dropdown.menu(), *item));
+  return rows;
+}
+
 constexpr Command Commands[] = {
+    {"menu", "", "the rows of the dropdown as it is now", {}, menuCommand},
     {"dropdown",
      "open | close | toggle",
      "has the running bar show or hide its dropdown, with the keyboard on it",

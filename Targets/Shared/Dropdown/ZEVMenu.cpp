@@ -1,5 +1,6 @@
 #include "Targets/Shared/Dropdown/ZEVMenu.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "Targets/Shared/Dropdown/DropdownTheme.h"
@@ -27,6 +28,12 @@ std::shared_ptr<ZEVMenuItem_Time> ZEVMenu_Time::cachedItem(std::string_view key)
 
 void ZEVMenu_Time::cacheItem(std::string_view key, std::shared_ptr<ZEVMenuItem_Time> item) {
   cache_.insert_or_assign(std::string(key), std::move(item));
+}
+
+std::optional<std::string> ZEVMenu_Time::keyOfItem(const NSMenuItem& item) const {
+  const auto found =
+      std::ranges::find_if(cache_, [&](const auto& kept) { return kept.second.get() == &item; });
+  return found != cache_.end() ? std::optional(found->first) : std::nullopt;
 }
 
 void ZEVMenu_Time::insertItemAtIndex(std::shared_ptr<NSMenuItem> item, size_t index) {

@@ -2,6 +2,7 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -24,6 +25,8 @@ class ZEVMenu_Time : public NSMenu {
   /// The row kept under a key; null if there is none.
   std::shared_ptr<ZEVMenuItem_Time> cachedItem(std::string_view key) const;
   void cacheItem(std::string_view key, std::shared_ptr<ZEVMenuItem_Time> item);
+  /// The key that a row is kept under; nothing for any other row.
+  std::optional<std::string> keyOfItem(const NSMenuItem& item) const;
 
   void insertItemAtIndex(std::shared_ptr<NSMenuItem> item, size_t index) override;
   /// The row loses its highlight.

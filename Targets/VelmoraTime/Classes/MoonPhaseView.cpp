@@ -1,6 +1,7 @@
 #include "Targets/VelmoraTime/Classes/MoonPhaseView.h"
 
 #include <numbers>
+#include <utility>
 
 #include "Platform/AppKit/Drawing/NSBezierPath.h"
 #include "Platform/AppKit/Drawing/NSGraphicsContext.h"
@@ -20,6 +21,18 @@ constexpr double NearlyLit = 0.02;
 constexpr double TravelFactor = 1.02;
 
 }  // namespace
+
+std::shared_ptr<MoonPhaseView_Time> MoonPhaseView_Time::moonWithFrame(NSRect frame, int32_t size,
+                                                                      int32_t range,
+                                                                      std::string light,
+                                                                      std::string dark) {
+  auto moon = std::make_shared<MoonPhaseView_Time>(frame);
+  moon->setSize(size);
+  moon->setRange(range);
+  moon->setLight(std::move(light));
+  moon->setDark(std::move(dark));
+  return moon;
+}
 
 const std::shared_ptr<NSImage>& MoonPhaseView_Time::image() {
   if (!image_) redraw();

@@ -13,6 +13,11 @@ class MoonPhaseView_Time : public NSView {
  public:
   using NSView::NSView;
 
+  /// With the side of the pictures, the terminator's way and the pictures' names, as told below.
+  static std::shared_ptr<MoonPhaseView_Time> moonWithFrame(NSRect frame, int32_t size,
+                                                           int32_t range, std::string light,
+                                                           std::string dark);
+
   /// The picture, drawn at the first call and kept until it is replaced.
   const std::shared_ptr<NSImage>& image();
   void setImage(std::shared_ptr<NSImage> image) { image_ = std::move(image); }

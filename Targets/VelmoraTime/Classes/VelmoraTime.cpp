@@ -1,16 +1,12 @@
 #include "Targets/VelmoraTime/Classes/VelmoraTime.h"
 
-#include "Platform/AppKit/Events/NSApplication.h"
 #include "Platform/Foundation/Text/NSLocale.h"
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/Shared/ZEVTranslations.h"
 #include "Targets/VelmoraTime/Classes/ZEVDateAndTimeUtilities.h"
 #include "Targets/VelmoraTime/Classes/ZEVTimeModule.h"
 
-namespace {
-
-/// Menus are laid out as their language is read.
-NSUserInterfaceLayoutDirection directionOfTheLanguage() {
+NSUserInterfaceLayoutDirection VelmoraTime::layoutDirection() {
   const PropertyList language = ZEVObjectForKey("language");
   const NSLocale locale = language.string() != nullptr
                               ? NSLocale::localeWithLocaleIdentifier(*language.string())
@@ -20,15 +16,13 @@ NSUserInterfaceLayoutDirection directionOfTheLanguage() {
              : NSUserInterfaceLayoutDirection::LeftToRight;
 }
 
-}  // namespace
-
 void VelmoraTime::initWithBundle(const NSBundle& bundle) {
   // The code stays in the process: what an earlier extra made in its language must not meet this
   // one. Here and not at the unloading, since an answer to a late question may have been kept.
   ZEVPreferences_Time::begin();
   ZEVTranslations_Time::cleanup();
   ZEVDateAndTimeUtilities::cleanup();
-  NSApplication::sharedApplication().setUserInterfaceLayoutDirection(directionOfTheLanguage());
+  NSApplication::sharedApplication().setUserInterfaceLayoutDirection(layoutDirection());
   ZEVMenuExtra_Time::initWithBundle(bundle);
 }
 

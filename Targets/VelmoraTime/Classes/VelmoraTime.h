@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/AppKit/Events/NSApplication.h"
 #include "Targets/Shared/ZEVMenuExtra.h"
 
 /// The Time extra: the bundle's principal class, with one module.
@@ -12,4 +13,7 @@ class VelmoraTime : public ZEVMenuExtra_Time {
   void initWithBundle(const NSBundle& bundle) override;
   void loadModules() override;
   void cleanup() override;
+
+  /// Menus are laid out as their language is read.
+  static NSUserInterfaceLayoutDirection layoutDirection();
 };

@@ -7,10 +7,13 @@
 #include "Platform/Foundation/Settings/NSUserDefaults.h"
 #include "Platform/Foundation/Time/NSDate.h"
 #include "Platform/Foundation/Zones/NSTimeZone.h"
+#include "Shared/External/Logging/DDLogLine.h"
+#include "Targets/Shared/Dropdown/ZEVMenuItem.h"
 #include "Targets/Shared/ZEVModularExtra.h"
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/Shared/ZEVTranslations.h"
 #include "Targets/VelmoraTime/Classes/VelmoraTimeMenuExtraView.h"
+#include "Targets/VelmoraTime/Dropdown/StatInterfaceTime.h"
 
 namespace {
 
@@ -30,6 +33,18 @@ std::string ZEVTimeModule_Time::moduleName() const {
   return WENLocalizedString("Time", "", "time");
 }
 
+std::shared_ptr<NSMenu> ZEVTimeModule_Time::menu() {
+  return interface_ ? interface_->menu() : nullptr;
+}
+
+std::shared_ptr<ZEVMenuItem_Time> ZEVTimeModule_Time::combinedItem() {
+  return interface_ ? interface_->combinedItem() : nullptr;
+}
+
+void ZEVTimeModule_Time::themeChange() {
+  if (interface_) interface_->themeChange();
+}
+
 void ZEVTimeModule_Time::loadViewWithExtra(ZEVModularExtra& extra) {
   clockView_ = make<VelmoraTimeMenuExtraView>(NSMakeRect(0, 0, 20, NSMenuExtra::Height), extra);
   setView(clockView_);
@@ -46,7 +61,10 @@ void ZEVTimeModule_Time::setup() {
   auto& cities = CityStatCollector_Time::sharedCityStatCollector();
   cities.addDelegate(self());
   cities.loadDatabase();
+  // The clock runs before the dropdown is there.
   updateClocks();
+  interface_ = std::make_shared<StatInterfaceTime_Time>();
+  interface_->loadClocks();
   // Last, so that the first phase lands on a finished view.
   moonCollector_ = MoonStatCollector::sharedMoonCollector();
   moonRegistration_ = moonCollector_->addDelegate(*this);
@@ -62,6 +80,7 @@ void ZEVTimeModule_Time::updateClocks() {
                  [self = self()] { self->updateClocks(); });
   view()->update();
   delegates().tell([](ZEVModuleDelegate& delegate) { delegate.update(); });
+  if (interface_) interface_->updateClocks();
 }
 
 void ZEVTimeModule_Time::loadNotifications() {
@@ -81,9 +100,19 @@ void ZEVTimeModule_Time::cityCollectorFinishedLoading() {
   // Weak: the last reference to a module must not go on another thread, nor wait for this news.
   dispatch_async(dispatch_get_main_queue(), [module = weak_from_this()] {
     if (const auto living = std::static_pointer_cast<ZEVTimeModule_Time>(module.lock())) {
-      living->rebuildMenu();
+      living->citiesLoaded();
     }
   });
+}
+
+void ZEVTimeModule_Time::citiesLoaded() {
+  if (cancelled_ || !interface_) return;
+  if (!CityStatCollector_Time::sharedCityStatCollector().hasDatabase()) {
+    DDLogLine("The cities cannot be opened: there are no world clocks");
+  }
+  interface_->loadClocks();
+  // A dropdown that was opened meanwhile has clocks without a time.
+  interface_->updateClocks();
 }
 
 void ZEVTimeModule_Time::collectorUpdatedForMode(const MoonStatCollector& collector, int32_t mode) {
@@ -98,11 +127,24 @@ void ZEVTimeModule_Time::preferencesChanged(const NSNotification& notification) 
     ZEVRefreshKey("TimeMenubarText");
     view()->resetTextConfig();
   }
+  if (interface_) updateInterface(notification);
   // The bar shows every change at once, without waiting for the next tick.
   const auto self = shared_from_this();
   delegates().tell([this](ZEVModuleDelegate& delegate) {
     delegate.updateSize();
     if (delegates().contains(delegate)) delegate.update();
+  });
+}
+
+void ZEVTimeModule_Time::updateInterface(const NSNotification& change) {
+  const std::string resetKey = change.textForKey("resetKey");
+  if (resetKey == "cities") interface_->loadClocks();
+  if (resetKey == "moon") interface_->rebuildMenu();
+  if (resetKey == "citymode") interface_->updateCityMode();
+  if (resetKey == "citynames") interface_->updateCityNames();
+  NSRunLoop::guarded([&] {
+    if (change.textForKey("key") == "Time_DropdownFormat") interface_->updateMoonPhase();
+    interface_->updateClocks();
   });
 }
 
@@ -113,6 +155,10 @@ void ZEVTimeModule_Time::externalChange(const NSNotification&) {
 void ZEVTimeModule_Time::externalChange() {
   NSUserDefaults::standardUserDefaults().synchronize();
   NSTimeZone::resetSystemTimeZone();
+  if (!interface_) return;
+  // The phases to come are told in the system's zone, and counted from now.
+  interface_->updateDate();
+  interface_->updateMoonPhase();
 }
 
 void ZEVTimeModule_Time::willUnload() { partialUnload(); }
@@ -121,6 +167,7 @@ void ZEVTimeModule_Time::partialUnload() {
   cancelled_ = true;
   cancelPreviousPerformRequests("externalChange");
   leaveCollectors();
+  if (interface_) interface_->stopTimers();
   observations_.clear();
   delegates().clear();
 }

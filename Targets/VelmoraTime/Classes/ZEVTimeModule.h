@@ -8,11 +8,13 @@
 #include "Targets/Shared/ZEVModule.h"
 #include "Targets/VelmoraTime/MoonStatCollector.h"
 
+class StatInterfaceTime_Time;
 class VelmoraTimeMenuExtraView;
 
 /// The one module of the Time extra. It runs the clock: a tick on the main thread that renews
-/// itself, falls on the whole second and drives the content view and then the delegates. And it
-/// hears of everything that can change the clock from outside. Main thread only.
+/// itself, falls on the whole second and drives the content view, the delegates and the dropdown,
+/// in this order. And it hears of everything that can change the clock from outside. Main thread
+/// only.
 class ZEVTimeModule_Time : public ZEVModule_Time,
                            public CityStatCollectorDelegate,
                            public MoonStatCollectorDelegate {
@@ -20,6 +22,10 @@ class ZEVTimeModule_Time : public ZEVModule_Time,
   ~ZEVTimeModule_Time() override;
 
   std::string moduleName() const override;
+  /// The dropdown; null before `setup`.
+  std::shared_ptr<NSMenu> menu() override;
+  std::shared_ptr<ZEVMenuItem_Time> combinedItem() override;
+  void themeChange() override;
   void loadViewWithExtra(ZEVModularExtra& extra) override;
   void setup() override;
   void loadNotifications() override;
@@ -28,7 +34,7 @@ class ZEVTimeModule_Time : public ZEVModule_Time,
   /// One pass of the tick; the next is already on its way when the work begins.
   void updateClocks();
 
-  /// Rebuilds the menu with the cities that are there now, on the main thread; called on the
+  /// Shows the clocks of the cities that are there now, on the main thread; called on the
   /// collector's queue.
   void cityCollectorFinishedLoading() override;
 
@@ -46,12 +52,16 @@ class ZEVTimeModule_Time : public ZEVModule_Time,
   void externalChange();
   void partialUnload();
   void leaveCollectors();
+  void citiesLoaded();
+  void updateInterface(const NSNotification& change);
   std::shared_ptr<ZEVTimeModule_Time> self();
 
   /// What `view` is in this module.
   std::shared_ptr<VelmoraTimeMenuExtraView> clockView_;
   std::shared_ptr<MoonStatCollector> moonCollector_;
   Registration moonRegistration_;
+  /// The controller of the dropdown; null before the middle of `setup`.
+  std::shared_ptr<StatInterfaceTime_Time> interface_;
   bool cancelled_ = false;
   std::vector<NSObservation> observations_;
 };

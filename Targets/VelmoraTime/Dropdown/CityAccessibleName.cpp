@@ -75,6 +75,5 @@ std::string cityAccessibleName(std::string_view city, const CityClock& clock, co
                      NSTimeZone::systemTimeZone().secondsFromGMTForDate(date);
   return filledIn(WENLocalizedString("%@, %@ %@, %@", "", "time"), "%@",
                   {city, lowercaseString(relativeDayText(clock, date)),
-                   cityTimeText(timeToTheMinute(), clock, date),
-                   offsetText(offset)});
+                   cityTimeText(timeToTheMinute(), clock, date), offsetText(offset)});
 }

@@ -1,0 +1,217 @@
+#include "Targets/VelmoraTime/Dropdown/StatInterfaceTime.h"
+
+#include <algorithm>
+#include <exception>
+#include <optional>
+#include <string>
+#include <typeinfo>
+
+#include "Platform/Foundation/Notifications/NSNotificationCenter.h"
+#include "Platform/Foundation/Process/NSLog.h"
+#include "Platform/Foundation/Text/TypeName.h"
+#include "Platform/Foundation/Time/NSDate.h"
+#include "Platform/Foundation/Time/NSDateFormatter.h"
+#include "Shared/Collectors/CityStatCollector.h"
+#include "Targets/Shared/Dropdown/MenuItemHighlight.h"
+#include "Targets/Shared/Dropdown/ZEVMenuItemUtilities.h"
+#include "Targets/Shared/ZEVPreferences.h"
+
+namespace {
+
+constexpr int64_t RowWidth = 225;
+constexpr double SecondsBetweenDates = 60;
+
+bool showsLargeRows() { return ZEVIntegerForKey("Time_DropdownCityLayout") == 1; }
+
+std::shared_ptr<StatInterfaceTimeItem> makeClock(const CityRecord& city) {
+  auto clock = std::make_shared<StatInterfaceTimeItem>();
+  clock->setDetails(city);
+  clock->menuitem()->setTitle("city");
+  clock->loadLocale();
+  clock->updateMode();
+  clock->updateStaticInfo();
+  return clock;
+}
+
+void displayAnew(const NSMenu& menu) {
+  for (const auto& item : menu.itemArray()) {
+    if (item->view()) item->view()->setNeedsDisplay(true);
+    if (item->submenu()) displayAnew(*item->submenu());
+  }
+}
+
+}  // namespace
+
+StatInterfaceTime_Time::StatInterfaceTime_Time() {
+  setMenu(createMenu());
+  moon_.moonMenu()->setDelegate(this);
+  loadCombinedRow();
+  dateTimer_ =
+      NSTimer::scheduledTimerWithTimeInterval(SecondsBetweenDates, [this] { updateDate(); });
+  rebuildMenu();
+  updateDate();
+  moon_.updateCurrentPhase();
+  // A faulty format must not keep the clock from starting.
+  NSRunLoop::guarded([this] { updateMoonPhase(); });
+}
+
+StatInterfaceTime_Time::~StatInterfaceTime_Time() { moon_.moonMenu()->setDelegate(nullptr); }
+
+void StatInterfaceTime_Time::loadCombinedRow() {
+  combinedDateValue_ = createLabelField(NSTextAlignment::Center, ZEVMakeRect(6, 0, 213, 20));
+  const auto row = std::make_shared<StatInterfaceView_Time>(ZEVMakeRect(0, 0, RowWidth, 25));
+  row->addSubview(combinedDateValue_);
+  setCombinedItem(createMenuItemWithView(row));
+}
+
+// --- The clocks ---------------------------------------------------------------------------------
+
+std::shared_ptr<StatInterfaceTimeItem> StatInterfaceTime_Time::itemWithIdentifier(
+    int64_t identifier) const {
+  const auto found = std::ranges::find(items_, identifier, &StatInterfaceTimeItem::identifier);
+  return found != items_.end() ? *found : nullptr;
+}
+
+void StatInterfaceTime_Time::loadClocks() {
+  for (const auto& clock : items_)
+    clock->setExists(false);
+  const PropertyList cities = ZEVObjectForKey("Time_Cities");
+  const auto identifiers = cities.array() != nullptr ? *cities.array() : PropertyList::Array();
+  int64_t index = 0;
+  for (const PropertyList& identifier : identifiers) {
+    auto& collector = CityStatCollector_Time::sharedCityStatCollector();
+    const auto city = collector.cityWithIdentifier(identifier);
+    if (!city) continue;
+    auto clock = itemWithIdentifier(identifier.integerValue());
+    if (!clock) clock = items_.emplace_back(makeClock(*city));
+    clock->setExists(true);
+    // Of a city that is listed twice the later place counts, and leaves a gap.
+    clock->setIndex(index++);
+  }
+  updateCityNames();
+  removeInvalidClocks();
+  sortClocks();
+  rebuildMenu();
+}
+
+void StatInterfaceTime_Time::removeInvalidClocks() {
+  std::erase_if(items_, [](const auto& clock) { return !clock->exists(); });
+}
+
+void StatInterfaceTime_Time::sortClocks() {
+  std::ranges::sort(items_, [](const auto& a, const auto& b) { return a->sort(*b) < 0; });
+}
+
+void StatInterfaceTime_Time::updateCityNames() {
+  const PropertyList setting = ZEVDictionaryForKey("Time_CityNames");
+  const auto* names = setting.dictionary();
+  if (names == nullptr) return;
+  for (const auto& clock : items_) {
+    const auto found = names->find(std::to_string(clock->identifier()));
+    const std::string* name = found != names->end() ? found->second.string() : nullptr;
+    clock->setName(name != nullptr ? std::optional(*name) : std::nullopt);
+  }
+}
+
+void StatInterfaceTime_Time::updateCityMode() {
+  for (const auto& clock : items_)
+    clock->updateMode();
+  rebuildMenu();
+}
+
+// --- The rows -----------------------------------------------------------------------------------
+
+std::shared_ptr<NSMenuItem> StatInterfaceTime_Time::filler(const std::string& key,
+                                                           int64_t height) const {
+  return createFillerItem(menu().get(), key, RowWidth, height);
+}
+
+void StatInterfaceTime_Time::rebuildMenu() {
+  const bool isLarge = showsLargeRows();
+  MenuItems rows;
+  addMoon(rows, isLarge);
+  addClocks(rows, isLarge);
+  rows.push_back(filler("filler-base", 5));
+  rebuildMenuWithItems(rows);
+}
+
+void StatInterfaceTime_Time::addMoon(MenuItems& rows, bool isLarge) {
+  if (!ZEVBoolForKey("Time_DropdownShowMoon")) {
+    rows.push_back(filler("filler-no-events-or-moon", 1));
+    return;
+  }
+  rows.push_back(filler("filler-moon-before", 3));
+  rows.push_back(moon_.itemWithSubmenu(isLarge));
+}
+
+void StatInterfaceTime_Time::addClocks(MenuItems& rows, bool isLarge) const {
+  for (size_t position = 0; position < items_.size(); ++position) {
+    if (!isLarge) {
+      rows.push_back(items_[position]->menuitemSimple());
+      continue;
+    }
+    if (position > 0) rows.push_back(filler("filler-city-" + std::to_string(position), 2));
+    rows.push_back(items_[position]->menuitem());
+  }
+}
+
+void StatInterfaceTime_Time::themeChange() { displayAnew(*menu()); }
+
+// --- Time ---------------------------------------------------------------------------------------
+
+void StatInterfaceTime_Time::updateClocks() {
+  if (!isEnabled()) return;
+  for (const auto& clock : items_)
+    clock->update();
+}
+
+void StatInterfaceTime_Time::updateDate() {
+  NSDateFormatter formatter;
+  const PropertyList language = ZEVObjectForKey("language");
+  if (language.string() != nullptr) {
+    formatter.setLocale(NSLocale::localeWithLocaleIdentifier(*language.string()));
+  }
+  formatter.setDateFormat("d MMMM yyyy");
+  combinedDateValue_->setStringValue(formatter.stringFromDate(NSDate::date()));
+}
+
+void StatInterfaceTime_Time::forceUpdate() {
+  try {
+    rebuildMenu();
+    updateDate();
+    updateClocks();
+    for (const auto& clock : items_)
+      clock->updateSoonAndMoon();
+    moon_.updateCurrentPhase();
+  } catch (const std::exception& exception) {
+    NSLog(typeName(typeid(exception)) + " - " + exception.what());
+  }
+}
+
+void StatInterfaceTime_Time::stopTimers() {
+  dateTimer_.reset();
+  moon_.stopTimers();
+}
+
+// --- Open and closed ----------------------------------------------------------------------------
+
+void StatInterfaceTime_Time::stateChanged(bool isOpen) {
+  menu()->setVisible(isOpen);
+  NSNotificationCenter::defaultCenter().postNotification("ZEVMenuStateChanged");
+  setEnabled(isOpen);
+}
+
+void StatInterfaceTime_Time::menuWillOpen(NSMenu& opened) {
+  if (&opened != menu().get()) return;
+  stateChanged(true);
+  forceUpdate();
+}
+
+void StatInterfaceTime_Time::menuDidClose(NSMenu& closed) {
+  menuWillHighlightItem(closed, nullptr);
+  if (&closed == menu().get()) stateChanged(false);
+}
+
+void StatInterfaceTime_Time::menuWillHighlightItem(NSMenu& highlighted, NSMenuItem* item) {
+  highlightMenuItem(highlighted, item);
+}
