@@ -18,9 +18,9 @@ struct NamedState {
 };
 // AtspiStateType of at-spi2-core.
 constexpr NamedState States[] = {
-    {8, true, "disabled"},     {24, true, "insensitive"}, {25, true, "out of sight"},
-    {30, true, "hidden"},      {9, false, "expandable"},  {10, false, "expanded"},
-    {12, false, "focused"},    {23, false, "selected"},
+    {8, true, "disabled"},  {24, true, "insensitive"}, {25, true, "out of sight"},
+    {30, true, "hidden"},   {9, false, "expandable"},  {10, false, "expanded"},
+    {12, false, "focused"}, {23, false, "selected"},
 };
 
 GDBusConnection* connectTo(const char* address) {
@@ -44,9 +44,9 @@ GVariant* ask(const char* interface, const char* method, GVariant* arguments) {
 }  // namespace
 
 void setAccessibilityEnabled(bool enabled) {
-  g_variant_unref(ask(Properties, "Set",
-                      g_variant_new("(ssv)", "org.a11y.Status", "IsEnabled",
-                                    g_variant_new_boolean(enabled))));
+  g_variant_unref(
+      ask(Properties, "Set",
+          g_variant_new("(ssv)", "org.a11y.Status", "IsEnabled", g_variant_new_boolean(enabled))));
 }
 
 AccessibleDesktop::AccessibleDesktop() {
@@ -68,8 +68,7 @@ AccessibleDesktop::Answer AccessibleDesktop::call(const Reference& object, const
 }
 
 std::string AccessibleDesktop::name(const Reference& object) const {
-  const Answer answer =
-      call(object, Properties, "Get", g_variant_new("(ss)", Accessible, "Name"));
+  const Answer answer = call(object, Properties, "Get", g_variant_new("(ss)", Accessible, "Name"));
   if (!answer) return "?";
   GVariant* text = nullptr;
   g_variant_get(answer.get(), "(v)", &text);
@@ -103,7 +102,8 @@ std::string AccessibleDesktop::lineOf(const Reference& object) const {
   for (const std::string& action : actions(object))
     text += " (" + action + ")";
   for (const NamedState& state : States) {
-    if (((low >> state.number & 1) != 0) != state.isUsual) text += std::string(" ") + state.otherwise;
+    if (((low >> state.number & 1) != 0) != state.isUsual)
+      text += std::string(" ") + state.otherwise;
   }
   return text;
 }
@@ -172,8 +172,8 @@ NSRect AccessibleDesktop::place(const std::string& name) const {
   constexpr uint32_t OnScreen = 0;
   const auto object = find({Registry, RootPath}, name);
   if (!object) return {};
-  const Answer answer = call(*object, "org.a11y.atspi.Component", "GetExtents",
-                             g_variant_new("(u)", OnScreen));
+  const Answer answer =
+      call(*object, "org.a11y.atspi.Component", "GetExtents", g_variant_new("(u)", OnScreen));
   if (!answer) return {};
   int x = 0;
   int y = 0;

@@ -34,7 +34,8 @@ class AccessibleDesktop {
 
   /// Notices every event from now on.
   void listen();
-  /// Those so far: "focused 1 Row 2", "accessible-name 0 Row 2", "add 3 Row 2" for its fourth child.
+  /// Those so far: "focused 1 Row 2", "accessible-name 0 Row 2", "add 3 Row 2" for its fourth
+  /// child.
   const std::vector<std::string>& heard() const;
 
  private:
