@@ -18,9 +18,6 @@ Accessibility::Accessibility(MenuBar& bar) : bar_(bar), status_([this] { load();
 Accessibility::~Accessibility() {
   bar_.onItemChanged = nullptr;
   bar_.menus().tracker().onStateChanged = nullptr;
-  for (const auto& timer : {pass_, minute_}) {
-    if (timer) NSRunLoop::mainRunLoop().cancel(*timer);
-  }
 }
 
 void Accessibility::load() {
@@ -72,7 +69,7 @@ void Accessibility::update() {
 
 void Accessibility::scheduleMinute() {
   NSRunLoop& loop = NSRunLoop::mainRunLoop();
-  if (minute_) loop.cancel(*std::exchange(minute_, std::nullopt));
+  minute_.reset();
   if (!bar_.menus().isOpen()) return;
   constexpr double Minute = 60;
   // The rows' own tick comes first.

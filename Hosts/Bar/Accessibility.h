@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <vector>
 
 #include "Hosts/Accessibility/AccessibleBar.h"
@@ -32,7 +31,7 @@ class Accessibility {
   MenuBar& bar_;
   std::unique_ptr<AccessibleBar> told_;
   std::vector<uint64_t> presses_;
-  std::optional<NSRunLoop::TimerId> pass_;
-  std::optional<NSRunLoop::TimerId> minute_;
+  NSRunLoop::Timer pass_;
+  NSRunLoop::Timer minute_;
   AccessibilityStatus status_;
 };

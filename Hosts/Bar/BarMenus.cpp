@@ -130,6 +130,8 @@ void BarMenus::menuScaleChanged() {
 void BarMenus::menuPointerEvent(const PointerEvent& event) {
   switch (event.kind) {
     case PointerEvent::Kind::Enter:
+      // It has come to where the pointer lies, which has not moved.
+      break;
     case PointerEvent::Kind::Move:
       tracker_.pointerMoved(event.place);
       break;

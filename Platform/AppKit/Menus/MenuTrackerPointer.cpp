@@ -26,6 +26,8 @@ void MenuTracker::pointerMoved(NSPoint place, NSEventModifierFlags modifiers) {
   pointer_ = place;
   if (!isTracking()) return;
   if (isOpeningPress_ && !NSPointInRect(place, slot_)) hasDraggedAway_ = true;
+  // A pointer that lies anywhere else takes nothing from the keyboard.
+  if (!isPointerInUse_ && !isOpeningPress_ && !levelAt(place)) return;
   isPointerInUse_ = true;
   hover(place, true);
 }

@@ -257,6 +257,8 @@ TEST_F(MenuTrackerTest, FollowsTheKeyboard) {
       {"t zz", "A"},
       // The pointer and keys take turns.
       {"m 550 50 k Down m 551 30", "A"},
+      {"m 100 300", "A"},
+      {"k Down m 100 300 m 550 116 m 100 300", "-"},
   };
   for (const auto& [steps, expected] : cases) {
     EXPECT_EQ(after(steps, MenuOpening::Request), expected) << steps;
