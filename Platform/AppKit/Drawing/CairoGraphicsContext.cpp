@@ -174,6 +174,10 @@ NSPoint CairoGraphicsContext::alignedToPixels(NSPoint point) const {
   return point;
 }
 
+double CairoGraphicsContext::drawnWidth(std::string_view text, const NSFont& font) const {
+  return textLineWidthAtScale(text, font, scaleOfContext(cairo_));
+}
+
 struct BitmapSurface::Implementation {
   cairo_surface_t* surface;
   cairo_t* cairo;

@@ -25,6 +25,7 @@ class CairoGraphicsContext : public NSGraphicsContext {
 
   std::string_view className() const override;
   NSPoint alignedToPixels(NSPoint point) const override;
+  double drawnWidth(std::string_view text, const NSFont& font) const override;
 
  private:
   void pushState() override;

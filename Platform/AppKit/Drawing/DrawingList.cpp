@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "Platform/AppKit/Text/TextLine_p.h"
+
 namespace {
 
 template <typename... Functions>
@@ -82,6 +84,10 @@ void DrawingList::flip(double height) {
   NSGraphicsContext::flip(height);
   // In the place of the transform that this consists of.
   if (calls_.size() > before) calls_.back() = Flip{height};
+}
+
+double DrawingList::drawnWidth(std::string_view text, const NSFont& font) const {
+  return textLineWidthAtScale(text, font, std::hypot(transform().m11, transform().m12) * scale_);
 }
 
 NSPoint DrawingList::alignedToPixels(NSPoint point) const {

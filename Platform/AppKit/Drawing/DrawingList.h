@@ -30,6 +30,7 @@ class DrawingList : public NSGraphicsContext {
 
   std::string_view className() const override { return "DrawingList"; }
   NSPoint alignedToPixels(NSPoint point) const override;
+  double drawnWidth(std::string_view text, const NSFont& font) const override;
   void flip(double height) override;
 
  private:

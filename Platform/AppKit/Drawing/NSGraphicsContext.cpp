@@ -5,6 +5,7 @@
 
 #include "Platform/AppKit/Drawing/NSBezierPath.h"
 #include "Platform/AppKit/Drawing/NSImage.h"
+#include "Platform/AppKit/Text/TextLine_p.h"
 
 namespace {
 
@@ -59,6 +60,10 @@ void NSGraphicsContext::clipToPath(const NSBezierPath& path) {
 void NSGraphicsContext::clipToMask(const NSImage& mask, NSRect rect) {
   if (!hasPlace(mask, rect, NSZeroRect)) state_.showsNothing = true;
   if (!state_.showsNothing) narrowClip(mask, rect);
+}
+
+double NSGraphicsContext::drawnWidth(std::string_view text, const NSFont& font) const {
+  return textLineWidth(text, font);
 }
 
 void NSGraphicsContext::fillPath(const NSBezierPath& path) {

@@ -54,6 +54,8 @@ class NSGraphicsContext {
 
   /// The nearest point that falls between pixels.
   virtual NSPoint alignedToPixels(NSPoint point) const { return point; }
+  /// The advance of a line of text as it comes out at the context's scale, in points.
+  virtual double drawnWidth(std::string_view text, const NSFont& font) const;
 
   void fillPath(const NSBezierPath& path);
   /// With the gradient's first colour up to `start` and its last from `end` on.

@@ -16,12 +16,14 @@ void drawInRectWithAttributes(std::string_view text, NSRect rect,
   NSGraphicsContext* context = NSGraphicsContext::currentContext();
   if (context == nullptr) return;
   const std::string shown = truncatedToWidth(text, rect.size.width, attributes);
-  const NSSize size = sizeWithAttributes(shown, attributes);
   double x = rect.origin.x;
-  if (attributes.alignment == NSTextAlignment::Right) x += rect.size.width - size.width;
-  if (attributes.alignment == NSTextAlignment::Center) x += (rect.size.width - size.width) / 2;
-  const double y =
-      context->isFlipped() ? rect.origin.y : rect.origin.y + rect.size.height - size.height;
+  if (attributes.alignment != NSTextAlignment::Left) {
+    // As wide as it is drawn, so that lines at the right edge end level with each other.
+    const double rest = rect.size.width - context->drawnWidth(shown, attributes.font);
+    x += attributes.alignment == NSTextAlignment::Right ? rest : rest / 2;
+  }
+  const double height = sizeWithAttributes(shown, attributes).height;
+  const double y = context->isFlipped() ? rect.origin.y : rect.origin.y + rect.size.height - height;
   context->drawText(shown, context->alignedToPixels({x, y}), attributes);
 }
 

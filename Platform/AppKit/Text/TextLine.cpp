@@ -174,14 +174,22 @@ FontHeights fontHeights(const NSFont& font) {
 }
 
 double textLineWidth(std::string_view text, const NSFont& font) {
-  return linesAt(1).line(text, font).width();
+  return textLineWidthAtScale(text, font, 1);
 }
 
-void showTextLine(_cairo* cairo, std::string_view text, const NSFont& font) {
+double textLineWidthAtScale(std::string_view text, const NSFont& font, double scale) {
+  return linesAt(scale).line(text, font).width();
+}
+
+double scaleOfContext(_cairo* cairo) {
   cairo_matrix_t matrix;
   cairo_get_matrix(cairo, &matrix);
   double deviceX = 1;
   double deviceY = 1;
   cairo_surface_get_device_scale(cairo_get_target(cairo), &deviceX, &deviceY);
-  linesAt(std::hypot(matrix.xx, matrix.yx) * deviceX).line(text, font).show(cairo);
+  return std::hypot(matrix.xx, matrix.yx) * deviceX;
+}
+
+void showTextLine(_cairo* cairo, std::string_view text, const NSFont& font) {
+  linesAt(scaleOfContext(cairo)).line(text, font).show(cairo);
 }

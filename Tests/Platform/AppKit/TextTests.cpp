@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -67,6 +68,23 @@ TEST(Fonts, WidthsAreTheSameWhateverIsBeingDrawnTo) {
     const NSCurrentGraphicsContext current(surface.context());
     drawAtPointWithAttributes("Wed 12:34:56", {0, 0}, attributes);
     EXPECT_EQ(sizeWithAttributes("Wed 12:34:56", attributes).width, before) << scale;
+  }
+}
+
+// Letters stand on whole pixels, so a line is wider at one scale than at another: a column of times
+// must end level at each.
+TEST(TextDrawing, LinesAtTheRightEndLevel) {
+  NSTextAttributes attributes = attributesOfSize(12);
+  attributes.alignment = NSTextAlignment::Right;
+  for (const int scale : {1, 2, 3}) {
+    std::set<int> ends;
+    for (const char* text : {"04:04 AM", "08:49 AM", "12:11 AM", "WAVE AM", "São Tomé M"}) {
+      BitmapSurface surface({100, Height}, scale);
+      const NSCurrentGraphicsContext current(surface.context());
+      drawInRectWithAttributes(text, NSMakeRect(0, 0, 90, Height), attributes);
+      ends.insert(inkOf(surface).right);
+    }
+    EXPECT_LE(*ends.rbegin() - *ends.begin(), 1) << scale;
   }
 }
 
