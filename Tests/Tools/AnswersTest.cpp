@@ -141,6 +141,23 @@ TEST(Answers, Fuzzy) {
   }
 }
 
+// In Reykjavik in June the Sun sets behind midnight and there is no night (NOAA Solar Calculator).
+TEST(Answers, WorldClock) {
+  const auto light = [](const char* now, const std::string& answer) {
+    return Call{{"--now", now, "light", "--zone", "Atlantic/Reykjavik", "--lat", "64.15", "--lon",
+                 "-21.94"},
+                answer};
+  };
+  expectAnswers({
+      {{"--locale", "de_DE", "--system-zone", "Europe/Berlin", "--now", Now, "clock", "--zone",
+        "Asia/Tokyo", "--elements",
+        R"(["EE","' '","HH",":","mm"," zzz ","zzz","__RELATIVE_DAY__"])"},
+       R"({"text":"So 00:04 GMT+9 JSTMorgen"})"},
+      light("2026-06-21T12:00:00Z", R"({"day":true,"lightPercentage":1})"),
+      light("2026-12-21T06:00:00Z", R"({"day":false,"lightPercentage":1})"),
+  });
+}
+
 double answeredNumber(const std::vector<std::string>& arguments, const char* key) {
   const auto result = timectl(arguments);
   EXPECT_EQ(result.status, 0) << result.errors;

@@ -60,9 +60,9 @@ void drawPicture(std::string_view name, double alpha) {
 }  // namespace
 
 void StatInterfaceClockFace_Time::setReading(const Reading& reading) {
-  const bool looksTheSame =
-      reading.day == reading_.day && reading.lightPercentage == reading_.lightPercentage &&
-      reading.hour == reading_.hour && reading.minute == reading_.minute;
+  const bool looksTheSame = reading.day == reading_.day &&
+                            reading.lightPercentage == reading_.lightPercentage &&
+                            reading.hour == reading_.hour && reading.minute == reading_.minute;
   reading_ = reading;
   if (!looksTheSame) setNeedsDisplay(true);
 }

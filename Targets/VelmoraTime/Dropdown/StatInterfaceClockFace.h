@@ -9,7 +9,7 @@ class StatInterfaceClockFace_Time : public NSView {
  public:
   /// What the dial shows.
   struct Reading {
-    bool day = false;  ///< The light dial; else as much of the dark one over it as told.
+    bool day = false;           ///< The light dial; else as much of the dark one over it as told.
     float lightPercentage = 0;  ///< The share of the dark dial, from 0 to 1.
     int64_t hour = -1;          ///< From 0 to 23; -1 before anything was shown.
     int64_t minute = 0;

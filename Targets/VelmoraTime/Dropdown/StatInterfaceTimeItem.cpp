@@ -183,8 +183,7 @@ std::string StatInterfaceTimeItem::nameForHour(int64_t hour) const {
 }
 
 void StatInterfaceTimeItem::menuWillOpen(NSMenu&) {
-  timer_ =
-      NSTimer::scheduledTimerWithTimeInterval(SubmenuInterval, [this] { updateSubmenu(); });
+  timer_ = NSTimer::scheduledTimerWithTimeInterval(SubmenuInterval, [this] { updateSubmenu(); });
   updateSubmenu();
 }
 

@@ -140,6 +140,10 @@ TEST(Contexts, RefuseWhatHasNoPlaceAndGoOn) {
        [&](Context& context) {
          context.clipToPath(NSBezierPath::bezierPathWithRect(NSMakeRect(0, 0, NoNumber, 9)));
        }},
+      {"mask",
+       [&](Context& context) {
+         context.clipToMask(*NSImage::imageWithSize({4, 4}), {});
+       }},
   };
   for (const auto& [name, draw] : cases) {
     SCOPED_TRACE(name);
@@ -151,7 +155,8 @@ TEST(Contexts, RefuseWhatHasNoPlaceAndGoOn) {
       context->saveGraphicsState();
       draw(*context);
       // Under coordinates without an area nothing shows, and the next state is whole again.
-      if (std::string_view("flat moved away clip").find(name) != std::string_view::npos) fill(Four);
+      if (std::string_view("flat moved away clip mask").find(name) != std::string_view::npos)
+        fill(Four);
       context->restoreGraphicsState();
       fill(NSMakeRect(3, 2, 5, 4));
     }
@@ -237,6 +242,38 @@ TEST(Contexts, AFileThatCannotBeWrittenIsToldWithItsReason) {
   EXPECT_THROW(surface.writePng("/nowhere/at/all.png"), std::runtime_error);
 }
 
+/// Covers its left half, and the other by a quarter.
+std::shared_ptr<NSImage> leftHalfCovered() {
+  auto image = NSImage::imageWithSize({4, 4});
+  const auto focus = image->lockFocus();
+  NSColor::colorWithDeviceWhite(1, 0.25).setFill();
+  fill(NSMakeRect(2, 0, 2, 4));
+  NSColor::blackColor().setFill();
+  fill(NSMakeRect(0, 0, 2, 4));
+  return image;
+}
+
+// Would catch: a mask that shades what is drawn by its colour, that stands elsewhere under turned
+// coordinates, or that outlives its state.
+TEST(Contexts, AMaskLetsThroughWhatItCovers) {
+  BitmapSurface surface({20, 10}, 2);
+  const NSCurrentGraphicsContext current(surface.context());
+  Red.setFill();
+  {
+    const NSSavedGraphicsState saved(surface.context());
+    surface.context().flip(10);
+    surface.context().clipToMask(*leftHalfCovered(), NSMakeRect(2, 1, 8, 4));
+    fill(NSMakeRect(0, 0, 20, 3));
+  }
+  // 8 by 2 points of the mask, at scale 2.
+  const Ink ink = inkOf(surface);
+  EXPECT_NEAR(ink.area, 32 + 32 * 0.25, 0.1);
+  EXPECT_EQ(ink, (Ink{4, 19, 2, 5, ink.area, false}));
+  fill(NSMakeRect(15, 0, 5, 10));
+  for (const auto& [column, row] : {std::pair{4, 2}, {39, 19}})
+    EXPECT_EQ(surface.pixelAt(column, row), Red);
+}
+
 /// One of each kind of call, upright and flipped, clipped, moved and turned.
 void drawEverything(double right, const NSColor& color, std::string_view text) {
   NSGraphicsContext& context = *NSGraphicsContext::currentContext();
@@ -249,6 +286,11 @@ void drawEverything(double right, const NSColor& color, std::string_view text) {
     NSTextAttributes attributes;
     attributes.foregroundColor = color;
     drawAtPointWithAttributes(text, {4, 2}, attributes);
+  }
+  {
+    const NSSavedGraphicsState saved(context);
+    context.clipToMask(*leftHalfCovered(), NSMakeRect(30, 1, 8, 8));
+    fill(NSMakeRect(28, 0, 12, 5));
   }
   context.translateBy({20, 10});
   context.rotateByRadians(0.3);
