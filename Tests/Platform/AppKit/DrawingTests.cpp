@@ -253,27 +253,6 @@ std::shared_ptr<NSImage> leftHalfCovered() {
   return image;
 }
 
-// Would catch: a mask that shades what is drawn by its colour, that stands elsewhere under turned
-// coordinates, or that outlives its state.
-TEST(Contexts, AMaskLetsThroughWhatItCovers) {
-  BitmapSurface surface({20, 10}, 2);
-  const NSCurrentGraphicsContext current(surface.context());
-  Red.setFill();
-  {
-    const NSSavedGraphicsState saved(surface.context());
-    surface.context().flip(10);
-    surface.context().clipToMask(*leftHalfCovered(), NSMakeRect(2, 1, 8, 4));
-    fill(NSMakeRect(0, 0, 20, 3));
-  }
-  // 8 by 2 points of the mask, at scale 2.
-  const Ink ink = inkOf(surface);
-  EXPECT_NEAR(ink.area, 32 + 32 * 0.25, 0.1);
-  EXPECT_EQ(ink, (Ink{4, 19, 2, 5, ink.area, false}));
-  fill(NSMakeRect(15, 0, 5, 10));
-  for (const auto& [column, row] : {std::pair{4, 2}, {39, 19}})
-    EXPECT_EQ(surface.pixelAt(column, row), Red);
-}
-
 /// One of each kind of call, upright and flipped, clipped, moved and turned.
 void drawEverything(double right, const NSColor& color, std::string_view text) {
   NSGraphicsContext& context = *NSGraphicsContext::currentContext();
@@ -320,6 +299,11 @@ TEST(DrawingLists, DrawWhatWasDrawnAndTellDifferencesApart) {
       ASSERT_EQ(direct.pixelAt(column, row), replayed.pixelAt(column, row))
           << column << ", " << row;
   }
+  // Of the masked rectangle: in the left half, in the right one, above and beside the mask.
+  EXPECT_EQ(direct.pixelAt(48, 25), Red);
+  EXPECT_NEAR(direct.pixelAt(54, 25).alphaComponent(), 0.25, 0.01);
+  for (const auto& [column, row] : {std::pair{48, 29}, {58, 25}})
+    EXPECT_EQ(direct.pixelAt(column, row).alphaComponent(), 0);
 
   const auto image = NSImage::imageWithSize({4, 4});
   const auto listOfImage = [&] {
