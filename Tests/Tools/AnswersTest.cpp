@@ -141,6 +141,18 @@ TEST(Answers, Fuzzy) {
   }
 }
 
+// In Reykjavik in June the Sun sets at 00:04: on each date before it rises.
+TEST(Answers, WorldClock) {
+  expectAnswers({
+      {{"--locale", "de_DE", "--system-zone", "Europe/Berlin", "--now", Now, "clock", "--zone",
+        "Asia/Tokyo", "--elements", R"(["EE","' '","HH",":","mm"," zzz ","__RELATIVE_DAY__"])"},
+       R"({"text":"So 00:04 GMT+9 Morgen"})"},
+      {{"--now", "2026-06-21T23:30:00Z", "light", "--zone", "Atlantic/Reykjavik", "--lat", "64.15",
+        "--lon", "-21.94"},
+       R"({"day":true,"lightPercentage":1})"},
+  });
+}
+
 double answeredNumber(const std::vector<std::string>& arguments, const char* key) {
   const auto result = timectl(arguments);
   EXPECT_EQ(result.status, 0) << result.errors;

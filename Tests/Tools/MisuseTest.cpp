@@ -44,6 +44,8 @@ TEST(Misuse, Arguments) {
       {{"menubar", "--elements", "[]", "--flash", "2"}, "neither 0 nor 1"},
       {{"fuzzy", "--time", "0", "--copy", "row"}, "'row'"},
       {{"fuzzy", "--time", "0", "--copy", "menubar", "--zone", "UTC"}, "--copy clock only"},
+      {{"clock", "--zone", "UTC", "--elements", R"(["'"])"}, "too short"},
+      {{"light", "--zone", "UTC", "--lat", "0", "--lon", "181"}, "--lon: '181'"},
       {{"sun", "--date", "0", "--zone", "UTC", "--lat", "90.1", "--lon", "0"}, "--lat: '90.1'"},
       {{"phases", "--date", "0", "--count", "1.5"}, "no whole number"},
       {{"phase", "--date", "-0001-01-01T00:00:00Z"}, "years"},

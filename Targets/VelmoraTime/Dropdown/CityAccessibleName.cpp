@@ -25,33 +25,30 @@ std::string filledIn(std::string_view format, std::string_view place,
   return text;
 }
 
-std::string amount(int64_t count, std::string_view one, std::string_view many) {
+std::string amount(int64_t count, std::string_view one, std::string_view many,
+                   std::string_view digitsModel) {
   const std::string_view key = count == 1 ? one : many;
-  return filledIn(WENLocalizedString(key, "", "common"), "%i", {std::to_string(count)});
+  return filledIn(WENLocalizedString(key, "", "common"), "%i",
+                  {stringWithDigitsOf(std::to_string(count), digitsModel)});
 }
 
-std::string hoursText(int64_t count) {
-  return amount(count, localizedKey("%i hour"), localizedKey("%i hours"));
-}
-
-std::string minutesText(int64_t count) {
-  return amount(count, localizedKey("%i minute"), localizedKey("%i minutes"));
-}
-
-/// How far the city's clocks are from those here.
-std::string offsetText(int64_t seconds) {
+/// How far the city's clocks are from those here, in the digits of its time.
+std::string offsetText(int64_t seconds, std::string_view time) {
   const int64_t minutes = std::abs(seconds) / 60;
   if (minutes == 0) return WENLocalizedString("same time as here", "", "time");
+  const std::string hoursText =
+      amount(minutes / 60, localizedKey("%i hour"), localizedKey("%i hours"), time);
+  const std::string minutesText =
+      amount(minutes % 60, localizedKey("%i minute"), localizedKey("%i minutes"), time);
   const bool isAhead = seconds > 0;
   if (minutes % 60 != 0 && minutes > 60) {
     const std::string_view key =
         isAhead ? localizedKey("%@ and %@ ahead") : localizedKey("%@ and %@ behind");
-    return filledIn(WENLocalizedString(key, "", "time"), "%@",
-                    {hoursText(minutes / 60), minutesText(minutes % 60)});
+    return filledIn(WENLocalizedString(key, "", "time"), "%@", {hoursText, minutesText});
   }
   const std::string_view key = isAhead ? localizedKey("%@ ahead") : localizedKey("%@ behind");
   return filledIn(WENLocalizedString(key, "", "time"), "%@",
-                  {minutes < 60 ? minutesText(minutes) : hoursText(minutes / 60)});
+                  {minutes < 60 ? minutesText : hoursText});
 }
 
 /// The format of a bare time, whose seconds would be stale before they are read.
@@ -73,7 +70,8 @@ ClockElements timeToTheMinute() {
 std::string cityAccessibleName(std::string_view city, const CityClock& clock, const NSDate& date) {
   const int offset = clock.zone.secondsFromGMTForDate(date) -
                      NSTimeZone::systemTimeZone().secondsFromGMTForDate(date);
-  return filledIn(WENLocalizedString("%@, %@ %@, %@", "", "time"), "%@",
-                  {city, lowercaseString(relativeDayText(clock, date)),
-                   cityTimeText(timeToTheMinute(), clock, date), offsetText(offset)});
+  const std::string time = cityTimeText(timeToTheMinute(), clock, date);
+  return filledIn(
+      WENLocalizedString("%@, %@ %@, %@", "", "time"), "%@",
+      {city, lowercaseString(relativeDayText(clock, date)), time, offsetText(offset, time)});
 }

@@ -140,6 +140,10 @@ TEST(Contexts, RefuseWhatHasNoPlaceAndGoOn) {
        [&](Context& context) {
          context.clipToPath(NSBezierPath::bezierPathWithRect(NSMakeRect(0, 0, NoNumber, 9)));
        }},
+      {"mask",
+       [&](Context& context) {
+         context.clipToMask(*NSImage::imageWithSize({4, 4}), {});
+       }},
   };
   for (const auto& [name, draw] : cases) {
     SCOPED_TRACE(name);
@@ -151,7 +155,8 @@ TEST(Contexts, RefuseWhatHasNoPlaceAndGoOn) {
       context->saveGraphicsState();
       draw(*context);
       // Under coordinates without an area nothing shows, and the next state is whole again.
-      if (std::string_view("flat moved away clip").find(name) != std::string_view::npos) fill(Four);
+      if (std::string_view("flat moved away clip mask").find(name) != std::string_view::npos)
+        fill(Four);
       context->restoreGraphicsState();
       fill(NSMakeRect(3, 2, 5, 4));
     }
@@ -237,6 +242,17 @@ TEST(Contexts, AFileThatCannotBeWrittenIsToldWithItsReason) {
   EXPECT_THROW(surface.writePng("/nowhere/at/all.png"), std::runtime_error);
 }
 
+/// Covers its left half, and the other by a quarter.
+std::shared_ptr<NSImage> leftHalfCovered() {
+  auto image = NSImage::imageWithSize({4, 4});
+  const auto focus = image->lockFocus();
+  NSColor::colorWithDeviceWhite(1, 0.25).setFill();
+  fill(NSMakeRect(2, 0, 2, 4));
+  NSColor::blackColor().setFill();
+  fill(NSMakeRect(0, 0, 2, 4));
+  return image;
+}
+
 /// One of each kind of call, upright and flipped, clipped, moved and turned.
 void drawEverything(double right, const NSColor& color, std::string_view text) {
   NSGraphicsContext& context = *NSGraphicsContext::currentContext();
@@ -249,6 +265,11 @@ void drawEverything(double right, const NSColor& color, std::string_view text) {
     NSTextAttributes attributes;
     attributes.foregroundColor = color;
     drawAtPointWithAttributes(text, {4, 2}, attributes);
+  }
+  {
+    const NSSavedGraphicsState saved(context);
+    context.clipToMask(*leftHalfCovered(), NSMakeRect(30, 1, 8, 8));
+    fill(NSMakeRect(28, 0, 12, 5));
   }
   context.translateBy({20, 10});
   context.rotateByRadians(0.3);
@@ -278,6 +299,11 @@ TEST(DrawingLists, DrawWhatWasDrawnAndTellDifferencesApart) {
       ASSERT_EQ(direct.pixelAt(column, row), replayed.pixelAt(column, row))
           << column << ", " << row;
   }
+  // Of the masked rectangle: in the left half, in the right one, above and beside the mask.
+  EXPECT_EQ(direct.pixelAt(48, 25), Red);
+  EXPECT_NEAR(direct.pixelAt(54, 25).alphaComponent(), 0.25, 0.01);
+  for (const auto& [column, row] : {std::pair{48, 29}, {58, 25}})
+    EXPECT_EQ(direct.pixelAt(column, row).alphaComponent(), 0);
 
   const auto image = NSImage::imageWithSize({4, 4});
   const auto listOfImage = [&] {

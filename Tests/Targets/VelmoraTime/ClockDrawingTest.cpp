@@ -11,6 +11,7 @@
 #include "Targets/VelmoraTime/Classes/VelmoraTime.h"
 #include "Targets/VelmoraTime/Classes/VelmoraTimeMenuExtraView.h"
 #include "Targets/VelmoraTime/Classes/ZEVDateAndTimeUtilities.h"
+#include "Targets/VelmoraTime/Dropdown/CityTimeText.h"
 #include "Tests/Targets/SimulatedTime.h"
 #include "Tests/Targets/VelmoraTime/ElementCases.h"
 
@@ -188,10 +189,14 @@ TEST_F(ClockDrawing, OneItemShowsOneDay) {
 TEST_F(ClockDrawing, EachElementInEachWalker) {
   const SimulatedTime sunday(utc(2026, 11, 22));
   NSDateFormatter formatter;
-  for (const auto& [element, inDateString, inMenubar] : ElementCases) {
+  const CityClock city = {formatter, NSTimeZone::systemTimeZone(), {}, {}};
+  const NSDate saturday = NSDate::dateWithTimeIntervalSince1970(Saturday);
+  for (const auto& [element, inDateString, inMenubar, inCity] : ElementCases) {
     EXPECT_EQ(dateString({element}, formatter, Saturday), inDateString) << element;
     const std::string run = std::string("[") + inDateString + "]";
     EXPECT_EQ(layout({element}), inMenubar != nullptr ? inMenubar : run) << element;
+    EXPECT_EQ(cityTimeText({element}, city, saturday), inCity != nullptr ? inCity : inDateString)
+        << element;
   }
   EXPECT_EQ(layout({"EEEE", "hh", "'o'", "hh", "a"}), "[Saturday03o04PM]");
 }

@@ -8,6 +8,8 @@ struct ElementCase {
   const char* inDateString;  ///< The icons are no patterns: the formatter stops at their letters.
   /// The pieces: texts in brackets, "moon" and "leaf". Null: the same text as in `dateString`.
   const char* inMenubar = nullptr;
+  const char* inCity =
+      nullptr;  ///< In a world clock's row. Null: the same text as in `dateString`.
 };
 
 constexpr ElementCase ElementCases[] = {
@@ -44,6 +46,8 @@ constexpr ElementCase ElementCases[] = {
     {":", ":"},
     {"' '", " "},
     {"'o''clock'", "o''clock"},
-    {"'aa'", "'P'"},
-    {"h 'o''clock' aa", "3 o'clock P"},
+    {"'aa'", "'P'", nullptr, "aa"},
+    {"'EE'", "ccc"},
+    {"h 'o''clock' aa", "3 o'clock P", nullptr, "3 o'clock PM"},
+    {"zzz", "UTC"},
 };
