@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "Platform/AppKit/Drawing/RecordingGraphicsContext.h"
+#include "Platform/AppKit/Menus/NSMenu.h"
 #include "Platform/Foundation/RunLoop/NSRunLoop.h"
 #include "Platform/Foundation/Settings/CFPreferences.h"
 
@@ -36,6 +37,10 @@ void NSMenuBarSlot::unload() {
   cancelPreviousPerformRequests("showOnceStarted");
   // Dropped first: what it still asks for while it ends must not have it drawn.
   if (const auto extra = std::exchange(extra_, nullptr)) {
+    // A menu that stayed open would show a time that stands still.
+    NSRunLoop::guarded([&] {
+      if (const auto menu = extra->menu()) menu->cancelTracking();
+    });
     NSRunLoop::guarded([&] { extra->willUnload(); });
   }
 }

@@ -22,7 +22,7 @@ class NSMenuBarSlot : public NSObject, public NSMenuExtraSlot {
 
   /// Makes the bundle's extra, which starts with the next pass of the run loop.
   void load(NSMenuExtraBundle bundle);
-  /// Tells the extra that it goes, closes its menu and drops it.
+  /// Closes the extra's menu, tells the extra that it goes and drops it.
   void unload();
 
   void setExtra(std::shared_ptr<NSMenuExtra> extra) { extra_ = std::move(extra); }

@@ -20,14 +20,14 @@ struct Desktop {
   }
 };
 
-// The menu is 160 points wide, at the right end below the bar of 22 points; the button is at
+// The menu is 160 points wide, 4 from the right end, below the bar of 22 points; the button is at
 // 112, 42 in it, 40 points wide and 16 high. On Wayland only the place in the window is known.
 const Desktop desktops[] = {
-    {"X11", [] { return std::make_unique<X11Server>(640, 200); }, {}, {{592, 64}, {40, 16}}},
+    {"X11", [] { return std::make_unique<X11Server>(640, 200); }, {}, {{588, 64}, {40, 16}}},
     {"X11AtScale2",
      [] { return std::make_unique<X11Server>(1280, 400); },
      {{"GDK_SCALE", "2"}},
-     {{1184, 128}, {80, 32}}},
+     {{1176, 128}, {80, 32}}},
     {"Wayland",
      [] {
        return std::make_unique<WaylandServer>(

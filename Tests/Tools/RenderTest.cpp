@@ -18,10 +18,11 @@ struct Picture {
   double height = 0;
 };
 
-/// Draws the bar and checks that the answer tells the size that the file has.
-Picture render(std::vector<std::string> globals, const std::vector<std::string>& options) {
+/// Draws a surface and checks that the answer tells the size that the file has.
+Picture render(std::vector<std::string> globals, const std::vector<std::string>& options,
+               const char* surface = "menubar") {
   const std::string path = testFolder() / "clock.png";
-  globals.insert(globals.end(), {"--now", "2026-11-21T15:04:05Z", "render", "menubar", "-o", path});
+  globals.insert(globals.end(), {"--now", "2026-11-21T15:04:05Z", "render", surface, "-o", path});
   globals.insert(globals.end(), options.begin(), options.end());
   const auto result = timectl(globals);
   EXPECT_EQ(result.status, 0) << result.errors;
@@ -53,6 +54,30 @@ TEST(Render, FollowsScaleThemeAndSettings) {
   EXPECT_EQ(render({"--set", "Time_MenubarFormat=[]"}, {}).width, 4);
   EXPECT_EQ(render({"--set", R"(Time_MenubarFormat=["___ICON__RED___"])"}, {}).width, 19);
   EXPECT_NE(render({"--set", "Time_TextColor=\"1 0 0 1\""}, {}).file, light.file);
+}
+
+// The large row of the Moon between its fillers, and the picture and the phases of its menu, with
+// room for the shadow around them.
+TEST(Render, DrawsTheDropdownAndTheMoonsMenu) {
+  struct Case {
+    const char* surface;
+    double width;
+    double height;
+  };
+  for (const auto& [surface, width, height] :
+       {Case{"dropdown", 237, 3 + 42 + 5}, Case{"moon-menu", 320, 160 + 4 + 190 + 3}}) {
+    SCOPED_TRACE(surface);
+    const auto draw = [&](std::vector<std::string> globals, const char* scale) {
+      globals.insert(globals.end(), {"--set", "Time_Cities=[]"});
+      return render(globals, {"--scale", scale}, surface);
+    };
+    const Picture light = draw({}, "1");
+    const Picture twice = draw({}, "2");
+    EXPECT_EQ(twice.width - 2 * width, 2 * (light.width - width));
+    EXPECT_EQ(light.width - width, light.height - height) << "the same room on all sides";
+    EXPECT_NE(draw({"--set", "DropdownTheme=1"}, "1").file, light.file);
+    EXPECT_NE(draw({"--locale", "ar"}, "1").file, light.file);
+  }
 }
 
 }  // namespace

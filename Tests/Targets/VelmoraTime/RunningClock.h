@@ -22,7 +22,9 @@ class RunningClock : public ZEVModuleDelegate {
   }
 
   /// The cities are opened on a queue of their own, which may still want the main loop.
-  ~RunningClock() override {
+  ~RunningClock() override { waitForCities(); }
+
+  void waitForCities() {
     struct Loading : CityStatCollectorDelegate {
       void cityCollectorFinishedLoading() override { dispatch_semaphore_signal(done); }
       const dispatch_semaphore_t done = dispatch_semaphore_create(0);
@@ -32,6 +34,7 @@ class RunningClock : public ZEVModuleDelegate {
     cities.addDelegate(loading);
     cities.loadDatabase();
     dispatch_semaphore_wait(loading->done);
+    time.loop.runPending();
   }
 
   void update() override {

@@ -1,0 +1,182 @@
+// The dropdown of the running clock, opened and followed by its rows.
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include <map>
+
+#include "Platform/AppKit/Menus/MenuSnapshot.h"
+#include "Platform/AppKit/Menus/RowText.h"
+#include "Platform/Foundation/Zones/NSTimeZone.h"
+#include "Targets/Shared/Dropdown/ZEVMenu.h"
+#include "Targets/Shared/ZEVPreferences.h"
+#include "Tests/Platform/Support/Files.h"
+#include "Tests/Targets/VelmoraTime/RunningClock.h"
+
+namespace {
+
+using Array = PropertyList::Array;
+using Settings = std::map<std::string, PropertyList>;
+
+class Dropdown : public testing::Test {
+ protected:
+  Dropdown() {
+    setenv("TZ", "UTC", 1);
+    NSTimeZone::resetSystemTimeZone();
+    set({{"Time_Cities", Array{"2643743", "1850147"}}});
+  }
+
+  static void set(const Settings& settings) {
+    for (const auto& [key, value] : settings)
+      ZEVSetObjectForKey(key, value);
+  }
+
+  void start(double now) {
+    clock.emplace(now);
+    clock->waitForCities();
+  }
+
+  /// Another process writes a setting.
+  void change(const std::string& key, const PropertyList& value, const std::string& resetKey) {
+    set({{key, value}});
+    clock->post("VelmoraTimePreferencesChanged", {{"key", key}, {"resetKey", resetKey}});
+  }
+
+  std::shared_ptr<ZEVMenu_Time> menu() {
+    return std::static_pointer_cast<ZEVMenu_Time>(clock->module().menu());
+  }
+  void open() {
+    screen.tracker().open(menu(), NSMakeRect(700, 0, 60, 22), MenuOpening::Press,
+                          NSUserInterfaceLayoutDirection::LeftToRight);
+  }
+
+  /// A line for the rows: each one's key or first text, height, and "+" for a submenu.
+  std::string rows() {
+    std::string line;
+    for (const auto& item : menu()->itemArray()) {
+      const auto texts = rowTexts(*item);
+      line += line.empty() ? "" : "|";
+      line += menu()->keyOfItem(*item).value_or(texts.empty() ? "?" : texts.front());
+      line += " " + std::to_string(std::lround(item->view()->frame().size.height));
+      line += item->submenu() ? "+" : "";
+    }
+    return line;
+  }
+  std::string secondText(size_t row) { return rowTexts(*menu()->itemArray()[row]).at(1); }
+  /// Name and date of a phase, from the nearest one.
+  std::vector<std::string> phase(size_t index) {
+    const auto texts = rowTexts(*menu()->itemArray()[1]->submenu()->itemArray()[2]);
+    return {texts.at(2 * index), texts.at(2 * index + 1)};
+  }
+
+  std::optional<RunningClock> clock;
+  MenuSnapshot screen{NSMakeRect(0, 22, 800, 578)};
+};
+
+// Every change is seen in the open menu; each case begins with the settings that the one before
+// left.
+TEST_F(Dropdown, RowsFollowTheSettings) {
+  start(Saturday);
+  open();
+  struct Case {
+    const char* key;
+    PropertyList value;
+    const char* resetKey;
+    const char* rows;
+  };
+  for (const auto& [key, value, resetKey, expected] : std::initializer_list<Case>{
+           {"",
+            {},
+            "",
+            "filler-moon-before 3|Waxing Gibbous 42+|London, United Kingdom 40+|filler-city-1 2|"
+            "Tokyo, Japan 40+|filler-base 5"},
+           {"Time_Cities", Array{1850147, "1", "2988507", "2643743", "2988507", "'"}, "cities",
+            "filler-moon-before 3|Waxing Gibbous 42+|Tokyo, Japan 40+|filler-city-1 2|"
+            "London, United Kingdom 40+|filler-city-2 2|Paris, France 40+|filler-base 5"},
+           {"Time_CityNames", PropertyList::Dictionary{{"1850147", "東京"}, {"1", "x"}},
+            "citynames",
+            "filler-moon-before 3|Waxing Gibbous 42+|東京 40+|filler-city-1 2|"
+            "London, United Kingdom 40+|filler-city-2 2|Paris, France 40+|filler-base 5"},
+           {"Time_DropdownCityLayout", 0, "citymode",
+            "filler-moon-before 3|Waxing Gibbous 19+|東京 19+|London 19+|Paris 19+|filler-base 5"},
+           {"Time_CityNames",
+            {},
+            "citynames",
+            "filler-moon-before 3|Waxing Gibbous 19+|東京 19+|London 19+|Paris 19+|filler-base 5"},
+           {"Time_CityNames", PropertyList::Dictionary{}, "citynames",
+            "filler-moon-before 3|Waxing Gibbous 19+|Tokyo 19+|London 19+|Paris 19+|filler-base 5"},
+           {"Time_DropdownShowMoon", 0, "moon",
+            "filler-no-events-or-moon 1|Tokyo 19+|London 19+|Paris 19+|filler-base 5"},
+           {"Time_Cities", "no list", "cities", "filler-no-events-or-moon 1|filler-base 5"}}) {
+    change(key, value, resetKey);
+    EXPECT_EQ(rows(), expected) << key;
+  }
+}
+
+TEST_F(Dropdown, FollowsTheTickAndTheFormatWhileItIsOpen) {
+  start(Saturday);
+  int stateChanges = 0;
+  const NSObservation observation = NSNotificationCenter::defaultCenter().addObserver(
+      "ZEVMenuStateChanged", [&](const NSNotification&) { ++stateChanges; });
+  open();
+  EXPECT_EQ(secondText(2), "03:04 PM");
+  EXPECT_TRUE(menu()->isVisible());
+  clock->time.loop.advance(55);
+  EXPECT_EQ(secondText(2), "03:05 PM");
+  change("Time_DropdownFormat", Array{"HH", "':'", "mm"}, "");
+  EXPECT_EQ(secondText(4), "00:05");
+  EXPECT_EQ(phase(0).at(1), "24 Nov, 14:55");
+  change("Time_DropdownFormat", "no list", "");
+  screen.tracker().close();
+  clock->time.loop.advance(3600);
+  EXPECT_EQ(secondText(4), "00:05") << "a closed one stands still";
+  EXPECT_FALSE(menu()->isVisible());
+  EXPECT_EQ(stateChanges, 2);
+  open();
+  change("Time_DropdownFormat", Array{"HH"}, "");
+  EXPECT_EQ(secondText(4), "01") << "a faulty format is mended";
+}
+
+// Phases of the USNO for 2026: full Moon on 24 November at 14:53, last quarter on 1 December at
+// 06:09. The rows go on five minutes later at the earliest, and at once in a new zone.
+TEST_F(Dropdown, TellsThePhasesToCome) {
+  start(utc(2026, 11, 24, 14, 53, 10));
+  using Texts = std::vector<std::string>;
+  EXPECT_EQ(secondText(1), "Nov 24 - Full Moon");
+  clock->time.loop.advance(295);
+  EXPECT_EQ(phase(0), (Texts{"Full Moon", "24 Nov, 2:55 PM"}));
+  clock->time.loop.advance(6);
+  EXPECT_EQ(secondText(1), "Dec 1 - Last Quarter");
+  EXPECT_EQ(phase(0), (Texts{"Last Quarter", "1 Dec, 6:10 AM"}));
+  EXPECT_EQ(phase(7).at(0), "Full Moon") << "the eighth";
+  setenv("TZ", "Asia/Tokyo", 1);
+  clock->post("NSSystemTimeZoneDidChangeNotification");
+  clock->time.loop.advance(1);
+  EXPECT_EQ(phase(1).at(1), "1 Dec, 3:10 PM") << "behind one past by less than the offset";
+}
+
+TEST_F(Dropdown, StartsWithoutCitiesAndWithAFaultyFormat) {
+  const EnvironmentVariable support("VELMORA_SUPPORT_DIR", freshFolder().string());
+  set({{"Time_DropdownFormat", "no list"}});
+  start(Saturday);
+  EXPECT_EQ(rows(), "filler-moon-before 3|Waxing Gibbous 42+|filler-base 5");
+}
+
+// Would catch: an open menu of a clock that has gone, and whatever keeps one alive.
+TEST_F(Dropdown, GoesWithItsClock) {
+  start(Saturday);
+  std::vector<std::weak_ptr<ZEVMenu_Time>> gone;
+  for (int count = 0; count < 50; ++count) {
+    open();
+    gone.push_back(menu());
+    clock->slot.unload();
+    EXPECT_FALSE(screen.tracker().isTracking());
+    clock->extra = std::make_shared<VelmoraTime>();
+    clock->slot.setExtra(clock->extra);
+    clock->extra->init(clock->slot, NSBundle());
+    clock->time.loop.advance(1.5);
+    EXPECT_TRUE(gone.back().expired()) << count;
+  }
+}
+
+}  // namespace
