@@ -26,7 +26,7 @@ ClockElements elementsArgument(const Arguments& arguments) {
     }
   }
   if (!isListOfTexts) {
-    throw UsageError("--elements: a JSON list of texts is wanted, such as '[\"HH\",\":\",\"mm\"]'");
+    throw UsageError(R"(--elements: a JSON list of texts is wanted, such as '["HH",":","mm"]')");
   }
   return elements;
 }

@@ -1,13 +1,14 @@
 #include "Targets/VelmoraTime/Dropdown/CityAccessibleName.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <initializer_list>
 #include <vector>
 
 #include "Platform/Foundation/Text/NSString.h"
+#include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/Shared/ZEVTranslations.h"
-#include "Targets/VelmoraTime/Classes/ZEVDateAndTimeUtilities.h"
 
 namespace {
 
@@ -51,18 +52,27 @@ std::string offsetText(int64_t seconds, std::string_view time) {
                   {minutes < 60 ? minutesText : hoursText});
 }
 
-/// The format of a bare time, whose seconds would be stale before they are read.
+/// Marks of no letters are the same with apostrophes as without, but only so part of a bare time.
+std::string withQuotedMarks(const std::string& element) {
+  const bool isMark = std::ranges::none_of(element, [](char character) {
+    return character == '\'' || (character >= 'a' && character <= 'z') ||
+           (character >= 'A' && character <= 'Z');
+  });
+  return isMark ? "'" + element + "'" : element;
+}
+
+/// The time of the rows' format, without seconds: they would be stale before they are read.
 ClockElements timeToTheMinute() {
+  constexpr std::string_view Format = "Time_DropdownFormat";
   ClockElements kept;
-  for (const std::string& element :
-       ZEVDateAndTimeUtilities::sharedUtilities().dropdownTimeFormat()) {
+  for (const std::string& element : clockElementsFromSetting(ZEVObjectForKey(Format), Format)) {
     if (element != "ss") {
-      kept.push_back(element);
+      kept.push_back(withQuotedMarks(element));
     } else if (!kept.empty() && isLiteral(kept.back())) {
       kept.pop_back();
     }
   }
-  return kept;
+  return bareTimeFormat(kept);
 }
 
 }  // namespace

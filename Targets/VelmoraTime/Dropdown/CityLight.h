@@ -11,4 +11,4 @@ struct CityLight {
 /// The light of a moment, in seconds since 1970, by the Sun's record of that day: through civil
 /// twilight, where there is a Sun above and below the horizon, the dials are blended. A record
 /// without the times counts them as 0.
-CityLight lightOfCity(const SunData& sun, double time);
+CityLight lightOfCity(const SunData& record, double time);

@@ -166,7 +166,7 @@ TEST(WorldClock, IsReadAloudToTheMinute) {
       {"Asia/Tokyo", "Asia/Shanghai", "City, yesterday 23:04, 1 hour behind"},
       {"UTC", "Atlantic/Azores", "City, today 15:04, same time as here"}};
   ZEVSetObjectForKey("Time_DropdownFormat",
-                     PropertyList::Array{"HH", "':'", "mm", "':'", "ss", "' '", "zzz"});
+                     PropertyList::Array{"HH", ":", "mm", "':'", "ss", "' '", "zzz"});
   for (const auto& [systemZone, zone, name] : cases) {
     const auto clock = clockIn(zone, systemZone);
     clock->update();
