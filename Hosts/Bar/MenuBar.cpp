@@ -41,6 +41,7 @@ MenuBar::MenuBar(Display& display, std::optional<std::string> wantedMonitor)
     : display_(display), wantedMonitor_(std::move(wantedMonitor)) {
   slot_.onNeedsDisplay = [this] { requestUpdate(); };
   slot_.onLengthChanged = [this] { requestUpdate(); };
+  slot_.onMenuShouldClose = [this] { menus_.close(); };
   display_.onMonitorsChanged = [this] { followMonitors(); };
 }
 

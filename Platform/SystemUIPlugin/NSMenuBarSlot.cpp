@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "Platform/AppKit/Drawing/RecordingGraphicsContext.h"
-#include "Platform/AppKit/Menus/NSMenu.h"
 #include "Platform/Foundation/RunLoop/NSRunLoop.h"
 #include "Platform/Foundation/Settings/CFPreferences.h"
 
@@ -35,12 +34,10 @@ void NSMenuBarSlot::unload() {
   setMenuDown(false);
   cancelPreviousPerformRequests("reload");
   cancelPreviousPerformRequests("showOnceStarted");
+  // A menu that stayed open would show a time that stands still.
+  if (onMenuShouldClose) onMenuShouldClose();
   // Dropped first: what it still asks for while it ends must not have it drawn.
   if (const auto extra = std::exchange(extra_, nullptr)) {
-    // A menu that stayed open would show a time that stands still.
-    NSRunLoop::guarded([&] {
-      if (const auto menu = extra->menu()) menu->cancelTracking();
-    });
     NSRunLoop::guarded([&] { extra->willUnload(); });
   }
 }

@@ -19,6 +19,8 @@ class NSMenuBarSlot : public NSObject, public NSMenuExtraSlot {
   /// Called when the slot wants to be drawn, and with a new width when that changed.
   std::function<void()> onNeedsDisplay;
   std::function<void()> onLengthChanged;
+  /// Called before the extra goes, whose menu goes with it.
+  std::function<void()> onMenuShouldClose;
 
   /// Makes the bundle's extra, which starts with the next pass of the run loop.
   void load(NSMenuExtraBundle bundle);
