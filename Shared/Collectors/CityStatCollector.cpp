@@ -90,7 +90,8 @@ std::vector<std::shared_ptr<CityStatCollectorDelegate>> CityStatCollector_Time::
 
 std::shared_ptr<FMDatabase_Time> CityStatCollector_Time::database() const {
   const std::lock_guard guard(mutex_);
-  return database_;
+  // One that could not be opened would say so at each lookup.
+  return database_ && database_->db() != nullptr ? database_ : nullptr;
 }
 
 void CityStatCollector_Time::loadDatabase() {
@@ -107,13 +108,8 @@ void CityStatCollector_Time::loadDatabase() {
   });
 }
 
-bool CityStatCollector_Time::hasDatabase() const {
-  const auto lookups = database();
-  return lookups && lookups->db() != nullptr;
-}
-
 std::shared_ptr<FMDatabase_Time> CityStatCollector_Time::databaseForSearch() const {
-  if (!hasDatabase()) return nullptr;
+  if (!database()) return nullptr;
   auto own = FMDatabase_Time::databaseWithPath(DatabasePath);
   return own->openWithFlags(FMOpenReadOnly) ? own : nullptr;
 }

@@ -46,9 +46,6 @@ class CityStatCollector_Time : public std::enable_shared_from_this<CityStatColle
   /// Opens the database on the collector's queue, then tells the delegates.
   void loadDatabase();
 
-  /// Whether the database has been opened.
-  bool hasDatabase() const;
-
   /// The record of a city, whose identifier may be a number or a text; null if there is none, or no
   /// database yet.
   std::optional<CityRecord> cityWithIdentifier(const PropertyList& identifier);
@@ -67,6 +64,7 @@ class CityStatCollector_Time : public std::enable_shared_from_this<CityStatColle
   std::vector<CityRecord> citiesWithStateMatch(std::string_view text);
 
  private:
+  /// The connection for lookups; null where there is no database.
   std::shared_ptr<FMDatabase_Time> database() const;
   std::vector<std::shared_ptr<CityStatCollectorDelegate>> livingDelegates() const;
   /// Null where there is no database to look into.

@@ -7,7 +7,6 @@
 #include "Platform/Foundation/Settings/NSUserDefaults.h"
 #include "Platform/Foundation/Time/NSDate.h"
 #include "Platform/Foundation/Zones/NSTimeZone.h"
-#include "Shared/External/Logging/DDLogLine.h"
 #include "Targets/Shared/Dropdown/ZEVMenuItem.h"
 #include "Targets/Shared/ZEVModularExtra.h"
 #include "Targets/Shared/ZEVPreferences.h"
@@ -107,9 +106,6 @@ void ZEVTimeModule_Time::cityCollectorFinishedLoading() {
 
 void ZEVTimeModule_Time::citiesLoaded() {
   if (cancelled_ || !interface_) return;
-  if (!CityStatCollector_Time::sharedCityStatCollector().hasDatabase()) {
-    DDLogLine("The cities cannot be opened: there are no world clocks");
-  }
   interface_->loadClocks();
   // A dropdown that was opened meanwhile has clocks without a time.
   interface_->updateClocks();

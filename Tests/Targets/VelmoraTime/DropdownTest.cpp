@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
-#include <map>
+#include <optional>
 
 #include "Platform/AppKit/Menus/MenuSnapshot.h"
 #include "Platform/AppKit/Menus/RowText.h"
@@ -16,19 +16,13 @@
 namespace {
 
 using Array = PropertyList::Array;
-using Settings = std::map<std::string, PropertyList>;
 
 class Dropdown : public testing::Test {
  protected:
   Dropdown() {
     setenv("TZ", "UTC", 1);
     NSTimeZone::resetSystemTimeZone();
-    set({{"Time_Cities", Array{"2643743", "1850147"}}});
-  }
-
-  static void set(const Settings& settings) {
-    for (const auto& [key, value] : settings)
-      ZEVSetObjectForKey(key, value);
+    ZEVSetObjectForKey("Time_Cities", Array{"2643743", "1850147"});
   }
 
   void start(double now) {
@@ -38,7 +32,7 @@ class Dropdown : public testing::Test {
 
   /// Another process writes a setting.
   void change(const std::string& key, const PropertyList& value, const std::string& resetKey) {
-    set({{key, value}});
+    ZEVSetObjectForKey(key, value);
     clock->post("VelmoraTimePreferencesChanged", {{"key", key}, {"resetKey", resetKey}});
   }
 
@@ -157,7 +151,7 @@ TEST_F(Dropdown, TellsThePhasesToCome) {
 
 TEST_F(Dropdown, StartsWithoutCitiesAndWithAFaultyFormat) {
   const EnvironmentVariable support("VELMORA_SUPPORT_DIR", freshFolder().string());
-  set({{"Time_DropdownFormat", "no list"}});
+  ZEVSetObjectForKey("Time_DropdownFormat", "no list");
   start(Saturday);
   EXPECT_EQ(rows(), "filler-moon-before 3|Waxing Gibbous 42+|filler-base 5");
 }
@@ -165,17 +159,17 @@ TEST_F(Dropdown, StartsWithoutCitiesAndWithAFaultyFormat) {
 // Would catch: an open menu of a clock that has gone, and whatever keeps one alive.
 TEST_F(Dropdown, GoesWithItsClock) {
   start(Saturday);
-  std::vector<std::weak_ptr<ZEVMenu_Time>> gone;
+  clock->slot.onMenuShouldClose = [this] { screen.tracker().close(); };
   for (int count = 0; count < 50; ++count) {
     open();
-    gone.push_back(menu());
+    const std::weak_ptr<ZEVMenu_Time> gone = menu();
     clock->slot.unload();
     EXPECT_FALSE(screen.tracker().isTracking());
     clock->extra = std::make_shared<VelmoraTime>();
     clock->slot.setExtra(clock->extra);
     clock->extra->init(clock->slot, NSBundle());
     clock->time.loop.advance(1.5);
-    EXPECT_TRUE(gone.back().expired()) << count;
+    EXPECT_TRUE(gone.expired()) << count;
   }
 }
 
