@@ -25,8 +25,8 @@ class Screen : public MenuScreen {
   void trackingEnded() override {}
 };
 
-std::vector<std::shared_ptr<ZEVMenuItem_Time>> makeRows(int count) {
-  std::vector<std::shared_ptr<ZEVMenuItem_Time>> rows;
+StatInterface_Time::MenuItems makeRows(int count) {
+  StatInterface_Time::MenuItems rows;
   for (int row = 0; row < count; ++row) {
     rows.push_back(
         createTextMenuItem("A row of the menu, number " + std::to_string(row), 0, 20, false));
@@ -38,7 +38,6 @@ std::vector<std::shared_ptr<ZEVMenuItem_Time>> makeRows(int count) {
 /// One row of 60 goes and comes again: two rebuilds.
 void rebuildWithOneRowChanged(benchmark::State& state) {
   const auto interface = std::make_shared<StatInterface_Time>();
-  interface->init();
   const auto menu = createMenu();
   const auto all = makeRows(60);
   auto fewer = all;

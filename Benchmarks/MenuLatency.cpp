@@ -27,9 +27,9 @@ struct Place {
   int y = 0;
 };
 
-class Screen {
+class Desk {
  public:
-  Screen() : display_(XOpenDisplay(nullptr)) {
+  Desk() : display_(XOpenDisplay(nullptr)) {
     if (display_ == nullptr) {
       std::fputs("menu_latency: there is no X11 display\n", stderr);
       std::exit(1);
@@ -94,7 +94,7 @@ int main(int count, char** arguments) {
         stderr);
     return 2;
   }
-  const Screen screen;
+  const Desk screen;
   const Place slot{numbers[1], numbers[2]};
   const Place inMenu{numbers[3], numbers[4]};
   std::vector<double> opening;

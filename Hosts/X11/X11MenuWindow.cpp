@@ -5,6 +5,8 @@
 #include <string_view>
 #include <utility>
 
+using namespace std::string_view_literals;
+
 X11MenuVisual::X11MenuVisual(X11Connection& connection)
     : connection_(connection), visual_(rootVisual(connection.screen())) {
   const auto owner =
@@ -45,7 +47,7 @@ X11MenuWindow::~X11MenuWindow() {
 }
 
 xcb_window_t X11MenuWindow::create(const X11MenuVisual& visual) {
-  constexpr std::string_view InstanceAndClass{"velmora-menubar\0Velmora-menubar", 32};
+  constexpr auto InstanceAndClass = "velmora-menubar\0Velmora-menubar\0"sv;
   constexpr uint8_t Text = 8;
   constexpr uint8_t Words = 32;
   xcb_connection_t* const x11 = connection_.get();

@@ -142,9 +142,8 @@ bool pressAccessibleElement(MenuTracker& tracker, uint64_t id) {
     const MenuPanel& panel = tracker.panel(depth);
     for (const auto& item : panel.menu()->itemArray()) {
       if (idOf(*item) != id) continue;
-      const std::shared_ptr<NSMenuItem> kept = item;
-      if (!kept->isEnabled()) return false;
-      tracker.performByRequest(*kept);
+      if (!item->isEnabled()) return false;
+      tracker.performByRequest(*item);
       return true;
     }
     if (const auto view = viewWithId(panel.column(), id)) {

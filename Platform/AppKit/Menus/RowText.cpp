@@ -42,6 +42,7 @@ std::vector<std::string> rowTexts(const NSMenuItem& item) {
     return std::tie(a.line, a.x) < std::tie(b.line, b.x);
   });
   std::vector<std::string> texts;
+  texts.reserve(placed.size());
   for (PlacedText& text : placed)
     texts.push_back(std::move(text.text));
   return texts;

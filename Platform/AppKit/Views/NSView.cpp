@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <ranges>
 #include <utility>
 
 #include "Platform/AppKit/Drawing/NSBezierPath.h"
@@ -165,8 +166,8 @@ NSView* NSView::hitTest(NSPoint point) {
   if (isHidden_) return nullptr;
   const NSPoint own = superview_ != nullptr ? pointFromSuperview(point) : point;
   if (!NSPointInRect(own, bounds())) return nullptr;
-  for (auto subview = subviews_.rbegin(); subview != subviews_.rend(); ++subview) {
-    if (NSView* hit = (*subview)->hitTest(own)) return hit;
+  for (const auto& subview : std::views::reverse(subviews_)) {
+    if (NSView* hit = subview->hitTest(own)) return hit;
   }
   return this;
 }

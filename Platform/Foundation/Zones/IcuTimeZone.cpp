@@ -95,12 +95,14 @@ UClassID IcuTimeZone::getStaticClassID() {
 }
 
 bool IcuTimeZone::operator==(const icu::TimeZone& other) const {
+  // The rules are the zone's own, and not those that the parent compares.
+  // NOLINTNEXTLINE(bugprone-parent-virtual-call)
   return icu::TimeZone::operator==(other) && hasSameRules(other);
 }
 
 UBool IcuTimeZone::hasSameRules(const icu::TimeZone& other) const {
   const auto* same = dynamic_cast<const IcuTimeZone*>(&other);
-  return same != nullptr && same->zone_ == zone_;
+  return static_cast<UBool>(same != nullptr && same->zone_ == zone_);
 }
 
 void IcuTimeZone::getOffset(UDate date, UBool local, int32_t& rawOffset, int32_t& daylightOffset,
@@ -142,13 +144,15 @@ int32_t IcuTimeZone::getRawOffset() const {
   return standardOffset(rules, rules.periodAt(now)) * Milliseconds;
 }
 
-UBool IcuTimeZone::useDaylightTime() const { return zone_.rules().usesDaylight(); }
+UBool IcuTimeZone::useDaylightTime() const {
+  return static_cast<UBool>(zone_.rules().usesDaylight());
+}
 
 UBool IcuTimeZone::inDaylightTime(UDate date, UErrorCode& status) const {
   int32_t rawOffset = 0;
   int32_t daylightOffset = 0;
   getOffset(date, false, rawOffset, daylightOffset, status);
-  return daylightOffset != 0;
+  return static_cast<UBool>(daylightOffset != 0);
 }
 
 UBool IcuTimeZone::getNextTransition(UDate base, UBool inclusive,

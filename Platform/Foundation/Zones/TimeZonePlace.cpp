@@ -13,7 +13,8 @@ namespace {
 std::optional<double> angle(std::string_view text) {
   const size_t digits = text.size() - 1;
   const size_t degreeDigits = digits % 2 == 0 ? 2 : 3;
-  if (digits < 4 || digits > 7 || text.find_first_not_of("0123456789", 1) != text.npos) return {};
+  if (digits < 4 || digits > 7 || text.find_first_not_of("0123456789", 1) != std::string_view::npos)
+    return {};
   const auto part = [&](size_t start, size_t count) {
     return start > digits ? 0 : doubleValue(text.substr(start, count));
   };
@@ -24,7 +25,7 @@ std::optional<double> angle(std::string_view text) {
 
 std::optional<TimeZonePlace> placeOfCoordinates(std::string_view text) {
   const size_t split = text.find_first_of("+-", 1);
-  if (split == text.npos) return {};
+  if (split == std::string_view::npos) return {};
   const auto latitude = angle(text.substr(0, split));
   const auto longitude = angle(text.substr(split));
   if (!latitude || !longitude) return {};

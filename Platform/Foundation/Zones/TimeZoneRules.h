@@ -52,7 +52,7 @@ class TimeZoneRules {
 
   bool parse(std::string_view bytes);
   bool parseBlock(std::string_view block, int timeSize, const uint32_t (&counts)[6]);
-  bool extendByRule(std::string_view rule);
+  bool extendByRule(std::string_view text);
   uint8_t kindNumber(const Kind& kind);
 
   std::vector<Kind> kinds_;

@@ -23,11 +23,14 @@ DDLogMessage_Time::DDLogMessage_Time(std::string message, int32_t level, int32_t
                                      int32_t context, const char* sourceFile,
                                      const char* sourceFunction, int32_t line,
                                      std::shared_ptr<void> attachedTag, int32_t optionBits)
+    // The analyzer does not see that the parameters own the copies.
+    // NOLINTBEGIN(clang-analyzer-cplusplus.NewDeleteLeaks)
     : DDLogMessage_Time(std::move(message), level, flag, context, sourceFile,
                         copyOf(sourceFile, (optionBits & DDLogMessageCopyFile) != 0),
                         sourceFunction,
                         copyOf(sourceFunction, (optionBits & DDLogMessageCopyFunction) != 0), line,
                         std::move(attachedTag), optionBits) {}
+// NOLINTEND(clang-analyzer-cplusplus.NewDeleteLeaks)
 
 DDLogMessage_Time::DDLogMessage_Time(std::string message, int32_t level, int32_t flag,
                                      int32_t context, const char* sourceFile, Copy fileCopy,

@@ -67,7 +67,8 @@ double MoonPhaseView_Time::terminator() const {
   float x = isWaning ? travel : range - travel;
   if (illumination_ > NearlyDark) x = isWaning ? range : 0;
   if (illumination_ < NearlyLit) x = isWaning ? 0 : range;
-  return x - static_cast<float>((range_ - size_) / 2);
+  const auto margin = (range_ - size_) / 2;  // In whole points.
+  return x - static_cast<float>(margin);
 }
 
 void MoonPhaseView_Time::drawMoon() {
@@ -85,7 +86,7 @@ void MoonPhaseView_Time::drawMoon() {
   // picture is lit on the left here while the Moon waxes; the half turn above mirrors that.
   const double x = terminator();
   const auto side = static_cast<double>(size_);
-  const double middle = size_ / 2;
+  const double middle = side / 2;
   const double litEdge = age_ >= AgeOfFullMoon ? side : 0;
   NSBezierPath path;
   path.moveToPoint({middle, side});
