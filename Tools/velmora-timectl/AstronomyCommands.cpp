@@ -13,11 +13,12 @@
 
 namespace {
 
+// NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): it is never made without its date.
 struct Place {
   NSDate date;
   NSTimeZone zone;
-  double latitude;
-  double longitude;
+  double latitude = 0;
+  double longitude = 0;
 };
 
 /// The arithmetic holds for every Gregorian date that can be written with four digits.

@@ -70,7 +70,7 @@ std::string answer(const std::vector<std::string>& arguments) {
     return "velmora-timectl " VELMORA_VERSION "\n" + std::string(Attributions);
   if (taken == arguments.size()) throw UsageError("a command is missing; --help lists them");
 
-  const std::string name = arguments[taken];
+  const std::string& name = arguments[taken];
   for (const Command& command : allCommands()) {
     if (command.name != name) continue;
     std::vector<OptionSpec> options(command.options.begin(), command.options.end());

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <ranges>
 #include <utility>
 
 #include "Platform/AppKit/Drawing/NSBezierPath.h"
@@ -166,8 +165,8 @@ NSView* NSView::hitTest(NSPoint point) {
   if (isHidden_) return nullptr;
   const NSPoint own = superview_ != nullptr ? pointFromSuperview(point) : point;
   if (!NSPointInRect(own, bounds())) return nullptr;
-  for (const auto& subview : std::views::reverse(subviews_)) {
-    if (NSView* hit = subview->hitTest(own)) return hit;
+  for (size_t index = subviews_.size(); index-- > 0;) {
+    if (NSView* hit = subviews_[index]->hitTest(own)) return hit;
   }
   return this;
 }

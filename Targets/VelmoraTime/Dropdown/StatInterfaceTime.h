@@ -47,9 +47,9 @@ class StatInterfaceTime_Time : public StatInterface_Time {
   /// Ends what goes on by itself, for good.
   void stopTimers();
 
-  void menuWillOpen(NSMenu& menu) override;
-  void menuDidClose(NSMenu& menu) override;
-  void menuWillHighlightItem(NSMenu& menu, NSMenuItem* item) override;
+  void menuWillOpen(NSMenu& opened) override;
+  void menuDidClose(NSMenu& closed) override;
+  void menuWillHighlightItem(NSMenu& highlighted, NSMenuItem* item) override;
 
  private:
   void loadCombinedRow();

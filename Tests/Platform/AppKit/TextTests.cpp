@@ -191,7 +191,7 @@ TEST(Text, DigitsAreEvenlySpacedAtWholeScales) {
       attributes.font = attributes.font.withMonospacedNumbers();
       const double about = sizeWithAttributes("8", attributes).width * scale;
       width = static_cast<size_t>(std::lround(about - 1));
-      while (width < about + 2 && !repeats(two, 2 * width))
+      while (static_cast<double>(width) < about + 2 && !repeats(two, 2 * width))
         ++width;
       EXPECT_TRUE(repeats(columns, 6 * width)) << "size " << size << ", scale " << scale;
     }

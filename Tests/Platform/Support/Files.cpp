@@ -37,12 +37,12 @@ fs::path fixture(std::string_view name) {
 
 NSDate utc(std::string_view text) {
   int year = 0;
-  unsigned month = 0;
-  unsigned day = 0;
+  int month = 0;
+  int day = 0;
   int hour = 0;
   int minute = 0;
   double second = 0;
-  if (std::sscanf(std::string(text).c_str(), "%d-%u-%u %d:%d:%lf", &year, &month, &day, &hour,
+  if (std::sscanf(std::string(text).c_str(), "%d-%d-%d %d:%d:%lf", &year, &month, &day, &hour,
                   &minute, &second) != 6) {
     throw std::invalid_argument(std::string(text));
   }

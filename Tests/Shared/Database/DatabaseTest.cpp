@@ -112,15 +112,14 @@ TEST_F(Database, RefusesTooFewValues) {
   EXPECT_FALSE(database->executeUpdate(insert));
   EXPECT_FALSE(database->executeUpdate("insert into numbers values (:n, :word)",
                                        PropertyList::Dictionary{{"n", 4}, {"wrd", "four"}}));
+  const auto refusal = [](const std::string& count, const std::string& query) {
+    return "Error: the bind count (" + count + ") is not correct for the # of variables in the " +
+           "query (2) (" + query + ") (executeUpdate)";
+  };
   EXPECT_EQ(logLines(),
             (Lines{"Error: the bind count is not correct for the # of variables (executeQuery)",
-                   "Error: the bind count (1) is not correct for the # of variables in the query "
-                   "(2) (insert into numbers values (?, ?)) (executeUpdate)",
-                   "Error: the bind count (0) is not correct for the # of variables in the query "
-                   "(2) (insert into numbers values (?, ?)) (executeUpdate)",
-                   "Could not find index for wrd",
-                   "Error: the bind count (1) is not correct for the # of variables in the query "
-                   "(2) (insert into numbers values (:n, :word)) (executeUpdate)"}));
+                   refusal("1", insert), refusal("0", insert), "Could not find index for wrd",
+                   refusal("1", "insert into numbers values (:n, :word)")}));
   EXPECT_EQ(database->intForQuery("select count(*) from numbers"), 3);
   // The refusals leave nothing locked and nothing marked as in use.
   EXPECT_TRUE(database->executeUpdate(insert, 4, "four"));

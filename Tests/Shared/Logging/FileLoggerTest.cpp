@@ -121,7 +121,7 @@ TEST_F(FileLogger, EveryLineOfEveryThreadIsInTheFilesOnceInOrder) {
     }
     for (const std::string& line : linesOf(contentsOf(info.filePath()))) {
       const std::string message = messageOf(line);
-      const size_t thread = static_cast<size_t>(message.at(0) - '0');
+      const auto thread = static_cast<size_t>(message.at(0) - '0');
       ASSERT_EQ(message, std::to_string(thread) + " " + std::to_string(next.at(thread)++));
     }
   }

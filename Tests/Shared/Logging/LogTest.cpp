@@ -83,7 +83,7 @@ TEST_F(Log, FormatsOnTheCallersThread) {
   DDLog_Time::log(true, 13, 4, 0, nullptr, nullptr, 0, nullptr, "%s", longText.c_str());
   const char* const none =
       std::getenv("A_VARIABLE_THAT_IS_NOT_SET");  // Null, unknown to the compiler.
-  DDLog_Time::log(true, 13, 4, 0, nullptr, nullptr, 0, nullptr, none);
+  DDLog_Time::log(true, 13, 4, 0, nullptr, nullptr, 0, nullptr, none, 0);
   DDLogLine("100 %d as it stands");
   DDLog_Time::flushLog();
   EXPECT_EQ(notes, std::vector<std::string>({"before 002.5", longText, "100 %d as it stands"}));

@@ -139,25 +139,25 @@ TEST(Preferences, ThemeAndContrastChangesDropBothCaches) {
   auto& store = *ZEVPreferences_Time::sharedPreferences();
   writeElsewhere("Color", "none");
   int step = 0;
-  for (const auto& [notification, isDark, contrast, wantsDark, wantsContrast] : cases) {
+  for (const Case& test : cases) {
     SCOPED_TRACE(++step);
     ZEVIntegerForKey("Value");
     const NSColor fallback = store.isMenubarDark() ? NSColor::whiteColor() : NSColor::blackColor();
     EXPECT_EQ(ZEVColorForKey("Color"), fallback);
     writeElsewhere("Value", step);
-    setDesktop(isDark, contrast);
+    setDesktop(test.isDark, test.contrast);
     int posts = 0;
     const auto observation = NSNotificationCenter::defaultCenter().addObserver(
         "VelmoraMenubarThemeChanged", [&](const NSNotification& posted) {
           ++posts;
           EXPECT_TRUE(posted.userInfo.empty());
-          EXPECT_EQ(store.isMenubarDark(), wantsDark);
-          EXPECT_EQ(store.increaseContrast(), wantsContrast);
+          EXPECT_EQ(store.isMenubarDark(), test.wantsDark);
+          EXPECT_EQ(store.increaseContrast(), test.wantsContrast);
           EXPECT_EQ(ZEVIntegerForKey("Value"), step);
           EXPECT_EQ(ZEVColorForKey("Color"),
-                    wantsDark ? NSColor::whiteColor() : NSColor::blackColor());
+                    test.wantsDark ? NSColor::whiteColor() : NSColor::blackColor());
         });
-    NSDistributedNotificationCenter::defaultCenter().postNotification(notification);
+    NSDistributedNotificationCenter::defaultCenter().postNotification(test.notification);
     time.loop.runPending();
     EXPECT_EQ(posts, 1);
   }

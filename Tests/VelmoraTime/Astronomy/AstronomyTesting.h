@@ -13,13 +13,13 @@
 
 /// Seconds since 1970 of "2024-06-21 03:43:15", "2024-06-21 03:43" or "2024-06-21", UTC.
 inline double secondsAt(const std::string& text) {
-  int year = 0, hour = 0, minute = 0, second = 0;
-  unsigned month = 0, day = 0;
+  int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;
   const int read =
-      std::sscanf(text.c_str(), "%d-%u-%u %d:%d:%d", &year, &month, &day, &hour, &minute, &second);
+      std::sscanf(text.c_str(), "%d-%d-%d %d:%d:%d", &year, &month, &day, &hour, &minute, &second);
   EXPECT_GE(read, 3) << text;
-  const std::chrono::sys_days date = std::chrono::year(year) / std::chrono::month(month) / day;
-  return date.time_since_epoch().count() * 86400.0 + hour * 3600 + minute * 60 + second;
+  const std::chrono::sys_days date = std::chrono::year(year) / month / day;
+  return static_cast<double>(date.time_since_epoch().count()) * 86400.0 + hour * 3600 +
+         minute * 60 + second;
 }
 
 inline NSDate dateAt(const std::string& text) {
