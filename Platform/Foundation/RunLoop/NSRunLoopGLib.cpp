@@ -76,9 +76,14 @@ class GLibRunLoop : public NSRunLoop {
     // Only what is scheduled by now: a callback that renews itself at once must not hold the
     // caller.
     const TimerId outer = limitTo(newestAllowed());
+    // A stop is for the run around this; here it would leave what is due ready for ever.
+    bool isStopped = isStopped_.exchange(false);
     bool ran = false;
-    while (g_main_context_iteration(context_, FALSE))
+    while (g_main_context_iteration(context_, FALSE)) {
       ran = true;
+      if (isStopped_.exchange(false)) isStopped = true;
+    }
+    isStopped_ = isStopped;
     limitTo(outer);
     return ran;
   }

@@ -195,6 +195,16 @@ TYPED_TEST(RunLoop, StopEndsTheRunBehindItsCallback) {
   EXPECT_EQ(this->notes, "ab");
 }
 
+TYPED_TEST(RunLoop, AStopWithoutARunLeavesNothingUndone) {
+  const int64_t start = this->loop.now();
+  this->loop.performBlockAt(start, [this] { this->loop.stop(); });
+  this->scheduleNoting(start, "a");
+  this->loop.runPending();
+  this->scheduleNoting(start, "b");
+  this->loop.runPending();
+  EXPECT_EQ(this->notes, "ab");
+}
+
 TYPED_TEST(RunLoop, StopEndsTheInnermostRunAlone) {
   const int64_t start = this->loop.now();
   this->loop.performBlockAt(start, [this] {
