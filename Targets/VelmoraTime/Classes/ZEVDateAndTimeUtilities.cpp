@@ -1,7 +1,5 @@
 #include "Targets/VelmoraTime/Classes/ZEVDateAndTimeUtilities.h"
 
-#include <optional>
-
 #include "Platform/Foundation/SharedInstance.h"
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/VelmoraTime/Classes/FuzzyClock.h"
@@ -11,21 +9,24 @@ namespace {
 constexpr int Sunday = 1;
 constexpr int Monday = 2;
 
-NSDateFormatter makeSharedFormatter() {
-  NSDateFormatter formatter;
-  const PropertyList language = ZEVObjectForKey("language");
-  if (language.string() != nullptr) {
-    formatter.setLocale(NSLocale::localeWithLocaleIdentifier(*language.string()));
-  }
-  return formatter;
-}
-
 std::optional<ZEVDateAndTimeUtilities>& sharedInstance() {
   static SharedInstance<std::optional<ZEVDateAndTimeUtilities>> utilities;
   return utilities.get();
 }
 
 }  // namespace
+
+std::optional<NSLocale> localeOfLanguageSetting() {
+  const PropertyList language = ZEVObjectForKey("language");
+  if (language.string() == nullptr) return std::nullopt;
+  return NSLocale::localeWithLocaleIdentifier(*language.string());
+}
+
+NSDateFormatter dateFormatterOfLanguageSetting() {
+  NSDateFormatter formatter;
+  if (const auto locale = localeOfLanguageSetting()) formatter.setLocale(*locale);
+  return formatter;
+}
 
 ZEVDateAndTimeUtilities& ZEVDateAndTimeUtilities::sharedUtilities() {
   auto& shared = sharedInstance();
@@ -39,7 +40,7 @@ ZEVDateAndTimeUtilities::ZEVDateAndTimeUtilities()
       gregorian_(NSCalendar::gregorianCalendar()),
       current_(NSCalendar::autoupdatingCurrentCalendar()),
       dayCalendar_(NSCalendar::gregorianCalendar()),
-      dateFormatter_(makeSharedFormatter()) {
+      dateFormatter_(dateFormatterOfLanguageSetting()) {
   weekCalendar_.setMinimumDaysInFirstWeek(4);
   weekCalendar_.setFirstWeekday(Monday);
   weekCalendar_.setTimeZone(*NSTimeZone::timeZoneWithAbbreviation("UTC"));

@@ -1,12 +1,19 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "Platform/Foundation/Time/NSCalendar.h"
 #include "Platform/Foundation/Time/NSDate.h"
 #include "Platform/Foundation/Time/NSDateFormatter.h"
 #include "Targets/VelmoraTime/Classes/ClockElements.h"
+
+/// The locale of the setting "language", if it has one.
+std::optional<NSLocale> localeOfLanguageSetting();
+
+/// A formatter in that locale, else in the current one.
+NSDateFormatter dateFormatterOfLanguageSetting();
 
 /// The shared calendars and the one shared date formatter. Main thread only; the formatter's
 /// pattern and zone are set just before each use and hold for nothing after it.

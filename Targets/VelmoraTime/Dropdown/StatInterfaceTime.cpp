@@ -15,6 +15,7 @@
 #include "Targets/Shared/Dropdown/MenuItemHighlight.h"
 #include "Targets/Shared/Dropdown/ZEVMenuItemUtilities.h"
 #include "Targets/Shared/ZEVPreferences.h"
+#include "Targets/VelmoraTime/Classes/ZEVDateAndTimeUtilities.h"
 
 namespace {
 
@@ -161,16 +162,13 @@ void StatInterfaceTime_Time::themeChange() { displayAnew(*menu()); }
 
 void StatInterfaceTime_Time::updateClocks() {
   if (!isEnabled()) return;
+  // A format that one clock cannot show must not keep the others from their light and their names.
   for (const auto& clock : items_)
-    clock->update();
+    NSRunLoop::guarded([&] { clock->update(); });
 }
 
 void StatInterfaceTime_Time::updateDate() {
-  NSDateFormatter formatter;
-  const PropertyList language = ZEVObjectForKey("language");
-  if (language.string() != nullptr) {
-    formatter.setLocale(NSLocale::localeWithLocaleIdentifier(*language.string()));
-  }
+  NSDateFormatter formatter = dateFormatterOfLanguageSetting();
   formatter.setDateFormat("d MMMM yyyy");
   combinedDateValue_->setStringValue(formatter.stringFromDate(NSDate::date()));
 }

@@ -7,6 +7,7 @@
 #include "Targets/Shared/Dropdown/ZEVMenuItemUtilities.h"
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/VelmoraTime/Classes/FuzzyClock.h"
+#include "Targets/VelmoraTime/Classes/ZEVDateAndTimeUtilities.h"
 #include "Targets/VelmoraTime/Dropdown/CityAccessibleName.h"
 #include "Targets/VelmoraTime/Dropdown/StatInterfaceClockFace.h"
 #include "Targets/VelmoraTime/ZoneLocales.h"
@@ -34,11 +35,8 @@ constexpr double SubmenuInterval = 60;
 
 StatInterfaceTimeItem::StatInterfaceTimeItem() {
   formatter_.setCalendar(NSCalendar::gregorianCalendar());
-  const PropertyList language = ZEVObjectForKey("language");
-  if (language.string() != nullptr) {
-    localeDefault_ = NSLocale::localeWithLocaleIdentifier(*language.string());
-    formatter_.setLocale(*localeDefault_);
-  }
+  localeDefault_ = localeOfLanguageSetting();
+  if (localeDefault_) formatter_.setLocale(*localeDefault_);
   loadLargeRow();
   loadSmallRow();
   loadSubmenu();
