@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cctype>
 #include <cstdio>
 #include <exception>
 #include <string>
@@ -58,7 +59,9 @@ std::string commandHelp(const Command& command) {
   std::string usage = "Usage: velmora-timectl [GLOBAL OPTIONS] " + std::string(command.name);
   if (!command.synopsis.empty()) usage += " " + std::string(command.synopsis);
   if (!command.options.empty()) usage += " [OPTIONS]";
-  return usage + "\n\nPrints " + std::string(command.summary) + ".\n" +
+  std::string summary(command.summary);
+  summary.front() = static_cast<char>(std::toupper(summary.front()));
+  return usage + "\n\n" + summary + ".\n" +
          (command.options.empty() ? "" : "\nOptions:\n" + optionsText(command.options));
 }
 
