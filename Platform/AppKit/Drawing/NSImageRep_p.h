@@ -4,8 +4,10 @@
 
 #include <cairo.h>
 
+#include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <vector>
 
 #include "Platform/AppKit/Drawing/ScaledBitmaps_p.h"
 #include "Platform/Foundation/LibraryHandle.h"
@@ -43,4 +45,18 @@ class RecordedImageRep : public NSImageRep {
   NSSize size_;
   Surface surface_;
   mutable ScaledBitmaps bitmaps_;
+};
+
+/// Samples of opacity, one a point.
+class OpacityImageRep : public NSImageRep {
+ public:
+  OpacityImageRep(int width, int height, std::vector<uint8_t> samples);
+
+  NSSize size() const override { return size_; }
+  void paint(cairo_t* cairo, double fraction) const override;
+
+ private:
+  NSSize size_;
+  std::vector<uint8_t> rows_;  ///< With the padding that Cairo asks for.
+  Surface surface_;
 };
