@@ -6,6 +6,5 @@
 class StatInterfaceDayLengthBackground_Time : public NSView {
  public:
   using NSView::NSView;
-  NSAccessibilityRole accessibilityRole() const override { return NSAccessibilityRole::Row; }
   void drawRect(NSRect rect) override;
 };
