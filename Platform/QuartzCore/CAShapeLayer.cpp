@@ -126,7 +126,7 @@ std::shared_ptr<NSImage> CAShapeLayer::coverage() const {
   blurColumns(samples, weights);
   std::vector<uint8_t> opacity(samples.values.size());
   std::ranges::transform(samples.values, opacity.begin(), [](float value) {
-    return static_cast<uint8_t>(std::clamp(std::lround(value), 0L, 255L));
+    return static_cast<uint8_t>(std::clamp(value + 0.5F, 0.F, 255.F));
   });
   coverage_ = NSImage::imageWithOpacity(static_cast<int>(samples.width),
                                         static_cast<int>(samples.height), std::move(opacity));

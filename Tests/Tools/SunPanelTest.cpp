@@ -56,8 +56,9 @@ TEST(SunPanel, AnEventThatDoesNotTakePlaceIsADash) {
                {"2026-06-21T12:00:00Z", "-78.2", {"-", "-", "-"}, "0 minutes of daylight"},
                {"2026-12-21T12:00:00Z", "-78.2", {"-", "12:00", "-"}, "24 hours and 0 minutes"}};
   for (const auto& [now, latitude, sun, dayLength] : cases) {
-    const auto panel = sunPanel(
-        {"--now", now, "sun-panel", "--zone", "Europe/Oslo", "--lat", latitude, "--lon", "15.6"});
+    const auto panel =
+        sunPanel({"--set", R"(Time_DropdownFormat=["HH","':'","mm"])", "--now", now, "sun-panel",
+                  "--zone", "Europe/Oslo", "--lat", latitude, "--lon", "15.6"});
     for (size_t index = 0; index < sun.size(); ++index) {
       EXPECT_EQ(panel[index + 2]["value2"], sun[index]) << now << latitude;
       EXPECT_EQ(panel[index + 2]["field"] == "-", sun[index] == "-");

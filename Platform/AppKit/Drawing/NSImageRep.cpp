@@ -3,10 +3,8 @@
 #include <dlfcn.h>
 #include <librsvg/rsvg.h>
 
-#include <algorithm>
 #include <array>
 #include <fstream>
-#include <stdexcept>
 #include <string>
 #include <type_traits>
 
@@ -159,32 +157,4 @@ cairo_surface_t* RecordedImageRep::beginRecording() {
 void RecordedImageRep::paint(cairo_t* cairo, double fraction) const {
   bitmaps_.paint(cairo, size_, fraction,
                  [this](cairo_t* target) { paintSurface(target, surface_.get(), 1); });
-}
-
-OpacityImageRep::OpacityImageRep(int width, int height, std::vector<uint8_t> samples)
-    : size_{static_cast<double>(width), static_cast<double>(height)} {
-  if (!isSensible(width, height) ||
-      samples.size() != static_cast<size_t>(width) * static_cast<size_t>(height)) {
-    throw std::invalid_argument("NSImage: the samples do not fill the picture");
-  }
-  const int stride = cairo_format_stride_for_width(CAIRO_FORMAT_A8, width);
-  rows_.resize(static_cast<size_t>(stride) * static_cast<size_t>(height));
-  for (int row = 0; row < height; ++row) {
-    std::copy_n(samples.begin() + static_cast<ptrdiff_t>(row) * width, width,
-                rows_.begin() + static_cast<ptrdiff_t>(row) * stride);
-  }
-  surface_.reset(
-      cairo_image_surface_create_for_data(rows_.data(), CAIRO_FORMAT_A8, width, height, stride));
-}
-
-void OpacityImageRep::paint(cairo_t* cairo, double fraction) const {
-  cairo_save(cairo);
-  cairo_rectangle(cairo, 0, 0, size_.width, size_.height);
-  cairo_clip(cairo);
-  cairo_set_source_surface(cairo, surface_.get(), 0, 0);
-  // Enlarged, the outermost samples reach to the edge instead of fading half a point before it.
-  cairo_pattern_set_extend(cairo_get_source(cairo), CAIRO_EXTEND_PAD);
-  cairo_pattern_set_filter(cairo_get_source(cairo), CAIRO_FILTER_BILINEAR);
-  cairo_paint_with_alpha(cairo, fraction);
-  cairo_restore(cairo);
 }

@@ -47,16 +47,22 @@ class RecordedImageRep : public NSImageRep {
   mutable ScaledBitmaps bitmaps_;
 };
 
-/// Samples of opacity, one a point.
+/// Samples of opacity, one a point, enlarged once for each scale in use.
 class OpacityImageRep : public NSImageRep {
  public:
   OpacityImageRep(int width, int height, std::vector<uint8_t> samples);
 
-  NSSize size() const override { return size_; }
+  NSSize size() const override {
+    return {static_cast<double>(width_), static_cast<double>(height_)};
+  }
   void paint(cairo_t* cairo, double fraction) const override;
 
  private:
-  NSSize size_;
-  std::vector<uint8_t> rows_;  ///< With the padding that Cairo asks for.
-  Surface surface_;
+  void enlargeInto(cairo_surface_t* bitmap) const;
+  void paintSamples(cairo_t* cairo) const;
+
+  int width_;
+  int height_;
+  std::vector<uint8_t> samples_;
+  mutable ScaledBitmaps bitmaps_;
 };
