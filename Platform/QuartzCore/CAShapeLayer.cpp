@@ -60,6 +60,7 @@ void blurRows(Samples& samples, const std::vector<float>& weights, bool wraps) {
   const size_t width = samples.width;
   const size_t reach = weights.size() - 1;
   const auto count = static_cast<int64_t>(width);
+  if (count == 0) return;
   std::vector<float> line(width + 2 * reach);
   for (size_t y = 0; y < samples.height; ++y) {
     float* row = samples.row(y);
@@ -73,8 +74,9 @@ void blurRows(Samples& samples, const std::vector<float>& weights, bool wraps) {
     for (size_t distance = 1; distance <= reach; ++distance) {
       const float* before = line.data() + reach - distance;
       const float* behind = line.data() + reach + distance;
+      const float weight = weights[distance];
       for (size_t x = 0; x < width; ++x)
-        row[x] += weights[distance] * (before[x] + behind[x]);
+        row[x] += weight * (before[x] + behind[x]);
     }
   }
 }
@@ -89,8 +91,9 @@ void blurColumns(Samples& samples, const std::vector<float>& weights) {
     for (size_t distance = 1; distance < weights.size(); ++distance) {
       const float* above = source.row(y < distance ? 0 : y - distance);
       const float* below = source.row(std::min(last, y + distance));
+      const float weight = weights[distance];
       for (size_t x = 0; x < samples.width; ++x)
-        row[x] += weights[distance] * (above[x] + below[x]);
+        row[x] += weight * (above[x] + below[x]);
     }
   }
 }

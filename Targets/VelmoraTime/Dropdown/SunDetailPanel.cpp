@@ -79,7 +79,8 @@ constexpr Line Lines[] = {
 };
 
 constexpr NSRect Panel = {{0, 0}, {320, 305}};
-constexpr NSRect DayLengthBand = {{0, 128}, {320, 44}};
+constexpr int64_t DayLengthBottom = 128;
+constexpr NSRect DayLengthBand = {{0, DayLengthBottom}, {320, 44}};
 constexpr NSRect DayLength1 = {{20, 21}, {280, 18}};
 constexpr NSRect DayLength2 = {{20, 6}, {280, 18}};
 constexpr double DayLengthSize = 13;
@@ -116,7 +117,7 @@ SunDetailPanel::SunDetailPanel() : view_(std::make_shared<SunTable_Time>(Panel))
   view_->setBackgroundDisabled(true);
   bool hasDayLength = false;
   for (const Line& line : Lines) {
-    if (!hasDayLength && line.y < DayLengthBand.origin.y) {
+    if (!hasDayLength && line.y < DayLengthBottom) {
       addDayLength();
       hasDayLength = true;
     }
