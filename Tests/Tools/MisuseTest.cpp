@@ -55,6 +55,9 @@ TEST(Misuse, Arguments) {
       {{"cities", "search", ""}, "TEXT is empty"},
       {{"render", "menubar"}, "-o FILE.png is missing"},
       {{"render", "sun", "-o", "x.png"}, "'sun'"},
+      {{"render", "menubar", "--city", "1", "-o", "x.png"}, "--city"},
+      {{"render", "city-menu", "--city", "Rome", "-o", "x.png"}, "'Rome'"},
+      {{"sun-panel", "--zone", "UTC", "--lat", "0"}, "--lon"},
       {{"--set", "Key", "dropdown-time-format"}, "KEY=JSON"},
       {{"--set", "Key=HH", "dropdown-time-format"}, "'HH' is not JSON"},
       {{"--locale", "xx_YY", "dropdown-time-format"}, "'xx_YY'"},
@@ -125,6 +128,7 @@ TEST(Failure, WhatDoesNotExist) {
 }
 
 TEST(Failure, WhatCannotBeWritten) {
+  expectComplaint({{"render", "city-menu", "--city", "99", "-o", "x.png"}, "no city 99"}, 1);
   expectComplaint({{"render", "menubar", "-o", "/no/such/folder/x.png"}, "cannot be written"}, 1);
   const auto full =
       runToEnd({"sh", "-c", VELMORA_BINARY_DIR "/bin/velmora-timectl --version >/dev/full"});

@@ -5,6 +5,7 @@
 #include "Targets/VelmoraTime/Classes/ClockTexts.h"
 #include "Targets/VelmoraTime/Classes/ZEVDateAndTimeUtilities.h"
 #include "Targets/VelmoraTime/Dropdown/StatInterfaceTimeItem.h"
+#include "Targets/VelmoraTime/Dropdown/SunDetailPanel.h"
 #include "Tools/velmora-timectl/Command.h"
 #include "Tools/velmora-timectl/Errors.h"
 #include "Tools/velmora-timectl/MenubarContent.h"
@@ -117,15 +118,35 @@ Json clockCommand(const Arguments& arguments) {
   return {{"text", clock->textOfElements(elementsArgument(arguments), NSDate::date())}};
 }
 
-Json lightCommand(const Arguments& arguments) {
+/// The same at the place of the arguments.
+std::shared_ptr<StatInterfaceTimeItem> worldClockAtPlace(const Arguments& arguments) {
   arguments.expectRest({});
-  const auto clock = worldClock(zoneFromText(arguments.required("--zone"), "--zone"),
-                                numberFromText(arguments.required("--lat"), "--lat", -90, 90),
-                                numberFromText(arguments.required("--lon"), "--lon", -180, 180));
+  return worldClock(zoneFromText(arguments.required("--zone"), "--zone"),
+                    numberFromText(arguments.required("--lat"), "--lat", -90, 90),
+                    numberFromText(arguments.required("--lon"), "--lon", -180, 180));
+}
+
+Json lightCommand(const Arguments& arguments) {
+  const auto clock = worldClockAtPlace(arguments);
   clock->updateSoonAndMoon();
   clock->updateLight(NSDate::date());
   return {{"day", clock->day()},
           {"lightPercentage", static_cast<double>(clock->lightPercentage())}};
+}
+
+Json sunPanelCommand(const Arguments& arguments) {
+  const auto clock = worldClockAtPlace(arguments);
+  clock->updateSubmenu();
+  const SunDetailPanel& panel = clock->sunPanel();
+  Json list = Json::array();
+  for (const auto& line : panel.lines()) {
+    list.push_back({{"label", line->label()->stringValue()},
+                    {"field", line->field()->stringValue()},
+                    {"value2", line->value2()->stringValue()}});
+  }
+  list.push_back({{"dayLength1", panel.dayLength1Label()->stringValue()},
+                  {"dayLength2", panel.dayLength2Label()->stringValue()}});
+  return list;
 }
 
 std::string fuzzyClockInZone(const NSDate& date, const NSTimeZone& zone) {
@@ -158,7 +179,7 @@ constexpr OptionSpec ZoneOption = {"--zone", "ZONE", "the time zone, by its IANA
 
 constexpr OptionSpec FormatOptions[] = {TimeOption, ZoneOption, ElementsOption};
 constexpr OptionSpec ClockOptions[] = {ZoneOption, ElementsOption};
-constexpr OptionSpec LightOptions[] = {ZoneOption,
+constexpr OptionSpec PlaceOptions[] = {ZoneOption,
                                        {"--lat", "D", "latitude in degrees, north-positive", true},
                                        {"--lon", "D", "longitude in degrees, east-positive", true}};
 constexpr OptionSpec MenubarOptions[] = {
@@ -174,7 +195,8 @@ constexpr Command Commands[] = {
     {"menubar", "", "what one draw of the clock in the bar does now", MenubarOptions,
      menubarCommand},
     {"clock", "", "the text of a world clock now", ClockOptions, clockCommand},
-    {"light", "", "the light on a world clock's face now", LightOptions, lightCommand},
+    {"light", "", "the light on a world clock's face now", PlaceOptions, lightCommand},
+    {"sun-panel", "", "the texts of a city's sun panel now", PlaceOptions, sunPanelCommand},
     {"dropdown-time-format", "", "the format list of a bare time", {}, dropdownTimeFormatCommand},
     {"week", "", "the week number of an instant, on the UTC calendar", WeekOptions, weekCommand},
     {"fuzzy", "", "the time in words, in the system zone or a city's", FuzzyOptions, fuzzyCommand},

@@ -1,5 +1,7 @@
 #include "Platform/AppKit/Drawing/NSImage.h"
 
+#include <utility>
+
 #include "Platform/AppKit/Drawing/NSImageRep_p.h"
 
 NSImage::NSImage(Content content) : content_(std::move(content)) {}
@@ -15,6 +17,12 @@ std::shared_ptr<NSImage> NSImage::imageWithContentsOfFile(const std::filesystem:
 
 std::shared_ptr<NSImage> NSImage::imageWithSize(NSSize size) {
   return std::make_shared<NSImage>(size);
+}
+
+std::shared_ptr<NSImage> NSImage::imageWithOpacity(int width, int height,
+                                                   std::vector<uint8_t> samples) {
+  return std::make_shared<NSImage>(
+      Content{std::make_shared<OpacityImageRep>(width, height, std::move(samples))});
 }
 
 NSSize NSImage::size() const { return content_.representation->size(); }

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "Platform/Foundation/NSGeometry.h"
 
@@ -37,6 +38,12 @@ class NSImage {
   /// An empty image, to be drawn into with `lockFocus`. A side that is not above 0, or beyond 4096
   /// points, makes it one of no size, which draws nothing.
   static std::shared_ptr<NSImage> imageWithSize(NSSize size);
+
+  /// A black picture of nothing but opacity, for a mask: one sample a point, from 0 to 255, row by
+  /// row from the top down. It is smooth between the samples at every scale. Throws
+  /// `std::invalid_argument` if the samples do not fill the size.
+  static std::shared_ptr<NSImage> imageWithOpacity(int width, int height,
+                                                   std::vector<uint8_t> samples);
 
   /// What an image shows at one time: equal contents look alike. Drawing into the image changes it.
   struct Content {

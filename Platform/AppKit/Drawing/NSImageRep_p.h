@@ -4,8 +4,10 @@
 
 #include <cairo.h>
 
+#include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <vector>
 
 #include "Platform/AppKit/Drawing/ScaledBitmaps_p.h"
 #include "Platform/Foundation/LibraryHandle.h"
@@ -42,5 +44,25 @@ class RecordedImageRep : public NSImageRep {
  private:
   NSSize size_;
   Surface surface_;
+  mutable ScaledBitmaps bitmaps_;
+};
+
+/// Samples of opacity, one a point, enlarged once for each scale in use.
+class OpacityImageRep : public NSImageRep {
+ public:
+  OpacityImageRep(int width, int height, std::vector<uint8_t> samples);
+
+  NSSize size() const override {
+    return {static_cast<double>(width_), static_cast<double>(height_)};
+  }
+  void paint(cairo_t* cairo, double fraction) const override;
+
+ private:
+  void enlargeInto(cairo_surface_t* bitmap) const;
+  void paintSamples(cairo_t* cairo) const;
+
+  int width_;
+  int height_;
+  std::vector<uint8_t> samples_;
   mutable ScaledBitmaps bitmaps_;
 };

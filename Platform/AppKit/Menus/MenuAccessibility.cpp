@@ -88,11 +88,10 @@ class Describer {
                std::vector<AccessibleElement>& into) const {
     if (view.isHidden()) return;
     const auto role = roleOf(view.accessibilityRole());
-    const bool isText =
-        role == AccessibleElement::Role::StaticText || role == AccessibleElement::Role::Image;
-    const bool isTold = role && (withTexts ? !view.accessibilityLabel().empty() ||
-                                                 role != AccessibleElement::Role::StaticText
-                                           : !isText);
+    const std::string label = view.accessibilityLabel();
+    const bool isText = role == AccessibleElement::Role::StaticText;
+    const bool isSilent = label.empty() && (isText || role == AccessibleElement::Role::Image);
+    const bool isTold = role && !isSilent && (withTexts || !isText);
     AccessibleElement element;
     const bool isTable = role == AccessibleElement::Role::Table;
     for (const auto& subview : view.subviews())
@@ -100,7 +99,7 @@ class Describer {
     if (!isTold) return;
     element.id = idOf(view);
     element.role = *role;
-    element.name = view.accessibilityLabel();
+    element.name = label;
     element.isEnabled = view.isAccessibilityEnabled();
     element.isSelected = view.isAccessibilitySelected();
     element.isFocused = tracker_.focusedView() == &view;

@@ -92,7 +92,7 @@ void MenuPicture::drawSurroundings(const NSColor& ground) {
     for (size_t row = 0; row < along.size(); ++row) {
       for (size_t column = 0; column < columns; ++column) {
         const double alpha = ShadowOpacity * along[row] * across[column] * 255;
-        surroundings_[row * columns + column] = static_cast<uint32_t>(std::lround(alpha)) << 24;
+        surroundings_[row * columns + column] = static_cast<uint32_t>(alpha + 0.5) << 24;
       }
     }
   }

@@ -3,28 +3,13 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
-#include <initializer_list>
-#include <vector>
 
 #include "Platform/Foundation/Text/NSString.h"
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/Shared/ZEVTranslations.h"
+#include "Targets/VelmoraTime/Classes/FilledText.h"
 
 namespace {
-
-/// A translation with what it has places for, in their order. What is filled in may hold the sign
-/// of a place itself.
-std::string filledIn(std::string_view format, std::string_view place,
-                     std::initializer_list<std::string_view> values) {
-  const std::vector<std::string> pieces = componentsSeparatedByString(format, place);
-  std::string text = pieces.front();
-  const auto* value = values.begin();
-  for (size_t index = 1; index < pieces.size(); ++index) {
-    if (value != values.end()) text += *value++;
-    text += pieces[index];
-  }
-  return text;
-}
 
 std::string amount(int64_t count, std::string_view one, std::string_view many,
                    std::string_view digitsModel) {

@@ -9,6 +9,7 @@
 #include "Targets/Shared/Dropdown/ZEVMenuItemUtilities.h"
 #include "Targets/Shared/ZEVTranslations.h"
 #include "Targets/VelmoraTime/Classes/ClockTexts.h"
+#include "Targets/VelmoraTime/Classes/FilledText.h"
 #include "Targets/VelmoraTime/Classes/ZEVDateAndTimeUtilities.h"
 #include "Targets/VelmoraTime/Dropdown/MoonDetailsBackground.h"
 
@@ -27,19 +28,6 @@ constexpr int64_t PhaseStep = 23;
 std::string translatedNameOfPhase(int64_t phase) {
   const std::string name = DropdownMoon::nameOfPhase(phase);
   return WENLocalizedString(name, "", Table);
-}
-
-/// A format of two "%@" with both filled in.
-std::string filled(std::string format, std::string_view first, std::string_view second) {
-  constexpr std::string_view Placeholder = "%@";
-  size_t from = 0;
-  for (const std::string_view text : {first, second}) {
-    const size_t place = format.find(Placeholder, from);
-    if (place == std::string::npos) break;
-    format.replace(place, Placeholder.size(), text);
-    from = place + text.size();
-  }
-  return format;
 }
 
 /// A day and the time of day, as clocks of the dropdown show it.
@@ -168,9 +156,9 @@ void DropdownMoon::showNextPhase(const MoonPhaseRecord& record) {
   formatter.setTimeZone(NSTimeZone::systemTimeZone());
   formatter.setDateFormat(WENLocalizedString("MOONPHASE_NEXT_DATE_FORMAT", "MMM d", Table));
   moonItemNextPhase_->setStringValue(
-      filled(WENLocalizedString("MOONPHASE_NEXT_FORMAT", "%@ - %@", Table),
-             formatter.stringFromDate(NSDate::dateWithTimeIntervalSince1970(record.time)),
-             translatedNameOfPhase(record.phase)));
+      filledIn(WENLocalizedString("MOONPHASE_NEXT_FORMAT", "%@ - %@", Table), "%@",
+               {formatter.stringFromDate(NSDate::dateWithTimeIntervalSince1970(record.time)),
+                translatedNameOfPhase(record.phase)}));
 }
 
 void DropdownMoon::stopTimers() { cancelPreviousPerformRequests(MoonTimer); }

@@ -16,6 +16,7 @@
 #include "Targets/Shared/Dropdown/ZEVMenuItemUtilities.h"
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/VelmoraTime/Classes/ZEVDateAndTimeUtilities.h"
+#include "Targets/VelmoraTime/Map/StatInterfaceLightMap.h"
 
 namespace {
 
@@ -88,11 +89,25 @@ void StatInterfaceTime_Time::loadClocks() {
     clock->setExists(true);
     // Of a city that is listed twice the later place counts, and leaves a gap.
     clock->setIndex(index++);
+    clock->lightMap()->cityLayer()->setPlaces(mapPlaces());
   }
   updateCityNames();
   removeInvalidClocks();
   sortClocks();
   rebuildMenu();
+}
+
+StatInterfaceLightMapLayer_Time::Places StatInterfaceTime_Time::mapPlaces() {
+  return [weak = weak_from_this()] {
+    std::vector<LightMapPlace> places;
+    const auto dropdown = std::static_pointer_cast<StatInterfaceTime_Time>(weak.lock());
+    if (!dropdown) return places;
+    for (const auto& clock : dropdown->items_) {
+      places.push_back(
+          {clock->identifier(), clock->longitudePercentage(), clock->latitudePercentage()});
+    }
+    return places;
+  };
 }
 
 void StatInterfaceTime_Time::removeInvalidClocks() {

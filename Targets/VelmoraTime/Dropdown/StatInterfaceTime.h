@@ -8,6 +8,7 @@
 #include "Targets/Shared/Dropdown/StatInterface.h"
 #include "Targets/VelmoraTime/Dropdown/DropdownMoon.h"
 #include "Targets/VelmoraTime/Dropdown/StatInterfaceTimeItem.h"
+#include "Targets/VelmoraTime/Map/StatInterfaceLightMapLayer.h"
 
 /// The dropdown of the clock: the Moon and the world clocks, in one menu. It is brought up to date
 /// when it opens and follows the tick until it closes; a closed one stays as it is. Main thread
@@ -53,6 +54,8 @@ class StatInterfaceTime_Time : public StatInterface_Time {
 
  private:
   void loadCombinedRow();
+  /// Answers with the clocks of the moment when it is asked, and with none once this has gone.
+  StatInterfaceLightMapLayer_Time::Places mapPlaces();
   void removeInvalidClocks();
   void sortClocks();
   void addMoon(MenuItems& rows, bool isLarge);

@@ -10,6 +10,9 @@
 #include "Targets/VelmoraTime/Classes/ZEVDateAndTimeUtilities.h"
 #include "Targets/VelmoraTime/Dropdown/CityAccessibleName.h"
 #include "Targets/VelmoraTime/Dropdown/StatInterfaceClockFace.h"
+#include "Targets/VelmoraTime/Dropdown/SunDetailPanel.h"
+#include "Targets/VelmoraTime/Map/LightMapDescription.h"
+#include "Targets/VelmoraTime/Map/StatInterfaceLightMap.h"
 #include "Targets/VelmoraTime/ZoneLocales.h"
 
 namespace {
@@ -23,6 +26,7 @@ constexpr NSRect SmallRow = {{0, 0}, {237, 19}};
 constexpr NSRect SmallName = {{8, 2}, {167, 15}};
 constexpr NSRect SmallTime = {{97, 2}, {133, 15}};
 constexpr NSRect SubmenuPanel = {{0, 0}, {320, 465}};
+constexpr NSRect LightMap = {{0, 305}, {320, 160}};
 
 constexpr double NameSize = 12;
 /// Beside the name in the small row, and behind its time.
@@ -70,9 +74,20 @@ void StatInterfaceTimeItem::loadSmallRow() {
 void StatInterfaceTimeItem::loadSubmenu() {
   submenu_ = createMenu();
   submenu_->setDelegate(this);
+  lightMap_ = std::make_shared<StatInterfaceLightMap_Time>(LightMap);
+  const auto panel = std::make_shared<StatInterfaceView_Time>(SubmenuPanel);
+  panel->addSubview(lightMap_);
   const auto item = std::make_shared<ZEVMenuItem_Time>();
-  item->setView(std::make_shared<StatInterfaceView_Time>(SubmenuPanel));
+  item->setView(panel);
   submenu_->addItem(item);
+}
+
+SunDetailPanel& StatInterfaceTimeItem::sunPanel() {
+  if (!sunPanel_) {
+    sunPanel_ = std::make_unique<SunDetailPanel>();
+    submenu_->itemArray().front()->view()->addSubview(sunPanel_->view());
+  }
+  return *sunPanel_;
 }
 
 void StatInterfaceTimeItem::setDetails(const CityRecord& city) {
@@ -88,6 +103,7 @@ void StatInterfaceTimeItem::setName(const std::optional<std::string>& custom) {
   const std::string full = hasCountry ? details_.city + ", " + *details_.country : details_.city;
   nameValue_->setStringValue(custom.value_or(full));
   nameValueSimple_->setStringValue(custom.value_or(details_.city));
+  submenu_->itemArray().front()->setAccessibilityLabel(nameValueSimple_->stringValue());
   namedMinute_.reset();
 }
 
@@ -104,7 +120,8 @@ void StatInterfaceTimeItem::updateMode() {
 void StatInterfaceTimeItem::updateStaticInfo() {
   formatter_.setTimeZone(zone());
   longitudePercentage_ = 0.5 + longitude_ / 360.0;
-  latitudePercentage_ = 0.5 - latitude_ / 180.0;
+  latitudePercentage_ = 0.5 - static_cast<double>(latitude_ / 180.F);
+  lightMap_->cityLayer()->setCurrentCity({identifier(), longitudePercentage_, latitudePercentage_});
 
   NSTextAttributes attributes;
   attributes.font = zevBoldFont(NameSize);
@@ -153,13 +170,37 @@ void StatInterfaceTimeItem::updateAccessibleName(const NSDate& now) {
   menuitemSimple_->setAccessibilityLabel(name);
 }
 
-void StatInterfaceTimeItem::updateSoonAndMoon() {
+void StatInterfaceTimeItem::makeRecords() {
   const NSDate now = NSDate::date();
   sunData_ = calculateSunRiseAndSet(now, zone(), longitude_, latitude_);
   moonData_ = calculateMoonRiseAndSet(now, zone(), longitude_, latitude_);
 }
 
-void StatInterfaceTimeItem::updateSubmenu() { updateSoonAndMoon(); }
+void StatInterfaceTimeItem::updateSoonAndMoon() {
+  makeRecords();
+  const bool isSubmenuOpen = timer_ != nullptr;
+  if (isSubmenuOpen) updateSunDisplay();
+}
+
+void StatInterfaceTimeItem::updateSunDisplay() {
+  formatter_.setTimeZone(zone());
+  sunPanel().update(sunData_.value_or(SunData()), moonData_.value_or(MoonData()), formatter_);
+}
+
+void StatInterfaceTimeItem::updateSubmenu() {
+  makeRecords();
+  updateSunDisplay();
+  updateMapDescription(NSDate::date());
+  lightMap_->update();
+}
+
+void StatInterfaceTimeItem::updateMapDescription(const NSDate& now) {
+  constexpr double SunriseAltitude = -0.833;
+  const auto altitude = sunData_->find("altitude-now");
+  const bool isDay = altitude != sunData_->end() && altitude->second > SunriseAltitude;
+  lightMap_->setAccessibilityLabel(
+      lightMapDescription(now, nameValueSimple_->stringValue(), isDay));
+}
 
 void StatInterfaceTimeItem::updateLight(const NSDate& date) {
   const CityLight light = lightOfCity(sunData_.value_or(SunData()), date.timeIntervalSince1970());
@@ -182,10 +223,14 @@ std::string StatInterfaceTimeItem::nameForHour(int64_t hour) const {
 
 void StatInterfaceTimeItem::menuWillOpen(NSMenu&) {
   timer_ = NSTimer::scheduledTimerWithTimeInterval(SubmenuInterval, [this] { updateSubmenu(); });
+  lightMap_->load();
   updateSubmenu();
 }
 
-void StatInterfaceTimeItem::menuDidClose(NSMenu&) { timer_.reset(); }
+void StatInterfaceTimeItem::menuDidClose(NSMenu&) {
+  timer_.reset();
+  lightMap_->unload();
+}
 
 std::string StatInterfaceTimeItem::description() const {
   return "name " + nameValue_->stringValue() + ", index " + std::to_string(index_);

@@ -22,6 +22,8 @@
 #include "Targets/VelmoraTime/Dropdown/CityTimeText.h"
 
 class StatInterfaceClockFace_Time;
+class StatInterfaceLightMap_Time;
+class SunDetailPanel;
 
 /// One world clock: a city with the time there, in two rows of which the dropdown shows one, and
 /// the submenu of that row. Whoever makes one calls `setDetails`, `loadLocale`, `updateMode` and
@@ -75,6 +77,10 @@ class StatInterfaceTimeItem : public NSObject, public NSMenuDelegate {
   const std::shared_ptr<ZEVMenuItem_Time>& menuitem() const { return menuitem_; }
   const std::shared_ptr<ZEVMenuItem_Time>& menuitemSimple() const { return menuitemSimple_; }
   const std::shared_ptr<ZEVMenu_Time>& submenu() const { return submenu_; }
+  /// Of the submenu.
+  const std::shared_ptr<StatInterfaceLightMap_Time>& lightMap() const { return lightMap_; }
+  /// Made when it is first asked for.
+  SunDetailPanel& sunPanel();
   const std::shared_ptr<StatInterfaceClockFace_Time>& face() const { return face_; }
   const std::shared_ptr<StatInterfaceTextField_Time>& nameValue() const { return nameValue_; }
   const std::shared_ptr<StatInterfaceTextField_Time>& timeValue() const { return timeValue_; }
@@ -90,9 +96,11 @@ class StatInterfaceTimeItem : public NSObject, public NSMenuDelegate {
   /// The tick, once a second while the dropdown is open: texts, hands and light of the present
   /// moment. Works Sun and Moon out when the city's hour is another than at the last tick.
   void update();
-  /// Works Sun and Moon of the present moment out.
+  /// Works Sun and Moon of the present moment out, for an open submenu, too.
   void updateSoonAndMoon();
-  /// The same, and what the submenu shows.
+  /// Shows the records in the panel.
+  void updateSunDisplay();
+  /// Brings the submenu to the present moment.
   void updateSubmenu();
   /// Takes the light of a moment from the Sun's record.
   void updateLight(const NSDate& date);
@@ -112,7 +120,7 @@ class StatInterfaceTimeItem : public NSObject, public NSMenuDelegate {
   const std::optional<SunData>& sunData() const { return sunData_; }
   const std::optional<MoonData>& moonData() const { return moonData_; }
 
-  /// Follow the time in the submenu, each minute, while that is open.
+  /// Follow the time in the submenu, each minute, while that is open. A closed one keeps no layers.
   void menuWillOpen(NSMenu& menu) override;
   void menuDidClose(NSMenu& menu) override;
 
@@ -122,7 +130,9 @@ class StatInterfaceTimeItem : public NSObject, public NSMenuDelegate {
   void loadLargeRow();
   void loadSmallRow();
   void loadSubmenu();
+  void makeRecords();
   void updateAccessibleName(const NSDate& now);
+  void updateMapDescription(const NSDate& now);
 
   /// The city's, or the system's if there is none of that name.
   NSTimeZone zone() const;
@@ -152,5 +162,7 @@ class StatInterfaceTimeItem : public NSObject, public NSMenuDelegate {
   std::shared_ptr<StatInterfaceTextFieldValue_Time> nameValueSimple_;
   std::shared_ptr<StatInterfaceTextFieldLabel_Time> timeValueSimple_;
   std::shared_ptr<ZEVMenu_Time> submenu_;
+  std::shared_ptr<StatInterfaceLightMap_Time> lightMap_;
+  std::unique_ptr<SunDetailPanel> sunPanel_;
   std::optional<int64_t> namedMinute_;  ///< Since 1970, that the accessible name tells.
 };
