@@ -27,7 +27,7 @@ double itemWidth(VelmoraTimeMenuExtraView& view) {
 }
 
 /// The item's slot on the bar's background.
-PixelSize renderMenubar(const std::string& file, double scale) {
+PixelSize renderMenubar(const Arguments&, const std::string& file, double scale) {
   const auto content = makeMenubarContent();
   const NSSize size{itemWidth(*content.view), NSMenuExtra::Height};
   BitmapSurface surface(size, scale);
@@ -53,19 +53,19 @@ PixelSize renderMenu(const std::shared_ptr<NSMenu>& menu, const std::string& fil
   return {static_cast<int>(size.width), static_cast<int>(size.height)};
 }
 
-PixelSize renderDropdown(const std::string& file, double scale) {
-  const OpenedDropdown dropdown;
+PixelSize renderDropdown(const Arguments& arguments, const std::string& file, double scale) {
+  const OpenedDropdown dropdown(arguments);
   return renderMenu(dropdown.controller().menu(), file, scale);
 }
 
-PixelSize renderMoonMenu(const std::string& file, double scale) {
-  const OpenedDropdown dropdown;
+PixelSize renderMoonMenu(const Arguments& arguments, const std::string& file, double scale) {
+  const OpenedDropdown dropdown(arguments);
   return renderMenu(dropdown.controller().moon().moonMenu(), file, scale);
 }
 
 struct Surface {
   std::string_view name;
-  PixelSize (*render)(const std::string& file, double scale);
+  PixelSize (*render)(const Arguments& arguments, const std::string& file, double scale);
 };
 
 constexpr Surface Surfaces[] = {
@@ -90,13 +90,14 @@ Json renderCommand(const Arguments& arguments) {
   const std::string file = arguments.required("-o");
   const double scale =
       numberFromText(arguments.value("--scale").value_or("1"), "--scale", 0.25, 16);
-  const PixelSize size = surface.render(file, scale);
+  const PixelSize size = surface.render(arguments, file, scale);
   return {{"file", file}, {"width", size.width}, {"height", size.height}};
 }
 
 constexpr OptionSpec RenderOptions[] = {
     {"--dark", "", "on a dark bar"},
     {"--scale", "N", "pixels a point (1)"},
+    CalendarFolderOption,
     {"-o", "FILE.png", "the picture to write", true},
 };
 

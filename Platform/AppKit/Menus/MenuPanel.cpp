@@ -183,6 +183,10 @@ void MenuPanel::viewWillGo(NSView& view) {
   if (onViewWillGo) onViewWillGo(view);
 }
 
+void MenuPanel::makeFirstResponder(NSView& view) {
+  if (onFirstResponder) onFirstResponder(view);
+}
+
 void MenuPanel::setFocusedView(const NSView* view) {
   constexpr double RingMargin = 3;
   for (const NSView* changed : {std::exchange(focusedView_, view), view}) {
