@@ -77,7 +77,8 @@ RecurrenceDays::RecurrenceDays(const RecurrenceRule& rule, int64_t start)
     if (isYearly && months_.none()) months_.set(static_cast<size_t>(date.month));
     monthDays_.set(static_cast<size_t>(date.day));
   }
-  isEveryDay_ = isOpen && months_.none() && rule.weekNumbers.empty();
+  isEveryDay_ = weekDays_.empty() && monthDays_.none() && !hasMonthDays && months_.none() &&
+                rule.yearDays.empty() && rule.weekNumbers.empty();
 }
 
 DayRange RecurrenceDays::period(int64_t number) const {
