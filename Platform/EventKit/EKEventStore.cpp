@@ -2,13 +2,20 @@
 
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 #include <mutex>
 #include <tuple>
 #include <utility>
 
-#include "Platform/EventKit/CalendarSource_p.h"
+#include "Platform/EventKit/CalendarFolders_p.h"
+#include "Platform/EventKit/MailAddress_p.h"
+#include "Platform/EventKit/SourceQueue_p.h"
+#include "Platform/Foundation/Files/NSPathUtilities.h"
+#include "Platform/Foundation/Notifications/NSNotificationCenter.h"
 
 namespace {
+
+using Events = std::vector<std::shared_ptr<const EKEvent>>;
 
 std::function<EKCalendarPlaces()>& defaultPlaces() {
   static std::function<EKCalendarPlaces()> places;
@@ -23,18 +30,55 @@ bool comesBefore(const std::shared_ptr<const EKEvent>& a, const std::shared_ptr<
   return key(*a) < key(*b);
 }
 
+/// Every second that a calendar can name, and no more than a number can hold.
+int64_t secondOf(double seconds) {
+  constexpr double Furthest = 4e11;  // Beyond the year 9999.
+  return static_cast<int64_t>(std::clamp(seconds, -Furthest, Furthest));
+}
+
+std::vector<std::filesystem::path> foldersOf(const EKCalendarPlaces& places) {
+  std::vector<std::filesystem::path> folders;
+  if (!places.folders) {
+    return {resolvedPath("~/.calendars"), resolvedPath("~/Library/Application Support/calendars")};
+  }
+  for (const std::string& folder : *places.folders)
+    folders.push_back(std::filesystem::absolute(resolvedPath(folder)).lexically_normal());
+  return folders;
+}
+
+void postChange() {
+  NSNotificationCenter::defaultCenter().postNotification(EKEventStoreChangedNotification);
+}
+
 }  // namespace
 
-class EKEventStore::Implementation {
+class EKEventStore::Implementation : public std::enable_shared_from_this<Implementation> {
  public:
+  explicit Implementation(const EKCalendarPlaces& places) {
+    for (const std::string& address : places.userAddresses)
+      givenAddresses_.insert(mailAddress(address));
+  }
+
+  /// Makes the sources, which tell this of changes.
+  void start(const EKCalendarPlaces& places) {
+    const auto changed = [watched = weak_from_this()] {
+      if (watched.lock()) postChange();
+    };
+    add(std::make_shared<CalendarFolders>(foldersOf(places), changed), "calendar folders");
+  }
+
   std::vector<std::shared_ptr<const EKCalendar>> calendars() {
     const std::lock_guard guard(mutex_);
     std::vector<std::shared_ptr<const EKCalendar>> all;
     hidden_.clear();
-    for (const auto& source : sources_) {
-      CalendarSource::Calendars found = source->calendars();
-      all.insert(all.end(), found.all.begin(), found.all.end());
-      hidden_.insert(hidden_.end(), found.hidden.begin(), found.hidden.end());
+    userAddresses_ = givenAddresses_;
+    for (SourceQueue& source : sources_) {
+      const auto found = source.ask<CalendarSource::Calendars>(
+          [](CalendarSource& asked) { return asked.calendars(); });
+      if (!found) continue;
+      all.insert(all.end(), found->all.begin(), found->all.end());
+      hidden_.insert(hidden_.end(), found->hidden.begin(), found->hidden.end());
+      userAddresses_.insert(found->userAddresses.begin(), found->userAddresses.end());
     }
     return all;
   }
@@ -44,25 +88,33 @@ class EKEventStore::Implementation {
     return hidden_;
   }
 
-  std::vector<std::shared_ptr<const EKEvent>> events(const EKEventPredicate& predicate) {
+  Events events(const EKEventPredicate& predicate) {
     const std::lock_guard guard(mutex_);
-    const TimeSpan span{static_cast<int64_t>(std::floor(predicate.start.timeIntervalSince1970())),
-                        static_cast<int64_t>(std::ceil(predicate.end.timeIntervalSince1970()))};
+    const TimeSpan span{secondOf(std::floor(predicate.start.timeIntervalSince1970())),
+                        secondOf(std::ceil(predicate.end.timeIntervalSince1970()))};
     std::unordered_set<std::string> wanted;
     for (const auto& calendar : predicate.calendars)
       wanted.insert(calendar->calendarIdentifier());
-    std::vector<std::shared_ptr<const EKEvent>> events;
-    for (const auto& source : sources_) {
-      const auto found = source->events(span, wanted, {});
-      events.insert(events.end(), found.begin(), found.end());
+    Events events;
+    for (SourceQueue& source : sources_) {
+      const auto found = source.ask<Events>([=, addresses = userAddresses_](CalendarSource& asked) {
+        return asked.events(span, wanted, addresses);
+      });
+      if (found) events.insert(events.end(), found->begin(), found->end());
     }
     std::sort(events.begin(), events.end(), comesBefore);
     return events;
   }
 
  private:
+  void add(std::shared_ptr<CalendarSource> source, std::string_view name) {
+    sources_.emplace_back(std::move(source), name, postChange);
+  }
+
   std::mutex mutex_;
-  std::vector<std::unique_ptr<CalendarSource>> sources_;
+  std::vector<SourceQueue> sources_;
+  AddressSet givenAddresses_;
+  AddressSet userAddresses_;
   std::vector<std::string> hidden_;
 };
 
@@ -73,8 +125,10 @@ void EKEventStore::setDefaultPlaces(std::function<EKCalendarPlaces()> places) {
 EKEventStore::EKEventStore(uint64_t)
     : EKEventStore(defaultPlaces() ? defaultPlaces()() : EKCalendarPlaces{}) {}
 
-EKEventStore::EKEventStore(const EKCalendarPlaces&)
-    : implementation_(std::make_shared<Implementation>()) {}
+EKEventStore::EKEventStore(const EKCalendarPlaces& places)
+    : implementation_(std::make_shared<Implementation>(places)) {
+  implementation_->start(places);
+}
 
 EKEventStore::~EKEventStore() = default;
 
