@@ -56,8 +56,8 @@ TEST(Render, FollowsScaleThemeAndSettings) {
   EXPECT_NE(render({"--set", "Time_TextColor=\"1 0 0 1\""}, {}).file, light.file);
 }
 
-// The large row of the Moon between its fillers, and the picture and the phases of its menu, with
-// room for the shadow around them.
+// The month and the large row of the Moon between their fillers, and the picture and the phases of
+// its menu, with room for the shadow around them.
 TEST(Render, DrawsTheDropdownAndTheMoonsMenu) {
   struct Case {
     const char* surface;
@@ -65,7 +65,7 @@ TEST(Render, DrawsTheDropdownAndTheMoonsMenu) {
     double height;
   };
   for (const auto& [surface, width, height] :
-       {Case{"dropdown", 237, 3 + 42 + 5}, Case{"moon-menu", 320, 160 + 4 + 190 + 3}}) {
+       {Case{"dropdown", 280, 247 + 2 + 3 + 42 + 5}, Case{"moon-menu", 320, 160 + 4 + 190 + 3}}) {
     SCOPED_TRACE(surface);
     const auto draw = [&](std::vector<std::string> globals, const char* scale) {
       globals.insert(globals.end(), {"--set", "Time_Cities=[]"});

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "Platform/AppKit/Events/NSApplication.h"
-#include "Platform/AppKit/Views/NSImageView.h"
 #include "Platform/Foundation/Text/NSString.h"
 #include "Platform/Foundation/Time/NSCalendar.h"
 #include "Targets/Shared/Dropdown/DropdownTheme.h"
@@ -84,12 +83,9 @@ StatInterfaceCalendar_Time::StatInterfaceCalendar_Time()
 // --- Loading and layout -------------------------------------------------------------------------
 
 std::shared_ptr<CalendarButton_Time> StatInterfaceCalendar_Time::addButton(
-    NSRect frame, const std::string& picture, const std::string& name,
+    NSRect frame, const CalendarButton_Time::Pictures& pictures, const std::string& name,
     void (StatInterfaceCalendar_Time::*action)()) {
-  const auto button = std::make_shared<CalendarButton_Time>(frame);
-  button->setImage(ZEVImageNamed(picture));
-  button->setAlternateImage(ZEVImageNamed(picture + "-down"));
-  button->setName(name);
+  const auto button = std::make_shared<CalendarButton_Time>(frame, pictures, name);
   button->setTapaction(
       WENTargetItem_Time(weak_from_this(), [this, action](NSObject*) { (this->*action)(); }));
   addSubview(button);
@@ -98,24 +94,25 @@ std::shared_ptr<CalendarButton_Time> StatInterfaceCalendar_Time::addButton(
 
 void StatInterfaceCalendar_Time::loadControls() {
   selectedMonth_ = NoDay;
-  controls_ = std::make_shared<CalendarHeaderView_Time>(ControlsFrame);
-  addSubview(controls_);
+  addSubview(std::make_shared<CalendarHeaderView_Time>(ControlsFrame));
   monthName_ = whiteField(MonthNameFrame, TitleSize);
   addSubview(monthName_);
   // An arrow points to where its button stands.
   const bool isMirrored = NSApplication::sharedApplication().userInterfaceLayoutDirection() ==
                           NSUserInterfaceLayoutDirection::RightToLeft;
-  const std::string left = "stats-calendar-arrow-left";
-  const std::string right = "stats-calendar-arrow-right";
-  calendarButton_ = addButton(CalendarButtonFrame, "stats-calendar-opencal",
-                              WENLocalizedString("Open calendar", "", "time"),
-                              &StatInterfaceCalendar_Time::openCalendar);
-  previousMonthButton_ = addButton(PreviousButtonFrame, isMirrored ? right : left,
-                                   WENLocalizedString("Previous month", "", "time"),
-                                   &StatInterfaceCalendar_Time::previousMonth);
-  nextMonthButton_ = addButton(NextButtonFrame, isMirrored ? left : right,
-                               WENLocalizedString("Next month", "", "time"),
-                               &StatInterfaceCalendar_Time::nextMonth);
+  constexpr CalendarButton_Time::Pictures Left = {"stats-calendar-arrow-left",
+                                                  "stats-calendar-arrow-left-down"};
+  constexpr CalendarButton_Time::Pictures Right = {"stats-calendar-arrow-right",
+                                                   "stats-calendar-arrow-right-down"};
+  calendarButton_ = addButton(
+      CalendarButtonFrame, {"stats-calendar-opencal", "stats-calendar-opencal-down"},
+      WENLocalizedString("Open calendar", "", "time"), &StatInterfaceCalendar_Time::openCalendar);
+  calendarButton_->setHidden(true);
+  addButton(PreviousButtonFrame, isMirrored ? Right : Left,
+            WENLocalizedString("Previous month", "", "time"),
+            &StatInterfaceCalendar_Time::previousMonth);
+  addButton(NextButtonFrame, isMirrored ? Left : Right,
+            WENLocalizedString("Next month", "", "time"), &StatInterfaceCalendar_Time::nextMonth);
 }
 
 void StatInterfaceCalendar_Time::addCell(StatInterfaceCalendarCell& cell) {
@@ -143,9 +140,7 @@ void StatInterfaceCalendar_Time::loadCells() {
     addSubview(cell);
   }
   headerCells_.front()->setStringValue(WENLocalizedString("WK", "", "time"));
-  const auto shadow = std::make_shared<NSImageView>(ShadowFrame);
-  shadow->setImage(ZEVImageNamed("stats-calendar-shadow"));
-  addSubview(shadow);
+  addSubview(std::make_shared<CalendarShadowView_Time>(ShadowFrame));
   layOut();
   updateHeaders();
 }

@@ -69,8 +69,10 @@ class StatInterfaceCalendar_Time : public StatInterfaceFlippedView_Time {
 
   // Events. They are fetched on the collector's queue and appear when they come.
 
-  /// Looks whether the hidden calendars are others, and whether there is an application to open.
+  /// Looks whether the hidden calendars are others.
   void prepareToDisplay();
+  /// Whether there is a calendar application, which the button and the rows open.
+  void setOpensCalendar(bool opens);
   /// Has events fetched again the next time.
   void setNeedToUpdateEvents() { needToUpdateEvents_ = true; }
   void updateEventsIfNeeded();
@@ -105,7 +107,8 @@ class StatInterfaceCalendar_Time : public StatInterfaceFlippedView_Time {
   void mouseDown(const NSEvent& event) override;
 
  private:
-  std::shared_ptr<CalendarButton_Time> addButton(NSRect frame, const std::string& picture,
+  std::shared_ptr<CalendarButton_Time> addButton(NSRect frame,
+                                                 const CalendarButton_Time::Pictures& pictures,
                                                  const std::string& name,
                                                  void (StatInterfaceCalendar_Time::*action)());
   void addCell(StatInterfaceCalendarCell& cell);
@@ -133,14 +136,12 @@ class StatInterfaceCalendar_Time : public StatInterfaceFlippedView_Time {
   double selectedDay_ = NoDay;
   bool showWeeks_ = false;
   bool needToUpdateEvents_ = false;
+  bool opensCalendar_ = false;
   int64_t lastDay_ = 0;
   std::vector<std::shared_ptr<StatInterfaceEventItem_Time>> upcomingEvents_;
   StatInterfaceCalendarDelegate* delegate_ = nullptr;
   double selectedMonth_ = NoDay;
-  std::shared_ptr<CalendarHeaderView_Time> controls_;
   std::shared_ptr<StatInterfaceTextField_Time> monthName_;
-  std::shared_ptr<CalendarButton_Time> previousMonthButton_;
-  std::shared_ptr<CalendarButton_Time> nextMonthButton_;
   std::shared_ptr<CalendarButton_Time> calendarButton_;
   std::vector<StatInterfaceCalendarCell> cells_;
   std::vector<StatInterfaceCalendarCell> weekCells_;

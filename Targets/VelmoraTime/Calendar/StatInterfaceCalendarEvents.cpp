@@ -6,7 +6,6 @@
 
 #include "Platform/Foundation/Settings/CFPreferences.h"
 #include "Platform/Foundation/Time/NSDate.h"
-#include "Targets/VelmoraTime/Calendar/CalendarApplication.h"
 #include "Targets/VelmoraTime/Calendar/HiddenCalendars.h"
 #include "Targets/VelmoraTime/Calendar/StatInterfaceCalendar.h"
 
@@ -15,7 +14,11 @@ void StatInterfaceCalendar_Time::prepareToDisplay() {
   // A list that is missing is never the same.
   if (!hidden || hidden != hiddenCalendars_) needToUpdateEvents_ = true;
   hiddenCalendars_ = std::move(hidden);
-  calendarButton_->setHidden(!hasCalendarApplication());
+}
+
+void StatInterfaceCalendar_Time::setOpensCalendar(bool opens) {
+  opensCalendar_ = opens;
+  calendarButton_->setHidden(!opens);
 }
 
 void StatInterfaceCalendar_Time::updateEventsIfNeeded() {
@@ -103,6 +106,7 @@ void StatInterfaceCalendar_Time::updateUpcomingEvents() {
     if (isTodaySelected() && now > event->endDate()) continue;
     const auto row = cell->upcomingEventItemWithUUID(event->eventIdentifier());
     row->view()->updateColors();
+    row->setOpensCalendar(opensCalendar_);
     row->setExists(true);
     row->setDay({cell->date(), cell->endDate()});
     upcomingEvents_.push_back(row);

@@ -29,7 +29,10 @@ StatInterfaceEventItem_Time::StatInterfaceEventItem_Time()
   view_->addSubview(dot_);
   view_->addSubview(name_);
   view_->addSubview(time_);
-  if (hasCalendarApplication()) menuitem_->setAction(openCalendarApplication);
+}
+
+void StatInterfaceEventItem_Time::setOpensCalendar(bool opens) {
+  menuitem_->setAction(opens ? openCalendarApplication : NSMenuItem::Action());
 }
 
 void StatInterfaceEventItem_Time::updateWithEvent(const EKEvent& event) {

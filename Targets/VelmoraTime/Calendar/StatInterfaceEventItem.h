@@ -12,7 +12,6 @@
 #include "Targets/VelmoraTime/Calendar/EventDays.h"
 
 /// A row of a day's list: a dot in the calendar's colour, an event's title and when it takes place.
-/// A click on it opens the calendar application.
 class StatInterfaceEventItem_Time {
  public:
   StatInterfaceEventItem_Time();
@@ -26,6 +25,8 @@ class StatInterfaceEventItem_Time {
   /// The day whose list this is.
   void setDay(const WallClockSpan& day) { day_ = day; }
 
+  /// Has a click on the row open the calendar application.
+  void setOpensCalendar(bool opens);
   /// Shows an event as the day sees it.
   void updateWithEvent(const EKEvent& event);
 

@@ -16,6 +16,7 @@
 #include "Targets/Shared/Dropdown/MenuItemHighlight.h"
 #include "Targets/Shared/Dropdown/ZEVMenuItemUtilities.h"
 #include "Targets/Shared/ZEVPreferences.h"
+#include "Targets/VelmoraTime/Calendar/CalendarApplication.h"
 
 namespace {
 
@@ -256,6 +257,7 @@ void StatInterfaceTime_Time::forceUpdate() {
   try {
     updateDay(NSDate::date());
     calendar_->prepareToDisplay();
+    calendar_->setOpensCalendar(hasCalendarApplication());
     calendar_->updateEventsIfNeeded();
     calendar_->updateUpcomingEvents();
     updateEvents();

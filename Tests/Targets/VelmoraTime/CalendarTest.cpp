@@ -101,7 +101,7 @@ class Month : public testing::Test {
  protected:
   Month() {
     useZone("America/New_York");
-    ZEVSetObjectForKey("Time_DropdownFormat", PropertyList::Array{"hh", "':'", "mm ", "a"});
+    ZEVSetObjectForKey("Time_DropdownFormat", PropertyList::Array{"hh", "':'", "mm", "' '", "a"});
     grid->loadControls();
     grid->loadCells();
     grid->updateDate();
