@@ -1,5 +1,6 @@
 #include "Platform/EventKit/Evolution/EvolutionCalendar.h"
 
+#include <cstdint>
 #include <set>
 #include <utility>
 
@@ -50,7 +51,7 @@ const StoredCalendar* EvolutionCalendar::events(ReadingTables& tables) {
 
 bool EvolutionCalendar::connect() {
   // A wait would be waited for whole, whatever answers.
-  constexpr guint32 NoWait = 0;
+  constexpr guint32 NoWait = UINT32_MAX;
   EClient* client = e_cal_client_connect_sync(source_.get(), E_CAL_CLIENT_SOURCE_TYPE_EVENTS,
                                               NoWait, nullptr, nullptr);
   if (client == nullptr) return false;
