@@ -8,14 +8,18 @@
 #include <utility>
 
 #include "Platform/EventKit/CalendarFolders_p.h"
+#include "Platform/EventKit/DesktopCalendars_p.h"
 #include "Platform/EventKit/MailAddress_p.h"
 #include "Platform/EventKit/SourceQueue_p.h"
 #include "Platform/Foundation/Files/NSPathUtilities.h"
 #include "Platform/Foundation/Notifications/NSNotificationCenter.h"
+#include "Platform/Foundation/RunLoop/NSRunLoop.h"
 
 namespace {
 
 using Events = std::vector<std::shared_ptr<const EKEvent>>;
+
+constexpr int64_t Pause = 333'000'000;  ///< Nanoseconds.
 
 std::function<EKCalendarPlaces()>& defaultPlaces() {
   static std::function<EKCalendarPlaces()> places;
@@ -46,10 +50,6 @@ std::vector<std::filesystem::path> foldersOf(const EKCalendarPlaces& places) {
   return folders;
 }
 
-void postChange() {
-  NSNotificationCenter::defaultCenter().postNotification(EKEventStoreChangedNotification);
-}
-
 }  // namespace
 
 class EKEventStore::Implementation : public std::enable_shared_from_this<Implementation> {
@@ -62,9 +62,14 @@ class EKEventStore::Implementation : public std::enable_shared_from_this<Impleme
   /// Makes the sources, which tell this of changes.
   void start(const EKCalendarPlaces& places) {
     const auto changed = [watched = weak_from_this()] {
-      if (watched.lock()) postChange();
+      if (const auto self = watched.lock()) self->noteChange();
     };
-    add(std::make_shared<CalendarFolders>(foldersOf(places), changed), "calendar folders");
+    sources_.emplace_back(std::make_shared<CalendarFolders>(foldersOf(places), changed),
+                          "calendar folders", changed);
+    if (places.includesDesktop) {
+      sources_.emplace_back(std::make_shared<DesktopCalendars>(changed), "desktop calendars",
+                            changed);
+    }
   }
 
   std::vector<std::shared_ptr<const EKCalendar>> calendars() {
@@ -107,10 +112,19 @@ class EKEventStore::Implementation : public std::enable_shared_from_this<Impleme
   }
 
  private:
-  void add(std::shared_ptr<CalendarSource> source, std::string_view name) {
-    sources_.emplace_back(std::move(source), name, postChange);
+  /// On the main thread. The first change starts a pause, at whose end all are told as one.
+  void noteChange() {
+    if (pause_) return;
+    NSRunLoop& loop = NSRunLoop::mainRunLoop();
+    pause_ = loop.scheduleAt(loop.now() + Pause, [watched = weak_from_this()] {
+      const auto self = watched.lock();
+      if (!self) return;
+      self->pause_.reset();
+      NSNotificationCenter::defaultCenter().postNotification(EKEventStoreChangedNotification);
+    });
   }
 
+  NSRunLoop::Timer pause_;
   std::mutex mutex_;
   std::vector<SourceQueue> sources_;
   AddressSet givenAddresses_;

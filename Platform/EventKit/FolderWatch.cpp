@@ -4,8 +4,8 @@
 #include <unistd.h>
 
 #include <array>
+#include <atomic>
 #include <cerrno>
-#include <mutex>
 #include <string_view>
 #include <utility>
 
@@ -14,8 +14,6 @@
 #include "Platform/Foundation/RunLoop/NSRunLoop.h"
 
 namespace {
-
-constexpr int64_t Pause = 333'000'000;  ///< Nanoseconds.
 
 bool matters(const inotify_event& event) {
   if ((event.mask & IN_IGNORED) != 0) return false;
@@ -40,10 +38,8 @@ class FolderWatch::State : public std::enable_shared_from_this<State> {
   }
 
   void cancel() {
-    const std::lock_guard guard(mutex_);
     isCancelled_ = true;
     watch_.reset();
-    timer_.reset();
   }
 
   bool watchFolder(const std::filesystem::path& folder) const {
@@ -66,29 +62,14 @@ class FolderWatch::State : public std::enable_shared_from_this<State> {
         offset += static_cast<ssize_t>(sizeof(inotify_event) + event->len);
       }
     }
-    const std::lock_guard guard(mutex_);
-    if (!isNews || timer_ || isCancelled_) return;
-    timer_ = loop_.scheduleAt(loop_.now() + Pause, [watched = weak_from_this()] {
-      if (const auto self = watched.lock()) self->tell();
-    });
-  }
-
-  void tell() {
-    {
-      const std::lock_guard guard(mutex_);
-      timer_.reset();
-      if (isCancelled_) return;
-    }
-    changed_();
+    if (isNews && !isCancelled_) changed_();
   }
 
   const std::function<void()> changed_;
   const FileDescriptor notifications_;
   NSRunLoop& loop_ = NSRunLoop::mainRunLoop();
-  std::mutex mutex_;
   NSRunLoop::Watch watch_;
-  NSRunLoop::Timer timer_;
-  bool isCancelled_ = false;
+  std::atomic<bool> isCancelled_ = false;
 };
 
 FolderWatch::FolderWatch(std::function<void()> changed)

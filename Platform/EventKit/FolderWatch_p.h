@@ -16,8 +16,6 @@
 /// | the target of a link to a file is changed in place  | no                                 |
 /// | another machine does it, on a network file system   | no; the kernel does not tell       |
 /// | the user's number of watches is used up             | no                                 |
-///
-/// What comes within a third of a second is told once.
 class FolderWatch {
  public:
   /// Calls `changed` on the main run loop.
