@@ -285,7 +285,7 @@ TEST(Answers, EventsOfAFolder) {
     command.insert(command.end(), {"--calendar-dir", folder});
     return Json::parse(timectl(command).output);
   };
-  const Json trip = {{"name", "Trip"}, {"time", "All Day"}, {"color", "#FF000080"}};
+  const Json trip = {{"name", "Trip"}, {"time", "Ganztägig"}, {"color", "#FF000080"}};
   const Json talk = {{"name", "Talk"}, {"time", "20:00"}, {"color", "#4576BB"}};
   const Json events = answer({"events"});
   EXPECT_EQ(events["days"].size(), 42);
@@ -299,7 +299,7 @@ TEST(Answers, EventsOfAFolder) {
   }
   EXPECT_EQ(keys,
             "November 2026 filler-calendar filler-calendar-events Trip Talk spacer-moon-before "
-            "Waxing Gibbous filler-base ");
+            "Zunehmender Mond filler-base ");
 }
 
 }  // namespace

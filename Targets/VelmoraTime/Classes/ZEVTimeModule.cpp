@@ -162,7 +162,11 @@ void ZEVTimeModule_Time::updateInterface(const NSNotification& change) {
   if (resetKey == "citymode") interface_->updateCityMode();
   if (resetKey == "citynames") interface_->updateCityNames();
   NSRunLoop::guarded([&] {
-    if (change.textForKey("key") == "Time_DropdownFormat") interface_->updateMoonPhase();
+    if (change.textForKey("key") == "Time_DropdownFormat") {
+      interface_->updateMoonPhase();
+      interface_->calendar().updateUpcomingEvents();
+      interface_->rebuildMenu();
+    }
     interface_->updateClocks();
   });
 }
