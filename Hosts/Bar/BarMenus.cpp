@@ -133,13 +133,13 @@ void BarMenus::menuPointerEvent(const PointerEvent& event) {
       // It has come to where the pointer lies, which has not moved.
       break;
     case PointerEvent::Kind::Move:
-      tracker_.pointerMoved(event.place);
+      tracker_.pointerMoved(event.place, event.modifiers);
       break;
     case PointerEvent::Kind::Leave:
       tracker_.pointerLeft();
       break;
     case PointerEvent::Kind::Press:
-      tracker_.pointerPressed(event.place);
+      tracker_.pointerPressed(event.place, event.modifiers);
       break;
     case PointerEvent::Kind::Release:
       tracker_.pointerReleased(event.place);

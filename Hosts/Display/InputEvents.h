@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "Platform/AppKit/Events/NSEvent.h"
 #include "Platform/Foundation/NSGeometry.h"
 
 /// Input on one surface, as every kind of display tells it. Places are points from the surface's
@@ -17,6 +18,7 @@ struct PointerEvent {
   NSPoint place;
   PointerButton button = PointerButton::Primary;  ///< Of a press or release.
   NSPoint scroll;                                 ///< Points to the right and down.
+  NSEventModifierFlags modifiers = 0;             ///< Held, of a press or a move.
   uint32_t time = 0;
 };
 

@@ -110,6 +110,8 @@ void XkbKeys::setState(const State& state) {
                         state.lockedLayout);
 }
 
+NSEventModifierFlags XkbKeys::modifierFlags() const { return flagsOf(state_.get()); }
+
 NSEvent XkbKeys::event(uint32_t key, NSEventType type) const {
   const xkb_keysym_t sym = xkb_state_key_get_one_sym(state_.get(), key);
   NSEvent event;

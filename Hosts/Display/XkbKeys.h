@@ -35,6 +35,9 @@ class XkbKeys {
   /// it do not join it.
   NSEvent event(uint32_t key, NSEventType type) const;
 
+  /// The modifiers that are held.
+  NSEventModifierFlags modifierFlags() const;
+
   /// Whether a key that is held goes on typing.
   bool repeats(uint32_t key) const;
 

@@ -42,6 +42,8 @@ void WaylandKeyboard::listen(wl_seat* seat, WaylandKeyClient& client) {
 void WaylandKeyboard::endListening() {
   endRepeat();
   keyboard_.reset();
+  state_ = {};
+  if (keys_) keys_->setState(state_);
 }
 
 void WaylandKeyboard::keymap(wl_keyboard*, uint32_t format, int32_t descriptor, uint32_t size) {
@@ -98,6 +100,12 @@ void WaylandKeyboard::modifiers(wl_keyboard*, uint32_t, uint32_t depressed, uint
             .lockedModifiers = locked,
             .lockedLayout = layout};
   if (keys_) keys_->setState(state_);
+}
+
+NSEventModifierFlags WaylandKeyboard::modifierFlags() {
+  if (!isListening() || (state_.depressedModifiers | state_.latchedModifiers) == 0) return 0;
+  const XkbKeys* keys = this->keys();
+  return keys != nullptr ? keys->modifierFlags() : 0;
 }
 
 void WaylandKeyboard::repeatInfo(wl_keyboard*, int32_t rate, int32_t delay) {

@@ -35,6 +35,9 @@ class WaylandKeyboard {
   void listen(wl_seat* seat, WaylandKeyClient& client);
   void endListening();
 
+  /// What is held down, as far as this is told: while it listens and has the keys.
+  NSEventModifierFlags modifierFlags();
+
  private:
   void keymap(wl_keyboard*, uint32_t format, int32_t descriptor, uint32_t size);
   void enter(wl_keyboard*, uint32_t serial, wl_surface* surface, wl_array* held);

@@ -110,6 +110,7 @@ void WaylandSeat::tellPointer(PointerEvent::Kind kind, PointerButton button) {
                         .place = place_,
                         .button = button,
                         .scroll = kind == PointerEvent::Kind::Scroll ? scroll_ : NSPoint{},
+                        .modifiers = keyboard_.modifierFlags(),
                         .time = time_});
 }
 

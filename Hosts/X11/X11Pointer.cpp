@@ -38,6 +38,16 @@ PointerButton buttonOf(xcb_button_t button) {
   }
 }
 
+NSEventModifierFlags flagsOf(uint16_t state) {
+  NSEventModifierFlags flags = 0;
+  if ((state & XCB_MOD_MASK_SHIFT) != 0) flags |= NSEventModifierFlagShift;
+  if ((state & XCB_MOD_MASK_CONTROL) != 0) flags |= NSEventModifierFlagControl;
+  // Where practically all keymaps have them.
+  if ((state & XCB_MOD_MASK_1) != 0) flags |= NSEventModifierFlagOption;
+  if ((state & XCB_MOD_MASK_4) != 0) flags |= NSEventModifierFlagCommand;
+  return flags;
+}
+
 }  // namespace
 
 std::optional<PointerEvent> pointerEventOf(const xcb_generic_event_t& event, double scale) {
@@ -45,6 +55,7 @@ std::optional<PointerEvent> pointerEventOf(const xcb_generic_event_t& event, dou
   const auto& button = eventAs<xcb_button_press_event_t>(event);
   PointerEvent told;
   told.place = {button.event_x / scale, button.event_y / scale};
+  told.modifiers = flagsOf(button.state);
   told.time = button.time;
   switch (eventType(event)) {
     case XCB_BUTTON_PRESS:

@@ -6,7 +6,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <map>
 #include <regex>
 #include <set>
 #include <string>
@@ -17,27 +16,6 @@
 namespace {
 
 namespace fs = std::filesystem;
-
-/// Pictures drawn ahead, so that all are of one hand → who is going to ask for them.
-const std::map<std::string, std::string> Awaited = {
-    {"stats-calendar-arrow-left-down", "the month view"},
-    {"stats-calendar-arrow-left", "the month view"},
-    {"stats-calendar-arrow-right-down", "the month view"},
-    {"stats-calendar-arrow-right", "the month view"},
-    {"stats-calendar-dark", "the month view"},
-    {"stats-calendar-opencal-down", "the month view"},
-    {"stats-calendar-opencal", "the month view"},
-    {"stats-calendar-selected-week", "day cells"},
-    {"stats-calendar-selected", "day cells"},
-    {"stats-calendar-shadow", "the month view"},
-    {"stats-calendar-today-dark-week", "day cells"},
-    {"stats-calendar-today-dark", "day cells"},
-    {"stats-calendar-today-light-week", "day cells"},
-    {"stats-calendar-today-light", "day cells"},
-    {"stats-calendar-weeks-dark", "the month view"},
-    {"stats-calendar-weeks", "the month view"},
-    {"stats-calendar", "the month view"},
-};
 
 std::set<std::string> namesInTheBundle() {
   std::set<std::string> names;
@@ -78,15 +56,10 @@ TEST(PictureNames, TheCodeAndTheBundleAgree) {
   const auto asked = namesInTheCode();
   const auto present = namesInTheBundle();
   EXPECT_GT(asked.size(), 65) << "the sources were not found";
-  for (const std::string& name : asked) {
+  for (const std::string& name : asked)
     EXPECT_TRUE(present.contains(name)) << "the bundle lacks " << name;
-    EXPECT_FALSE(Awaited.contains(name)) << name << " is asked for by now";
-  }
-  for (const auto& [name, view] : Awaited)
-    EXPECT_TRUE(present.contains(name)) << "the bundle lacks " << name << " for " << view;
-  for (const std::string& name : present) {
-    EXPECT_TRUE(asked.contains(name) || Awaited.contains(name)) << "nobody asks for " << name;
-  }
+  for (const std::string& name : present)
+    EXPECT_TRUE(asked.contains(name)) << "nobody asks for " << name;
 }
 
 TEST(PictureNames, EveryPictureOfTheBundleCanBeDrawn) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <sstream>
@@ -244,6 +245,61 @@ TEST(Answers, TextsAreInTheLocalesLanguage) {
     }
     EXPECT_EQ(runToEnd(command).output, R"({"text":")" + today + "\"}\n");
   }
+}
+
+// Python's calendar module, and its isocalendar for the weeks.
+TEST(Answers, Month) {
+  const Json month =
+      Json::parse(timectl({"--locale", "de_DE", "--now", Now, "--set", "Time_WeekNumberFormat=1",
+                           "--system-zone", "Pacific/Kiritimati", "month", "--month", "2026-11"})
+                      .output);
+  EXPECT_EQ(month["title"], "November 2026");
+  EXPECT_EQ(month["headers"], Json({"M", "D", "M", "D", "F", "S", "S"}));
+  EXPECT_EQ(month["weeks"], Json({"44", "45", "46", "47", "48", "49"}));
+  EXPECT_EQ(month["monthStartTime"], 1792972800) << "October 26";
+  EXPECT_EQ(month["monthEndTime"], 1796601600);
+  EXPECT_EQ(month["currentDay"], 1795305600) << "there it is Sunday already";
+  EXPECT_EQ(month["cells"].size(), 42);
+  EXPECT_EQ(
+      month["cells"][27].dump(),
+      R"({"date":1795305600,"label":"22","today":true,"tomorrow":false,"type":1,"weekday":1})");
+  EXPECT_EQ(month["cells"][28]["tomorrow"], true);
+  EXPECT_EQ(month["cells"][5]["type"], 2);
+}
+
+TEST(Answers, EventsOfAFolder) {
+  const auto folder = testFolder() / "calendars";
+  for (const auto& [name, lines] :
+       {std::pair{"work", "DTSTART:20261121T200000\r\nDTEND:20261121T213000\r\nSUMMARY:Talk\r\n"},
+        {"home", "DTSTART;VALUE=DATE:20261120\r\nDTEND;VALUE=DATE:20261122\r\nSUMMARY:Trip\r\n"}}) {
+    std::filesystem::create_directories(folder / name);
+    std::ofstream(folder / name / "color") << (name[0] == 'w' ? "#4576BB" : "#FF000080");
+    std::ofstream(folder / name / "event.ics")
+        << "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:x\r\nBEGIN:VEVENT\r\nUID:" << name
+        << "\r\nDTSTAMP:20260101T000000Z\r\n"
+        << lines << "END:VEVENT\r\nEND:VCALENDAR\r\n";
+  }
+  const auto answer = [&](std::vector<std::string> command) {
+    command.insert(command.begin(), {"--now", Now, "--locale", "de_DE", "--no-user-settings",
+                                     "--set", "Time_Cities=[]"});
+    command.insert(command.end(), {"--calendar-dir", folder});
+    return Json::parse(timectl(command).output);
+  };
+  const Json trip = {{"name", "Trip"}, {"time", "Ganztägig"}, {"color", "#FF000080"}};
+  const Json talk = {{"name", "Talk"}, {"time", "20:00"}, {"color", "#4576BB"}};
+  const Json events = answer({"events"});
+  EXPECT_EQ(events["days"].size(), 42);
+  EXPECT_EQ(events["days"][26], Json({"Trip", "Talk"}));
+  EXPECT_EQ(events["upcoming"], Json({trip, talk}));
+  EXPECT_EQ(answer({"events", "--select", "2026-11-20"})["upcoming"], Json::array({trip}));
+  EXPECT_EQ(answer({"events", "--hide", "home"})["upcoming"], Json::array({talk}));
+  std::string keys;
+  for (const Json& row : answer({"menu"})) {
+    keys += (row["key"].is_null() ? row["texts"][0] : row["key"]).get<std::string>() + " ";
+  }
+  EXPECT_EQ(keys,
+            "November 2026 filler-calendar filler-calendar-events Trip Talk spacer-moon-before "
+            "Zunehmender Mond filler-base ");
 }
 
 }  // namespace

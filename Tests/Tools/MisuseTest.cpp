@@ -62,6 +62,11 @@ TEST(Misuse, Arguments) {
       {{"--set", "Key=HH", "dropdown-time-format"}, "'HH' is not JSON"},
       {{"--locale", "xx_YY", "dropdown-time-format"}, "'xx_YY'"},
       {{"--now", "soon", "dropdown-time-format"}, "'soon'"},
+      {{"month", "--month", "2026-13"}, "'2026-13' is no month"},
+      {{"month", "--first-weekday", "8"}, "--first-weekday: '8'"},
+      {{"events"}, "--calendar-dir DIR is missing"},
+      {{"events", "--calendar-dir", ".", "--select", "2026-02-29"}, "'2026-02-29' is no day"},
+      {{"defaults", "write", "Time_CalendarFolders", R"("~/calendars")"}, "list of folders"},
       {{"defaults", "erase"}, "'read KEY'"},
       {{"defaults", "read", "Key", "--reset", "x"}, "--reset"},
       {{"defaults", "write", "Key", "{"}, "is not JSON"},
@@ -80,6 +85,11 @@ TEST(Misuse, Arguments) {
   };
   for (const Call& call : calls)
     expectComplaint(call, 2);
+}
+
+TEST(Misuse, CalendarsThatCannotBeRead) {
+  for (const char* command : {"events", "menu"})
+    expectComplaint({{command, "--calendar-dir", "/nowhere"}, "/nowhere cannot be read"}, 1);
 }
 
 TEST(Misuse, Instants) {

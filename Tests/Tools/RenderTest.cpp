@@ -56,8 +56,8 @@ TEST(Render, FollowsScaleThemeAndSettings) {
   EXPECT_NE(render({"--set", "Time_TextColor=\"1 0 0 1\""}, {}).file, light.file);
 }
 
-// The large row of the Moon between its fillers, the picture and the phases of its menu, and the
-// map and the figures of Tokyo's, with room for the shadow around them.
+// The month and the large row of the Moon between their fillers, the picture and the phases of its
+// menu, and the map and the figures of Tokyo's, with room for the shadow around them.
 TEST(Render, DrawsTheDropdownAndItsSubmenus) {
   struct Case {
     const char* surface;
@@ -66,7 +66,7 @@ TEST(Render, DrawsTheDropdownAndItsSubmenus) {
     std::vector<std::string> city = {};
   };
   for (const Case& test :
-       {Case{"dropdown", 237, 3 + 42 + 5}, Case{"moon-menu", 320, 160 + 4 + 190 + 3},
+       {Case{"dropdown", 280, 247 + 2 + 3 + 42 + 5}, Case{"moon-menu", 320, 160 + 4 + 190 + 3},
         Case{"city-menu", 320, 160 + 305, {"--city", "1850147"}}}) {
     SCOPED_TRACE(test.surface);
     const auto draw = [&](std::vector<std::string> globals, const char* scale) {

@@ -22,3 +22,4 @@ std::span<const Command> defaultsCommands();
 std::span<const Command> cityCommands();
 std::span<const Command> renderCommands();
 std::span<const Command> dropdownCommands();
+std::span<const Command> calendarCommands();

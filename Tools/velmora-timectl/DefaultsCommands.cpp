@@ -32,6 +32,8 @@ constexpr ResetRule ResetRules[] = {
     {"Time_CalendarShowEvents", "calendar"},
     {"Time_CalendarShowWeeks", "calendar"},
     {"Time_WeekNumberFormat", "calendar"},
+    {"Time_CalendarFolders", "calendar"},
+    {"Time_CalendarAddresses", "calendar"},
     {"Time_Cities", "cities"},
     {"Time_CityNames", "citynames"},
     {"Time_DropdownCityLayout", "citymode"},

@@ -34,15 +34,17 @@ Json rowJson(const ZEVMenu_Time& menu, const NSMenuItem& item) {
 
 Json menuCommand(const Arguments& arguments) {
   arguments.expectRest({});
-  const OpenedDropdown dropdown;
+  const OpenedDropdown dropdown(arguments);
   Json rows = Json::array();
   for (const auto& item : dropdown.menu().itemArray())
     rows.push_back(rowJson(dropdown.menu(), *item));
   return rows;
 }
 
+constexpr OptionSpec MenuOptions[] = {CalendarFolderOption};
+
 constexpr Command Commands[] = {
-    {"menu", "", "the rows of the dropdown as it is now", {}, menuCommand},
+    {"menu", "", "the rows of the dropdown as it is now", MenuOptions, menuCommand},
     {"dropdown",
      "open | close | toggle",
      "has the running bar show or hide its dropdown, with the keyboard on it",

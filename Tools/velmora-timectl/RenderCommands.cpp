@@ -37,7 +37,7 @@ double itemWidth(VelmoraTimeMenuExtraView& view) {
 }
 
 /// The item's slot on the bar's background.
-PixelSize renderMenubar(const Drawing& drawing) {
+PixelSize renderMenubar(const Arguments&, const Drawing& drawing) {
   const auto content = makeMenubarContent();
   const NSSize size{itemWidth(*content.view), NSMenuExtra::Height};
   BitmapSurface surface(size, drawing.scale);
@@ -63,13 +63,13 @@ PixelSize renderMenu(const std::shared_ptr<NSMenu>& menu, const Drawing& drawing
   return {static_cast<int>(size.width), static_cast<int>(size.height)};
 }
 
-PixelSize renderDropdown(const Drawing& drawing) {
-  const OpenedDropdown dropdown;
+PixelSize renderDropdown(const Arguments& arguments, const Drawing& drawing) {
+  const OpenedDropdown dropdown(arguments);
   return renderMenu(dropdown.controller().menu(), drawing);
 }
 
-PixelSize renderMoonMenu(const Drawing& drawing) {
-  const OpenedDropdown dropdown;
+PixelSize renderMoonMenu(const Arguments& arguments, const Drawing& drawing) {
+  const OpenedDropdown dropdown(arguments);
   return renderMenu(dropdown.controller().moon().moonMenu(), drawing);
 }
 
@@ -91,9 +91,9 @@ void addCity(int64_t identifier) {
 }
 
 /// The submenu of a city, or of the dropdown's first.
-PixelSize renderCityMenu(const Drawing& drawing) {
+PixelSize renderCityMenu(const Arguments& arguments, const Drawing& drawing) {
   if (drawing.city) addCity(*drawing.city);
-  const OpenedDropdown dropdown;
+  const OpenedDropdown dropdown(arguments);
   const auto& clocks = dropdown.controller().items();
   if (clocks.empty()) throw CommandFailure("the dropdown has no city; give one by --city ID");
   const auto clock =
@@ -103,7 +103,7 @@ PixelSize renderCityMenu(const Drawing& drawing) {
 
 struct Surface {
   std::string_view name;
-  PixelSize (*render)(const Drawing& drawing);
+  PixelSize (*render)(const Arguments& arguments, const Drawing& drawing);
 };
 
 constexpr Surface Surfaces[] = {
@@ -140,13 +140,14 @@ Json renderCommand(const Arguments& arguments) {
   if (drawing.city && surface.render != renderCityMenu) {
     throw UsageError("--city is for the city-menu");
   }
-  const PixelSize size = surface.render(drawing);
+  const PixelSize size = surface.render(arguments, drawing);
   return {{"file", drawing.file}, {"width", size.width}, {"height", size.height}};
 }
 
 constexpr OptionSpec RenderOptions[] = {
     {"--dark", "", "on a dark bar"},
     {"--scale", "N", "pixels a point (1)"},
+    CalendarFolderOption,
     {"--city", "ID", "whose city-menu (the dropdown's first)"},
     {"-o", "FILE.png", "the picture to write", true},
 };

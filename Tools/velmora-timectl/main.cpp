@@ -22,8 +22,9 @@ constexpr std::string_view Attributions =
 
 std::vector<Command> allCommands() {
   std::vector<Command> commands;
-  for (const auto& group : {clockCommands(), astronomyCommands(), cityCommands(),
-                            defaultsCommands(), renderCommands(), dropdownCommands()}) {
+  for (const auto& group :
+       {clockCommands(), astronomyCommands(), cityCommands(), defaultsCommands(), renderCommands(),
+        dropdownCommands(), calendarCommands()}) {
     commands.insert(commands.end(), group.begin(), group.end());
   }
   return commands;

@@ -103,7 +103,7 @@ class Describer {
     element.isEnabled = view.isAccessibilityEnabled();
     element.isSelected = view.isAccessibilitySelected();
     element.isFocused = tracker_.focusedView() == &view;
-    element.canPress = view.acceptsFirstResponder();
+    element.canPress = view.canAccessibilityPerformPress();
     NSRect frame = view.convertRectToView(view.bounds(), nullptr);
     frame.origin.y -= panel.pointInColumn({}).y;
     element.frame = onDesktop(frame, panel);

@@ -32,6 +32,26 @@ NSBezierPath triangle(NSPoint middle, int side) {
   return path;
 }
 
+/// Fills what lies between two insets of a rectangle.
+void fillRing(NSRect rect, double outerInset, double innerInset, const NSColor& color) {
+  constexpr double Radius = 3;
+  NSGraphicsContext* context = NSGraphicsContext::currentContext();
+  const NSSavedGraphicsState saved(*context);
+  const NSRect outer = NSInsetRect(rect, outerInset, outerInset);
+  const NSRect inner = NSInsetRect(rect, innerInset, innerInset);
+  NSBezierPath ring = NSBezierPath::bezierPathWithRoundedRect(outer, Radius + 1);
+  ring.appendBezierPath(NSBezierPath::bezierPathWithRoundedRect(inner, Radius));
+  context->clipToPath(ring);
+  color.setFill();
+  NSBezierPath::bezierPathWithRect(outer).fill();
+}
+
+/// Of two colours, one of which is seen on every ground.
+void drawFocusRing(NSRect rect) {
+  fillRing(rect, -1, 1, NSColor::selectedMenuItemColor());
+  fillRing(rect, 1, 2, NSColor::whiteColor());
+}
+
 }  // namespace
 
 MenuPanel::MenuPanel(std::shared_ptr<NSMenu> menu, NSUserInterfaceLayoutDirection direction)
@@ -183,6 +203,10 @@ void MenuPanel::viewWillGo(NSView& view) {
   if (onViewWillGo) onViewWillGo(view);
 }
 
+void MenuPanel::makeFirstResponder(NSView& view) {
+  if (onFirstResponder) onFirstResponder(view);
+}
+
 void MenuPanel::setFocusedView(const NSView* view) {
   constexpr double RingMargin = 3;
   for (const NSView* changed : {std::exchange(focusedView_, view), view}) {
@@ -211,15 +235,7 @@ void MenuPanel::displayRect(NSRect rect) const {
     rect.origin.y += scroll_;
     column().displayRect(rect);
     if (focusedView_ != nullptr) {
-      const NSRect place = focusedView_->convertRectToView(focusedView_->bounds(), nullptr);
-      constexpr double Width = 2;
-      const NSRect outer = NSInsetRect(place, -Width / 2, -Width / 2);
-      const NSRect inner = NSInsetRect(place, Width / 2, Width / 2);
-      NSBezierPath ring = NSBezierPath::bezierPathWithRoundedRect(outer, 4);
-      ring.appendBezierPath(NSBezierPath::bezierPathWithRoundedRect(inner, 3));
-      context->clipToPath(ring);
-      NSColor::selectedMenuItemColor().setFill();
-      NSBezierPath::bezierPathWithRect(outer).fill();
+      drawFocusRing(focusedView_->convertRectToView(focusedView_->bounds(), nullptr));
     }
   }
   if (!isScrolled()) return;

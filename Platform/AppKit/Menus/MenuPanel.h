@@ -25,6 +25,8 @@ class MenuPanel : private NSWindow {
   std::function<void()> onNeedsFrame;
   /// Called before a view leaves the panel, with all below it.
   std::function<void(NSView&)> onViewWillGo;
+  /// Called when a view of the panel asks for the keyboard.
+  std::function<void(NSView&)> onFirstResponder;
 
   /// Lays the rows out if they have changed; answers whether anything moved.
   bool layOutIfNeeded();
@@ -75,6 +77,7 @@ class MenuPanel : private NSWindow {
   void viewNeedsDisplay(NSRect rect) override;
   void viewFrameChanged(NSView& view) override;
   void viewWillGo(NSView& view) override;
+  void makeFirstResponder(NSView& view) override;
   NSUserInterfaceLayoutDirection userInterfaceLayoutDirection() const override {
     return direction_;
   }

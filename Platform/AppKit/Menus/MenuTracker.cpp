@@ -56,6 +56,10 @@ void MenuTracker::openLevel(const std::shared_ptr<NSMenu>& menu,
     const std::shared_ptr<NSView> focused = focused_.lock();
     if (focused && focused->isDescendantOf(view)) focused_.reset();
   };
+  opened.panel->onFirstResponder = [this](NSView& view) {
+    setFocus(&view);
+    stateChanged();
+  };
   opened.panel->onNeedsFrame = [surface = opened.surface.get()] { surface->requestFrame(); };
   opened.surface->requestFrame();
   stateChanged();
@@ -76,6 +80,7 @@ void MenuTracker::closeFrom(size_t depth) {
     level->menu->tracker_ = nullptr;
     level->panel->onNeedsFrame = nullptr;
     level->panel->onViewWillGo = nullptr;
+    level->panel->onFirstResponder = nullptr;
     level->surface.reset();
     level->panel.reset();
     if (NSMenuDelegate* delegate = level->menu->delegate()) {
@@ -163,7 +168,7 @@ void MenuTracker::prepareFrame() {
 void MenuTracker::highlight(size_t depth, NSMenuItem* item) {
   Level& level = *levels_[depth];
   if (level.highlighted.get() == item) return;
-  if (item == nullptr || (focusedView() != nullptr)) setFocus(nullptr);
+  setFocus(nullptr);
   level.highlighted =
       item != nullptr ? std::static_pointer_cast<NSMenuItem>(item->shared_from_this()) : nullptr;
   const std::shared_ptr<NSMenu> menu = level.menu;

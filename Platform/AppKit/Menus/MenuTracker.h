@@ -140,6 +140,8 @@ class MenuTracker {
   void leaveSubmenu();
   void perform();
   void moveFocus(bool isBackwards);
+  bool enterRow();
+  void showKeyboardOn(size_t depth) const;
   void typeAhead(const std::string& characters);
   void setFocus(NSView* view);
 

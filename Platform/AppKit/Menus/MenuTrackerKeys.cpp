@@ -56,6 +56,7 @@ void MenuTracker::keyPressed(const NSEvent& event) {
   switch (event.keyCode) {
     case NSKeyCodeDown:
     case NSKeyCodeUp: {
+      if (event.keyCode == NSKeyCodeDown && enterRow()) break;
       const int step = event.keyCode == NSKeyCodeDown ? 1 : -1;
       const auto& highlighted = levels_[depth]->highlighted;
       const int64_t from =
@@ -116,6 +117,7 @@ void MenuTracker::moveHighlight(size_t depth, int64_t from, int step) {
     if (!hasLevel(depth, *menu)) return;
     levels_[depth]->panel->scrollToItem(*item);
     highlight(depth, item.get());
+    if (hasLevel(depth, *menu)) showKeyboardOn(depth);
     return;
   }
 }
@@ -184,8 +186,26 @@ void MenuTracker::moveFocus(bool isBackwards) {
   stateChanged();
 }
 
+/// From a highlighted row into the view in it that arrows enter.
+bool MenuTracker::enterRow() {
+  if (focusedView() != nullptr) return false;
+  const std::vector<NSView*> controls = controlsOf(levels_[keyLevel()]->highlighted.get());
+  const auto entered = std::ranges::find_if(controls, &NSView::isEnteredByArrowKeys);
+  if (entered == controls.end()) return false;
+  setFocus(*entered);
+  stateChanged();
+  return true;
+}
+
+/// A row of several controls has no one highlight: it is shown like a control.
+void MenuTracker::showKeyboardOn(size_t depth) const {
+  const NSMenuItem* item = levels_[depth]->highlighted.get();
+  const bool isWanted = !isPointerInUse_ && item != nullptr && controlsOf(item).size() > 1;
+  levels_[depth]->panel->setFocusedView(isWanted ? item->view().get() : nullptr);
+}
+
 void MenuTracker::setFocus(NSView* view) {
-  if (view == focusedView()) return;
+  if (view != nullptr && view == focusedView()) return;
   focused_ = view != nullptr ? std::static_pointer_cast<NSView>(view->shared_from_this())
                              : std::weak_ptr<NSView>();
   for (const auto& level : levels_) {

@@ -78,6 +78,7 @@ void MenuTracker::hoverOver(size_t depth, NSMenuItem* item) {
   const NSMenuItem* open = levels_.size() > depth + 1 ? levels_[depth + 1]->owner.get() : nullptr;
   highlight(depth, item);
   if (!hasLevel(depth, *menu)) return;
+  if (focusedView() == nullptr) showKeyboardOn(depth);
   if (item != nullptr && item == open) {
     submenuDelay_.cancel();
   } else if (isNew && (open != nullptr || (item != nullptr && item->submenu()))) {

@@ -16,7 +16,7 @@ struct PlacedText {
 
 void collect(const NSView& view, const NSView& row, std::vector<PlacedText>& texts) {
   if (view.isHidden()) return;
-  std::string label = view.accessibilityLabel();
+  std::string label = view.writtenText();
   if (!label.empty()) {
     constexpr double SameLine = 8;  // Fields of one line need not be level to the point.
     const NSRect place = view.convertRectToView(view.bounds(), &row);

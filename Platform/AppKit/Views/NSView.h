@@ -96,6 +96,8 @@ class NSView : public NSObject {
   virtual bool acceptsFirstMouse() const { return false; }
   /// Whether the keyboard can rest on this view.
   virtual bool acceptsFirstResponder() const { return false; }
+  /// Whether the keyboard comes to this view also by the arrow down from its highlighted row.
+  virtual bool isEnteredByArrowKeys() const { return false; }
   virtual void mouseDown(const NSEvent&) {}
   virtual void mouseDragged(const NSEvent&) {}
   virtual void mouseUp(const NSEvent&) {}
@@ -119,8 +121,11 @@ class NSView : public NSObject {
   virtual NSAccessibilityRole accessibilityRole() const { return NSAccessibilityRole::None; }
   /// Empty for a view that has no words of its own.
   virtual std::string accessibilityLabel() const { return {}; }
+  /// The words that are seen in the view; mostly those that are read aloud.
+  virtual std::string writtenText() const { return accessibilityLabel(); }
   virtual bool isAccessibilitySelected() const { return false; }
   virtual bool isAccessibilityEnabled() const { return true; }
+  virtual bool canAccessibilityPerformPress() const { return acceptsFirstResponder(); }
   /// Does what a click on the view does; false if that is nothing.
   virtual bool accessibilityPerformPress() { return false; }
 

@@ -20,6 +20,9 @@ class NSWindow {
   /// A view is about to leave the tree, with all below it.
   virtual void viewWillGo(NSView&) {}
 
+  /// Has the keyboard rest on a view of the tree, where that is shown.
+  virtual void makeFirstResponder(NSView&) {}
+
   /// From the right, subviews stand mirrored in their superviews.
   virtual NSUserInterfaceLayoutDirection userInterfaceLayoutDirection() const {
     return NSUserInterfaceLayoutDirection::LeftToRight;

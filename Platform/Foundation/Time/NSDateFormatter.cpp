@@ -1,6 +1,7 @@
 #include "Platform/Foundation/Time/NSDateFormatter.h"
 
 #include <unicode/calendar.h>
+#include <unicode/dtfmtsym.h>
 #include <unicode/smpdtfmt.h>
 
 #include <map>
@@ -145,6 +146,19 @@ void NSDateFormatter::setDateFormat(std::string_view pattern) {
 }
 
 std::string NSDateFormatter::dateFormat() const { return implementation_->pattern; }
+
+std::vector<std::string> NSDateFormatter::veryShortWeekdaySymbols() const {
+  UErrorCode status = U_ZERO_ERROR;
+  const icu::DateFormatSymbols symbols(implementation_->compiled->locale, status);
+  int32_t count = 0;
+  // The first is of no day.
+  const icu::UnicodeString* names =
+      symbols.getWeekdays(count, icu::DateFormatSymbols::FORMAT, icu::DateFormatSymbols::NARROW);
+  std::vector<std::string> texts;
+  for (int32_t day = 1; U_SUCCESS(status) && day < count; ++day)
+    names[day].toUTF8String(texts.emplace_back());
+  return texts;
+}
 
 std::string NSDateFormatter::stringFromDate(const NSDate& date) {
   CompiledLocale& compiled = *implementation_->compiled;

@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "Platform/Foundation/Text/NSLocale.h"
 #include "Platform/Foundation/Time/NSCalendar.h"
@@ -39,6 +40,9 @@ class NSDateFormatter {
   void setDateFormat(std::string_view pattern);
   /// The pattern that was set, or that of the styles in the locale.
   std::string dateFormat() const;
+
+  /// The weekdays' names at their shortest, from Sunday on.
+  std::vector<std::string> veryShortWeekdaySymbols() const;
 
   /// A pattern letter that does not exist ends the text before it.
   std::string stringFromDate(const NSDate& date);

@@ -28,6 +28,10 @@ NSFont fontNamed(std::string_view name, double size, NSFontWeight weight) {
 
 NSFont zevNormalFont(double size) { return fontNamed("Helvetica", size, NSFontWeight::Regular); }
 
+NSFont zevLightFont(double size) {
+  return fontNamed("Helvetica Neue Light", size, NSFontWeight::Regular);
+}
+
 NSFont zevMediumFont(double size) {
   return fontNamed("Helvetica Neue Medium", size, NSFontWeight::Medium);
 }

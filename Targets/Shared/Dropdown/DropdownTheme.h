@@ -9,6 +9,7 @@
 
 /// The fonts of rows; where the machine lacks them, the system font of that size and weight.
 NSFont zevNormalFont(double size);
+NSFont zevLightFont(double size);
 NSFont zevMediumFont(double size);
 NSFont zevBoldFont(double size);
 

@@ -11,6 +11,9 @@
 #include "Targets/Shared/ZEVModularExtra.h"
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/Shared/ZEVTranslations.h"
+#include "Targets/VelmoraTime/Calendar/CalendarPlaces.h"
+#include "Targets/VelmoraTime/Calendar/HiddenCalendars.h"
+#include "Targets/VelmoraTime/CalendarStatCollector.h"
 #include "Targets/VelmoraTime/Classes/VelmoraTimeMenuExtraView.h"
 #include "Targets/VelmoraTime/Dropdown/StatInterfaceTime.h"
 
@@ -60,6 +63,9 @@ void ZEVTimeModule_Time::setup() {
   auto& cities = CityStatCollector_Time::sharedCityStatCollector();
   cities.addDelegate(self());
   cities.loadDatabase();
+  EKEventStore::setDefaultPlaces(calendarPlacesFromSettings);
+  prepareHiddenCalendars();
+  updateEventCollector();
   // The clock runs before the dropdown is there.
   updateClocks();
   interface_ = std::make_shared<StatInterfaceTime_Time>();
@@ -123,6 +129,14 @@ void ZEVTimeModule_Time::preferencesChanged(const NSNotification& notification) 
     ZEVRefreshKey("TimeMenubarText");
     view()->resetTextConfig();
   }
+  if (notification.textForKey("resetKey") == "calendar") {
+    const std::string key = notification.textForKey("key");
+    if (key == "Time_CalendarFolders" || key == "Time_CalendarAddresses") {
+      // The store knows its places from the beginning.
+      CalendarStatCollector::sharedCalendarCollector()->setEnabled(false);
+    }
+    updateEventCollector();
+  }
   if (interface_) updateInterface(notification);
   // The bar shows every change at once, without waiting for the next tick.
   const auto self = shared_from_this();
@@ -132,14 +146,27 @@ void ZEVTimeModule_Time::preferencesChanged(const NSNotification& notification) 
   });
 }
 
+void ZEVTimeModule_Time::updateEventCollector() {
+  CalendarStatCollector::sharedCalendarCollector()->setEnabled(
+      ZEVBoolForKey("Time_CalendarEnabled") && ZEVBoolForKey("Time_CalendarShowEvents"));
+}
+
 void ZEVTimeModule_Time::updateInterface(const NSNotification& change) {
   const std::string resetKey = change.textForKey("resetKey");
+  if (resetKey == "calendar") {
+    interface_->updateCalendar();
+    interface_->rebuildMenu();
+  }
   if (resetKey == "cities") interface_->loadClocks();
   if (resetKey == "moon") interface_->rebuildMenu();
   if (resetKey == "citymode") interface_->updateCityMode();
   if (resetKey == "citynames") interface_->updateCityNames();
   NSRunLoop::guarded([&] {
-    if (change.textForKey("key") == "Time_DropdownFormat") interface_->updateMoonPhase();
+    if (change.textForKey("key") == "Time_DropdownFormat") {
+      interface_->updateMoonPhase();
+      interface_->calendar().updateUpcomingEvents();
+      interface_->rebuildMenu();
+    }
     interface_->updateClocks();
   });
 }
@@ -152,6 +179,9 @@ void ZEVTimeModule_Time::externalChange() {
   NSUserDefaults::standardUserDefaults().synchronize();
   NSTimeZone::resetSystemTimeZone();
   if (!interface_) return;
+  // Events without a zone are at other moments now.
+  CalendarStatCollector::sharedCalendarCollector()->externalEventChange();
+  interface_->updateCalendar();
   // The phases to come are told in the system's zone, and counted from now.
   interface_->updateDate();
   interface_->updateMoonPhase();
@@ -161,10 +191,15 @@ void ZEVTimeModule_Time::willUnload() { partialUnload(); }
 
 void ZEVTimeModule_Time::partialUnload() {
   cancelled_ = true;
+  CalendarStatCollector::sharedCalendarCollector()->removeNotifications();
   cancelPreviousPerformRequests("externalChange");
   leaveCollectors();
-  if (interface_) interface_->stopTimers();
+  if (interface_) {
+    interface_->stopTimers();
+    interface_->removeNotifications();
+  }
   observations_.clear();
+  CalendarStatCollector::cleanup();
   delegates().clear();
 }
 

@@ -53,6 +53,8 @@ class ZEVTimeModule_Time : public ZEVModule_Time,
   void partialUnload();
   void leaveCollectors();
   void citiesLoaded();
+  /// Switches the collector of events on or off.
+  void updateEventCollector();
   void updateInterface(const NSNotification& change);
   std::shared_ptr<ZEVTimeModule_Time> self();
 

@@ -8,24 +8,18 @@
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/Shared/ZEVTranslations.h"
 #include "Targets/VelmoraTime/Classes/FilledText.h"
+#include "Targets/VelmoraTime/Classes/TranslatedAmounts.h"
 
 namespace {
-
-std::string amount(int64_t count, std::string_view one, std::string_view many,
-                   std::string_view digitsModel) {
-  const std::string_view key = count == 1 ? one : many;
-  return filledIn(WENLocalizedString(key, "", "common"), "%i",
-                  {stringWithDigitsOf(std::to_string(count), digitsModel)});
-}
 
 /// How far the city's clocks are from those here, in the digits of its time.
 std::string offsetText(int64_t seconds, std::string_view time) {
   const int64_t minutes = std::abs(seconds) / 60;
   if (minutes == 0) return WENLocalizedString("same time as here", "", "time");
-  const std::string hoursText =
-      amount(minutes / 60, localizedKey("%i hour"), localizedKey("%i hours"), time);
-  const std::string minutesText =
-      amount(minutes % 60, localizedKey("%i minute"), localizedKey("%i minutes"), time);
+  const std::string hoursText = translatedAmount(minutes / 60, localizedKey("%i hour"),
+                                                 localizedKey("%i hours"), "common", time);
+  const std::string minutesText = translatedAmount(minutes % 60, localizedKey("%i minute"),
+                                                   localizedKey("%i minutes"), "common", time);
   const bool isAhead = seconds > 0;
   if (minutes % 60 != 0 && minutes > 60) {
     const std::string_view key =
@@ -66,7 +60,7 @@ std::string cityAccessibleName(std::string_view city, const CityClock& clock, co
   const int offset = clock.zone.secondsFromGMTForDate(date) -
                      NSTimeZone::systemTimeZone().secondsFromGMTForDate(date);
   const std::string time = cityTimeText(timeToTheMinute(), clock, date);
-  return filledIn(
-      WENLocalizedString("%@, %@ %@, %@", "", "time"), "%@",
-      {city, lowercaseString(relativeDayText(clock, date)), time, offsetText(offset, time)});
+  return filledIn(WENLocalizedString("%@, %@ %@, %@", "", "time"), "%@",
+                  {std::string(city), lowercaseString(relativeDayText(clock, date)), time,
+                   offsetText(offset, time)});
 }

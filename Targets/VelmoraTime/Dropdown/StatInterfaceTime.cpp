@@ -9,12 +9,14 @@
 #include "Platform/Foundation/Notifications/NSNotificationCenter.h"
 #include "Platform/Foundation/Process/NSLog.h"
 #include "Platform/Foundation/Text/TypeName.h"
+#include "Platform/Foundation/Time/NSCalendar.h"
 #include "Platform/Foundation/Time/NSDate.h"
 #include "Platform/Foundation/Time/NSDateFormatter.h"
 #include "Shared/Collectors/CityStatCollector.h"
 #include "Targets/Shared/Dropdown/MenuItemHighlight.h"
 #include "Targets/Shared/Dropdown/ZEVMenuItemUtilities.h"
 #include "Targets/Shared/ZEVPreferences.h"
+#include "Targets/VelmoraTime/Calendar/CalendarApplication.h"
 #include "Targets/VelmoraTime/Classes/ZEVDateAndTimeUtilities.h"
 #include "Targets/VelmoraTime/Map/StatInterfaceLightMap.h"
 
@@ -48,16 +50,38 @@ StatInterfaceTime_Time::StatInterfaceTime_Time() {
   setMenu(createMenu());
   moon_.moonMenu()->setDelegate(this);
   loadCombinedRow();
+  loadCalendar();
   dateTimer_ =
       NSTimer::scheduledTimerWithTimeInterval(SecondsBetweenDates, [this] { updateDate(); });
   rebuildMenu();
   updateDate();
+  updateCalendar();
   moon_.updateCurrentPhase();
   // A faulty format must not keep the clock from starting.
   NSRunLoop::guarded([this] { updateMoonPhase(); });
+  eventsObservation_ = NSNotificationCenter::defaultCenter().addObserver(
+      "VelmoraEventsChanged", [this](const NSNotification&) { eventsChanged(); });
 }
 
-StatInterfaceTime_Time::~StatInterfaceTime_Time() { moon_.moonMenu()->setDelegate(nullptr); }
+StatInterfaceTime_Time::~StatInterfaceTime_Time() {
+  moon_.moonMenu()->setDelegate(nullptr);
+  calendar_->setDelegate(nullptr);
+}
+
+void StatInterfaceTime_Time::loadCalendar() {
+  calendar_ = std::make_shared<StatInterfaceCalendar_Time>();
+  calendar_->loadControls();
+  calendar_->prepareToDisplay();
+  calendar_->setDelegate(this);
+  calendar_->loadCells();
+  calendarContainer_ =
+      StatInterfaceView_Time::containerWithFrame(StatInterfaceCalendar_Time::Frame);
+  calendarContainer_->addSubview(calendar_);
+  calendarItem_ = createMenuItemWithView(calendarContainer_);
+  // Its parts have colours of their own, and act by themselves.
+  calendarContainer_->setHighlightable(false);
+  calendarItem_->setHasActingView(true);
+}
 
 void StatInterfaceTime_Time::loadCombinedRow() {
   combinedDateValue_ = createLabelField(NSTextAlignment::Center, ZEVMakeRect(6, 0, 213, 20));
@@ -142,22 +166,45 @@ std::shared_ptr<NSMenuItem> StatInterfaceTime_Time::filler(const std::string& ke
   return createFillerItem(menu().get(), key, RowWidth, height);
 }
 
+std::shared_ptr<NSMenuItem> StatInterfaceTime_Time::spacer(const std::string& key,
+                                                           int64_t height) const {
+  return createSpacerItem(menu().get(), key, RowWidth, height);
+}
+
 void StatInterfaceTime_Time::rebuildMenu() {
   const bool isLarge = showsLargeRows();
   MenuItems rows;
-  addMoon(rows, isLarge);
+  const bool hasEvents = addCalendar(rows);
+  addMoon(rows, isLarge, hasEvents);
   addClocks(rows, isLarge);
   rows.push_back(filler("filler-base", 5));
   rebuildMenuWithItems(rows);
 }
 
-void StatInterfaceTime_Time::addMoon(MenuItems& rows, bool isLarge) {
-  if (!ZEVBoolForKey("Time_DropdownShowMoon")) {
+/// Answers whether there are events.
+bool StatInterfaceTime_Time::addCalendar(MenuItems& rows) const {
+  if (!ZEVBoolForKey("Time_CalendarEnabled")) return false;
+  const auto events = calendar_->upcomingEventsItems();
+  const bool hasEvents = ZEVBoolForKey("Time_CalendarShowEvents") && !events.empty();
+  rows.push_back(calendarItem_);
+  rows.push_back(filler("filler-calendar", 2));
+  if (!hasEvents) return false;
+  rows.push_back(filler("filler-calendar-events", 2));
+  rows.insert(rows.end(), events.begin(), events.end());
+  return true;
+}
+
+void StatInterfaceTime_Time::addMoon(MenuItems& rows, bool isLarge, bool hasEvents) {
+  constexpr int64_t SpacerHeight = 12;
+  if (ZEVBoolForKey("Time_DropdownShowMoon")) {
+    rows.push_back(hasEvents ? spacer("spacer-moon-before", SpacerHeight)
+                             : filler("filler-moon-before", 3));
+    rows.push_back(moon_.itemWithSubmenu(isLarge));
+  } else if (!hasEvents) {
     rows.push_back(filler("filler-no-events-or-moon", 1));
-    return;
+  } else if (!items_.empty()) {
+    rows.push_back(spacer("spacer-events-no-moon", SpacerHeight));
   }
-  rows.push_back(filler("filler-moon-before", 3));
-  rows.push_back(moon_.itemWithSubmenu(isLarge));
 }
 
 void StatInterfaceTime_Time::addClocks(MenuItems& rows, bool isLarge) const {
@@ -171,15 +218,46 @@ void StatInterfaceTime_Time::addClocks(MenuItems& rows, bool isLarge) const {
   }
 }
 
-void StatInterfaceTime_Time::themeChange() { displayAnew(*menu()); }
+void StatInterfaceTime_Time::updateCalendar() {
+  // Switched on while it is open.
+  if (isEnabled()) CalendarStatCollector::sharedCalendarCollector()->checkCalendarAccess();
+  calendar_->setShowWeeks(ZEVBoolForKey("Time_CalendarShowWeeks"));
+  calendar_->updateDate();
+  calendar_->updateHeaders();
+  calendarItem_->setAccessibilityLabel(calendar_->title());
+}
+
+void StatInterfaceTime_Time::eventsChanged() {
+  // A closed one asks when it opens.
+  if (isEnabled()) calendar_->updateCalendar();
+}
+
+void StatInterfaceTime_Time::cancelTracking() { menu()->cancelTracking(); }
+
+void StatInterfaceTime_Time::themeChange() {
+  updateCalendar();
+  displayAnew(*menu());
+}
 
 // --- Time ---------------------------------------------------------------------------------------
 
 void StatInterfaceTime_Time::updateClocks() {
   if (!isEnabled()) return;
+  // At midnight itself both days are today: the month goes on with the tick after it.
+  constexpr double Moment = 1e-6;
+  updateDay(NSDate::date().dateByAddingTimeInterval(-Moment));
   // A format that one clock cannot show must not keep the others from their light and their names.
   for (const auto& clock : items_)
     NSRunLoop::guarded([&] { clock->update(); });
+}
+
+void StatInterfaceTime_Time::updateDay(const NSDate& now) {
+  const int64_t day = NSCalendar::currentCalendar().component(NSCalendarUnitDay, now);
+  if (day == calendar_->lastDay()) return;
+  calendar_->setLastDay(day);
+  calendar_->updateDate();
+  calendar_->updateUpcomingEvents();
+  rebuildMenu();
 }
 
 void StatInterfaceTime_Time::updateDate() {
@@ -190,7 +268,12 @@ void StatInterfaceTime_Time::updateDate() {
 
 void StatInterfaceTime_Time::forceUpdate() {
   try {
-    rebuildMenu();
+    updateDay(NSDate::date());
+    calendar_->prepareToDisplay();
+    calendar_->setOpensCalendar(hasCalendarApplication());
+    calendar_->updateEventsIfNeeded();
+    calendar_->updateUpcomingEvents();
+    updateEvents();
     updateDate();
     updateClocks();
     for (const auto& clock : items_)
@@ -206,6 +289,11 @@ void StatInterfaceTime_Time::stopTimers() {
   moon_.stopTimers();
 }
 
+void StatInterfaceTime_Time::removeNotifications() {
+  calendar_->setDelegate(nullptr);
+  eventsObservation_.reset();
+}
+
 // --- Open and closed ----------------------------------------------------------------------------
 
 void StatInterfaceTime_Time::stateChanged(bool isOpen) {
@@ -217,6 +305,7 @@ void StatInterfaceTime_Time::stateChanged(bool isOpen) {
 void StatInterfaceTime_Time::menuWillOpen(NSMenu& opened) {
   if (&opened != menu().get()) return;
   stateChanged(true);
+  CalendarStatCollector::sharedCalendarCollector()->checkCalendarAccess();
   forceUpdate();
 }
 

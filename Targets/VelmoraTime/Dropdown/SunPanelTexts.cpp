@@ -11,6 +11,7 @@
 #include "Targets/Shared/ZEVTranslations.h"
 #include "Targets/VelmoraTime/Classes/ClockTexts.h"
 #include "Targets/VelmoraTime/Classes/FilledText.h"
+#include "Targets/VelmoraTime/Classes/TranslatedAmounts.h"
 
 namespace {
 
@@ -24,8 +25,7 @@ int32_t wholeSeconds(double value) {
 }
 
 std::string amount(int64_t count, std::string_view one, std::string_view many) {
-  const std::string_view key = count == 1 ? one : many;
-  return filledIn(WENLocalizedString(key, "", "common"), "%i", {std::to_string(count)});
+  return translatedAmount(count, one, many, "common");
 }
 
 /// A length of time in whole hours and whole minutes.

@@ -23,6 +23,7 @@ class Dropdown : public testing::Test {
     setenv("TZ", "UTC", 1);
     NSTimeZone::resetSystemTimeZone();
     ZEVSetObjectForKey("Time_Cities", Array{"2643743", "1850147"});
+    ZEVSetObjectForKey("Time_CalendarEnabled", 0);
   }
 
   void start(double now) {
@@ -101,7 +102,9 @@ TEST_F(Dropdown, RowsFollowTheSettings) {
             "filler-moon-before 3|Waxing Gibbous 19+|Tokyo 19+|London 19+|Paris 19+|filler-base 5"},
            {"Time_DropdownShowMoon", 0, "moon",
             "filler-no-events-or-moon 1|Tokyo 19+|London 19+|Paris 19+|filler-base 5"},
-           {"Time_Cities", "no list", "cities", "filler-no-events-or-moon 1|filler-base 5"}}) {
+           {"Time_Cities", "no list", "cities", "filler-no-events-or-moon 1|filler-base 5"},
+           {"Time_CalendarEnabled", 1, "calendar",
+            "November 2026 247|filler-calendar 2|filler-no-events-or-moon 1|filler-base 5"}}) {
     change(key, value, resetKey);
     EXPECT_EQ(rows(), expected) << key;
   }

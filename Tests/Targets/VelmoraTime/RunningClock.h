@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "Platform/Foundation/Notifications/NSDistributedNotificationCenter.h"
+#include "Targets/VelmoraTime/CalendarStatCollector.h"
 #include "Targets/VelmoraTime/Classes/VelmoraTime.h"
 #include "Targets/VelmoraTime/Classes/VelmoraTimeMenuExtraView.h"
 #include "Targets/VelmoraTime/Classes/ZEVTimeModule.h"
@@ -21,8 +22,16 @@ class RunningClock : public ZEVModuleDelegate {
     registration_ = module().addDelegate(*this);
   }
 
-  /// The cities are opened on a queue of their own, which may still want the main loop.
-  ~RunningClock() override { waitForCities(); }
+  /// Cities and events come from queues of their own, which may still want the main loop.
+  ~RunningClock() override {
+    waitForCities();
+    waitForEvents();
+  }
+
+  void waitForEvents() {
+    dispatch_sync(CalendarStatCollector::sharedCalendarCollector()->queue(), [] {});
+    time.loop.runPending();
+  }
 
   void waitForCities() {
     struct Loading : CityStatCollectorDelegate {
