@@ -65,20 +65,20 @@ TEST(Render, DrawsTheDropdownAndItsSubmenus) {
     double height;
     std::vector<std::string> city = {};
   };
-  for (const auto& [surface, width, height, city] :
+  for (const Case& test :
        {Case{"dropdown", 237, 3 + 42 + 5}, Case{"moon-menu", 320, 160 + 4 + 190 + 3},
         Case{"city-menu", 320, 160 + 305, {"--city", "1850147"}}}) {
-    SCOPED_TRACE(surface);
+    SCOPED_TRACE(test.surface);
     const auto draw = [&](std::vector<std::string> globals, const char* scale) {
       globals.insert(globals.end(), {"--set", "Time_Cities=[]"});
-      std::vector<std::string> options = city;
+      std::vector<std::string> options = test.city;
       options.insert(options.end(), {"--scale", scale});
-      return render(globals, options, surface);
+      return render(globals, options, test.surface);
     };
     const Picture light = draw({}, "1");
     const Picture twice = draw({}, "2");
-    EXPECT_EQ(twice.width - 2 * width, 2 * (light.width - width));
-    EXPECT_EQ(light.width - width, light.height - height) << "the same room on all sides";
+    EXPECT_EQ(twice.width - 2 * test.width, 2 * (light.width - test.width));
+    EXPECT_EQ(light.width - test.width, light.height - test.height) << "the same room on all sides";
     EXPECT_NE(draw({"--set", "DropdownTheme=1"}, "1").file, light.file);
     EXPECT_NE(draw({"--locale", "ar"}, "1").file, light.file);
   }
