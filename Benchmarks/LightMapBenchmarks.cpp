@@ -46,12 +46,12 @@ std::shared_ptr<StatInterfaceTimeItem> makeCity(int64_t index) {
   return city;
 }
 
-void redraw(const StatInterfaceLightMap_Time& map, BitmapSurface& surface) {
+void redraw(StatInterfaceLightMap_Time& map, BitmapSurface& surface) {
   NSGraphicsContext& context = surface.context();
   const NSCurrentGraphicsContext current(context);
   const NSSavedGraphicsState saved(context);
   context.flip(MapSize.height);
-  const_cast<StatInterfaceLightMap_Time&>(map).displayRect(map.bounds());
+  map.displayRect(map.bounds());
 }
 
 /// An update to another place of the night, and its pixels.

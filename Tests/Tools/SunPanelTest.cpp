@@ -43,29 +43,21 @@ TEST(SunPanel, TextsFitInEveryLanguage) {
   }
 }
 
-// PyEphem: in Longyearbyen the Sun keeps up from 19 April to 24 August and down from 26 October to
-// 15 February; at 78 degrees south the seasons are the other ones.
+// PyEphem: at 78 degrees the Sun keeps up or down for some weeks around the solstices.
 TEST(SunPanel, AnEventThatDoesNotTakePlaceIsADash) {
-  const struct {
-    const char* now;
-    const char* latitude;
-    std::vector<std::string> sun;  ///< Rise, noon and set.
-    const char* dayLength;
-  } cases[] = {{"2026-12-21T12:00:00Z", "78.2", {"-", "-", "-"}, "0 minutes of daylight"},
-               {"2026-06-21T12:00:00Z", "78.2", {"-", "12:00", "-"}, "24 hours and 0 minutes"},
-               {"2026-06-21T12:00:00Z", "-78.2", {"-", "-", "-"}, "0 minutes of daylight"},
-               {"2026-12-21T12:00:00Z", "-78.2", {"-", "12:00", "-"}, "24 hours and 0 minutes"}};
-  for (const auto& [now, latitude, sun, dayLength] : cases) {
+  for (const auto& [now, latitude, isUp] : {std::tuple{"2026-12-21T12:00:00Z", "78.2", false},
+                                            {"2026-06-21T12:00:00Z", "78.2", true},
+                                            {"2026-06-21T12:00:00Z", "-78.2", false},
+                                            {"2026-12-21T12:00:00Z", "-78.2", true}}) {
     const auto panel =
         sunPanel({"--set", R"(Time_DropdownFormat=["HH","':'","mm"])", "--now", now, "sun-panel",
                   "--zone", "Europe/Oslo", "--lat", latitude, "--lon", "15.6"});
-    for (size_t index = 0; index < sun.size(); ++index) {
-      EXPECT_EQ(panel[index + 2]["value2"], sun[index]) << now << latitude;
-      EXPECT_EQ(panel[index + 2]["field"] == "-", sun[index] == "-");
-    }
-    EXPECT_EQ(panel[10]["field"], "-") << "civil dawn";
-    EXPECT_TRUE(panel.back()["dayLength1"].get<std::string>().starts_with(dayLength));
-    EXPECT_EQ(panel.back()["dayLength2"], "Same as yesterday");
+    for (const size_t rise : {2U, 4U, 10U})
+      EXPECT_EQ(panel[rise]["field"].get<std::string>() + panel[rise]["value2"].get<std::string>(),
+                "--");
+    EXPECT_EQ(panel[3]["value2"], isUp ? "12:00" : "-");
+    EXPECT_EQ(panel.back()["dayLength1"],
+              isUp ? "24 hours and 0 minutes of daylight" : "0 minutes of daylight");
   }
 }
 

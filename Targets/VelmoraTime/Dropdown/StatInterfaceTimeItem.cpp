@@ -179,7 +179,7 @@ void StatInterfaceTimeItem::makeRecords() {
 void StatInterfaceTimeItem::updateSoonAndMoon() {
   makeRecords();
   const bool isSubmenuOpen = timer_ != nullptr;
-  if (isSubmenuOpen) updateSunDisplay();
+  if (isSubmenuOpen) showPresent();
 }
 
 void StatInterfaceTimeItem::updateSunDisplay() {
@@ -189,17 +189,21 @@ void StatInterfaceTimeItem::updateSunDisplay() {
 
 void StatInterfaceTimeItem::updateSubmenu() {
   makeRecords();
+  showPresent();
+}
+
+void StatInterfaceTimeItem::showPresent() {
   updateSunDisplay();
-  updateMapDescription(NSDate::date());
+  updateMapDescription();
   lightMap_->update();
 }
 
-void StatInterfaceTimeItem::updateMapDescription(const NSDate& now) {
+void StatInterfaceTimeItem::updateMapDescription() {
   constexpr double SunriseAltitude = -0.833;
   const auto altitude = sunData_->find("altitude-now");
   const bool isDay = altitude != sunData_->end() && altitude->second > SunriseAltitude;
   lightMap_->setAccessibilityLabel(
-      lightMapDescription(now, nameValueSimple_->stringValue(), isDay));
+      lightMapDescription(NSDate::date(), nameValueSimple_->stringValue(), isDay));
 }
 
 void StatInterfaceTimeItem::updateLight(const NSDate& date) {

@@ -132,7 +132,8 @@ class StatInterfaceTimeItem : public NSObject, public NSMenuDelegate {
   void loadSubmenu();
   void makeRecords();
   void updateAccessibleName(const NSDate& now);
-  void updateMapDescription(const NSDate& now);
+  void showPresent();
+  void updateMapDescription();
 
   /// The city's, or the system's if there is none of that name.
   NSTimeZone zone() const;

@@ -24,14 +24,17 @@ constexpr std::string_view Table = "time";
 
 /// What a value of a line tells, and under which key of the record it stands.
 struct Source {
-  enum class Kind { Nothing, Angle, SunTime, MoonTime, PresentTime };
+  enum class Kind { Nothing, Title, Angle, SunTime, MoonTime, PresentTime };
   Kind kind = Kind::Nothing;
-  std::string_view key;
+  std::string_view key;  ///< Of a title: its text.
 };
 
+constexpr Source title(std::string_view text) { return {Source::Kind::Title, text}; }
 constexpr Source angle(std::string_view key) { return {Source::Kind::Angle, key}; }
 constexpr Source sunTime(std::string_view key) { return {Source::Kind::SunTime, key}; }
 constexpr Source moonTime(std::string_view key) { return {Source::Kind::MoonTime, key}; }
+constexpr Source Nothing;
+constexpr Source PresentTime{Source::Kind::PresentTime, ""};
 
 /// A line from top to bottom. One without a picture has the titles of columns.
 struct Line {
@@ -40,42 +43,27 @@ struct Line {
   std::string_view picture;
   Source field;
   Source value2;
-  std::string_view fieldTitle;
-  std::string_view value2Title;
 };
 
 constexpr Line Lines[] = {
-    {284, "", "", {}, {}, localizedKey("AZIMUTH"), localizedKey("TIME")},
-    {265,
-     localizedKey("Current Time"),
-     "icon-moon-age",
-     angle("azimuth-now"),
-     {Source::Kind::PresentTime, ""},
-     "",
-     ""},
+    {284, "", "", title(localizedKey("AZIMUTH")), title(localizedKey("TIME"))},
+    {265, localizedKey("Current Time"), "icon-moon-age", angle("azimuth-now"), PresentTime},
     {247, localizedKey("Sunrise"), "stats-calendar-sunrise", angle("azimuth-rise-sun"),
-     sunTime("rise-sun"), "", ""},
-    {230, localizedKey("Noon"), "stats-calendar-noon", angle("azimuth-noon"), sunTime("noon"), "",
-     ""},
+     sunTime("rise-sun")},
+    {230, localizedKey("Noon"), "stats-calendar-noon", angle("azimuth-noon"), sunTime("noon")},
     {213, localizedKey("Sunset"), "stats-calendar-sunset", angle("azimuth-set-sun"),
-     sunTime("set-sun"), "", ""},
-    {196, localizedKey("Moonrise"), "stats-calendar-moonrise", {}, moonTime("rise"), "", ""},
-    {179, localizedKey("Moonset"), "stats-calendar-moonset", {}, moonTime("set"), "", ""},
-    {106,
-     localizedKey("Current Altitude"),
-     "icon-sun-currentaltitude",
-     {},
-     angle("altitude-now"),
-     "",
-     ""},
-    {89, localizedKey("Noon Altitude"), "stats-calendar-noon", {}, angle("altitude-noon"), "", ""},
-    {59, localizedKey("TWILIGHT"), "", {}, {}, localizedKey("DAWN"), localizedKey("DUSK")},
-    {41, localizedKey("Civil"), "icon-twilight-civil", sunTime("rise-civil"), sunTime("set-civil"),
-     "", ""},
+     sunTime("set-sun")},
+    {196, localizedKey("Moonrise"), "stats-calendar-moonrise", Nothing, moonTime("rise")},
+    {179, localizedKey("Moonset"), "stats-calendar-moonset", Nothing, moonTime("set")},
+    {106, localizedKey("Current Altitude"), "icon-sun-currentaltitude", Nothing,
+     angle("altitude-now")},
+    {89, localizedKey("Noon Altitude"), "stats-calendar-noon", Nothing, angle("altitude-noon")},
+    {59, localizedKey("TWILIGHT"), "", title(localizedKey("DAWN")), title(localizedKey("DUSK"))},
+    {41, localizedKey("Civil"), "icon-twilight-civil", sunTime("rise-civil"), sunTime("set-civil")},
     {24, localizedKey("Nautical"), "icon-twilight-nautical", sunTime("rise-nautical"),
-     sunTime("set-nautical"), "", ""},
+     sunTime("set-nautical")},
     {7, localizedKey("Astronomical"), "icon-twilight-astronomical", sunTime("rise-astronomical"),
-     sunTime("set-astronomical"), "", ""},
+     sunTime("set-astronomical")},
 };
 
 constexpr NSRect Panel = {{0, 0}, {320, 305}};
@@ -98,11 +86,12 @@ std::string translated(std::string_view key) {
 }
 
 std::shared_ptr<ZEVMenuItem_Time> itemOfLine(const Line& line) {
-  if (!line.picture.empty())
+  if (!line.picture.empty()) {
     return createTripleSunRow(translated(line.label), line.picture, line.y);
-  const auto title = [](std::string_view key) { return uppercaseString(translated(key)); };
-  return createTripleSunHeaderRow(title(line.label), title(line.fieldTitle),
-                                  title(line.value2Title), line.y);
+  }
+  const auto capitals = [](std::string_view key) { return uppercaseString(translated(key)); };
+  return createTripleSunHeaderRow(capitals(line.label), capitals(line.field.key),
+                                  capitals(line.value2.key), line.y);
 }
 
 template <typename Record>
@@ -149,6 +138,7 @@ void SunDetailPanel::update(const SunData& sun, const MoonData& moon, NSDateForm
   const auto textOf = [&](const Source& source) -> std::string {
     switch (source.kind) {
       case Source::Kind::Nothing:
+      case Source::Kind::Title:
         return {};
       case Source::Kind::Angle:
         return degreesFromValue(valueOf(sun, source.key));
