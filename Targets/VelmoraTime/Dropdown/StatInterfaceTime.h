@@ -53,9 +53,9 @@ class StatInterfaceTime_Time : public StatInterface_Time, private StatInterfaceC
   void stopTimers();
   void removeNotifications();
 
-  void menuWillOpen(NSMenu& menu) override;
-  void menuDidClose(NSMenu& menu) override;
-  void menuWillHighlightItem(NSMenu& menu, NSMenuItem* item) override;
+  void menuWillOpen(NSMenu& opened) override;
+  void menuDidClose(NSMenu& closed) override;
+  void menuWillHighlightItem(NSMenu& highlighted, NSMenuItem* item) override;
 
  private:
   void updateEvents() override { rebuildMenu(); }
