@@ -32,8 +32,7 @@ std::string eventText(int number) {
          std::to_string(100'000'000'000 + number) + "\r\nSUMMARY:Meeting about matter " +
          std::to_string(number) + "\r\nDTSTART;TZID=Europe/Berlin:" + date + "T" + hour +
          "0000\r\nDTEND;TZID=Europe/Berlin:" + date + "T" + hour + "3000\r\n" +
-         (isWeekly ? "RRULE:FREQ=WEEKLY\r\n" : "") +
-         "DESCRIPTION:" + std::string(200, 'x') +
+         (isWeekly ? "RRULE:FREQ=WEEKLY\r\n" : "") + "DESCRIPTION:" + std::string(200, 'x') +
          "\r\nATTENDEE;PARTSTAT=ACCEPTED:mailto:somebody@example.org\r\n"
          "ATTENDEE;PARTSTAT=NEEDS-ACTION:mailto:somebody.else@example.org\r\n"
          "BEGIN:VALARM\r\nACTION:DISPLAY\r\nTRIGGER:-PT15M\r\nEND:VALARM\r\n"

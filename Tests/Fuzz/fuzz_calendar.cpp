@@ -21,8 +21,8 @@ NSDate date(double seconds) { return NSDate::dateWithTimeIntervalSince1970(secon
 
 }  // namespace
 
-/// Calendar files come from anywhere. Whatever they hold, events lie in what was asked for, end after
-/// they start and have identifiers of their own.
+/// Calendar files come from anywhere. Whatever they hold, events lie in what was asked for, end
+/// after they start and have identifiers of their own.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   static const std::filesystem::path folder = freshFolder();
   static const EKEventStore store(EKCalendarPlaces{{{folder.string()}}, {"me@example.org"}, false});
