@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <ranges>
 #include <utility>
 
 #include "Platform/AppKit/Drawing/NSBezierPath.h"
@@ -166,8 +165,9 @@ NSView* NSView::hitTest(NSPoint point) {
   if (isHidden_) return nullptr;
   const NSPoint own = superview_ != nullptr ? pointFromSuperview(point) : point;
   if (!NSPointInRect(own, bounds())) return nullptr;
-  for (const auto& subview : std::views::reverse(subviews_)) {
-    if (NSView* hit = subview->hitTest(own)) return hit;
+  // The one in front first. Clang 14 does not compile the views of the library's ranges.
+  for (auto subview = subviews_.rbegin(); subview != subviews_.rend(); ++subview) {
+    if (NSView* hit = (*subview)->hitTest(own)) return hit;
   }
   return this;
 }
