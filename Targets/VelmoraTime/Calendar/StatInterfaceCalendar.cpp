@@ -247,6 +247,7 @@ void StatInterfaceCalendar_Time::updateHeaders() {
 void StatInterfaceCalendar_Time::updateMonth() {
   monthName_->setStringValue(
       monthFormatter_.stringFromDate(NSDate::dateWithTimeIntervalSince1970(referenceDate())));
+  if (delegate_ != nullptr) delegate_->monthChanged();
 }
 
 void StatInterfaceCalendar_Time::updateDate() {
