@@ -1,5 +1,7 @@
 #include "Platform/EventKit/CalendarFolders_p.h"
 
+#include <malloc.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -38,6 +40,11 @@ struct CalendarFolders::Listing {
 
 CalendarFolders::CalendarFolders(std::vector<fs::path> folders, std::function<void()> changed)
     : roots_(std::move(folders)), watch_(std::move(changed)) {}
+
+CalendarFolders::~CalendarFolders() {
+  folders_.clear();
+  malloc_trim(0);
+}
 
 CalendarFolders::Listing CalendarFolders::list(const fs::path& folder) {
   Listing listing;

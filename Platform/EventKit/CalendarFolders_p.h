@@ -18,6 +18,8 @@ class CalendarFolders : public CalendarSource {
  public:
   /// `changed` is called on the main thread.
   CalendarFolders(std::vector<std::filesystem::path> folders, std::function<void()> changed);
+  /// Gives the memory of what was read back to the system.
+  ~CalendarFolders() override;
 
   Calendars calendars() override;
   std::vector<std::shared_ptr<const EKEvent>> events(

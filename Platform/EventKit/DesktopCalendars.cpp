@@ -35,9 +35,17 @@ bool isServiceInstalled() {
   return std::any_of(all.begin(), all.end(), holdsService);
 }
 
+/// A library that finds no bus would start one.
+bool isBusThere() {
+  if (std::getenv("DBUS_SESSION_BUS_ADDRESS") != nullptr) return true;
+  const char* folder = std::getenv("XDG_RUNTIME_DIR");
+  std::error_code error;
+  return folder != nullptr && fs::exists(fs::path(folder) / "bus", error);
+}
+
 std::unique_ptr<CalendarSource> loadPlugin(std::function<void()> changed) {
   std::unique_ptr<CalendarSource> made;
-  if (!isServiceInstalled()) return made;
+  if (!isServiceInstalled() || !isBusThere()) return made;
   const auto path = installationPrefix() / "lib" / "velmora5" / "VelmoraEvolution.so";
   void* library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (library == nullptr) return made;

@@ -6,8 +6,8 @@
 #include "Platform/EventKit/CalendarSource_p.h"
 
 /// The calendars of the desktop's Evolution Data Server, through a plug-in that is loaded when they
-/// are first asked for and only where the service is installed. Elsewhere there are none, and
-/// nothing is said of it.
+/// are first asked for, and only where the service is installed and the session has a bus.
+/// Elsewhere there are none, and nothing is said of it.
 class DesktopCalendars : public CalendarSource {
  public:
   /// `changed` is called on the main thread.

@@ -14,6 +14,7 @@
 #include "Platform/Foundation/Files/NSPathUtilities.h"
 #include "Platform/Foundation/Notifications/NSNotificationCenter.h"
 #include "Platform/Foundation/RunLoop/NSRunLoop.h"
+#include "Platform/Foundation/SharedInstance.h"
 
 namespace {
 
@@ -45,8 +46,11 @@ std::vector<std::filesystem::path> foldersOf(const EKCalendarPlaces& places) {
   if (!places.folders) {
     return {resolvedPath("~/.calendars"), resolvedPath("~/Library/Application Support/calendars")};
   }
-  for (const std::string& folder : *places.folders)
-    folders.push_back(std::filesystem::absolute(resolvedPath(folder)).lexically_normal());
+  for (const std::string& folder : *places.folders) {
+    // The last part is the name of a calendar.
+    const auto path = std::filesystem::absolute(resolvedPath(folder)).lexically_normal();
+    folders.push_back(path.has_filename() ? path : path.parent_path());
+  }
   return folders;
 }
 
@@ -69,6 +73,8 @@ class EKEventStore::Implementation : public std::enable_shared_from_this<Impleme
     if (places.includesDesktop) {
       sources_.emplace_back(std::make_shared<DesktopCalendars>(changed), "desktop calendars",
                             changed);
+    } else {
+      sources_.front().setAlone();
     }
   }
 
@@ -134,6 +140,7 @@ class EKEventStore::Implementation : public std::enable_shared_from_this<Impleme
 
 void EKEventStore::setDefaultPlaces(std::function<EKCalendarPlaces()> places) {
   defaultPlaces() = std::move(places);
+  onSharedInstancesReset([] { defaultPlaces() = nullptr; });
 }
 
 EKEventStore::EKEventStore(uint64_t)

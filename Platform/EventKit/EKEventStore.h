@@ -56,8 +56,8 @@ class EKEventStore {
   EKEventStore& operator=(const EKEventStore&) = delete;
   ~EKEventStore();
 
-  /// All calendars for entity type 0, which is events; none for any other. Sorted by source and
-  /// title.
+  /// All calendars for entity type 0, which is events; none for any other. Those of folders come
+  /// first, by their paths.
   std::vector<std::shared_ptr<const EKCalendar>> calendarsForEntityType(uint64_t entityType) const;
 
   /// The identifiers of calendars that the user has switched off on the desktop. For the list

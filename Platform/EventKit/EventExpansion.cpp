@@ -14,6 +14,9 @@ namespace {
 constexpr int64_t WorkPerSeries = 1'000'000;
 constexpr size_t MostTimes = 5000;
 
+/// Between the parts of an event's identifier, none of which holds it.
+const std::string Separator = "\t";
+
 /// No clock is further from UTC.
 constexpr int64_t LargestOffset = 26 * 3600;
 
@@ -37,10 +40,10 @@ class Series {
 
   void expand() {
     for (const auto& [time, event] : changed_)
-      addWritten(*event, "/" + std::to_string(time.second));
+      addWritten(*event, nameOf(time));
     for (size_t number = 0; number < masters_.size(); ++number) {
       // Different events under one identifier are no good manners, but are seen.
-      const std::string suffix = number == 0 ? "" : "#" + std::to_string(number + 1);
+      const std::string suffix = number == 0 ? "" : Separator + std::to_string(number + 1);
       const StoredEvent& event = *masters_[number];
       event.recurrence ? addTimes(event, suffix) : addWritten(event, suffix);
     }
@@ -52,6 +55,10 @@ class Series {
 
   Key keyOf(const StoredTime& time) const {
     return {time.isDate, time.isDate ? time.reading : instantOf(time)};
+  }
+
+  static std::string nameOf(const Key& key) {
+    return (key.first ? Separator + "day" : Separator + "time") + std::to_string(key.second);
   }
 
   int64_t instantOf(const StoredTime& time) const {
@@ -143,7 +150,7 @@ class Series {
                const std::string& suffix) {
     const Key key = keyOf(start);
     if (!isSeen(start, end) || isLeftOut(start) || !shown_.insert(key).second) return;
-    add(event, start, end, suffix + "/" + std::to_string(key.second));
+    add(event, start, end, suffix + nameOf(key));
   }
 
   void addTimes(const StoredEvent& event, const std::string& suffix) {

@@ -31,15 +31,15 @@ std::string lineOf(std::string text, size_t longest) {
   return text.size() <= longest ? text : substringToIndex(text, longest);
 }
 
-void refuseFaults(icalcomponent* component) {
+void noteFaults(icalcomponent* component, ComponentFault& fault) {
   // What says when an event takes place must read; the rest may be missing.
   constexpr auto Needed = std::to_array<const char*>(
       {" in DTSTART ", " in DTEND ", " in DURATION ", " in RRULE ", " in RECURRENCE-ID "});
-  for (icalproperty* fault : propertiesOf(component, ICAL_XLICERROR_PROPERTY)) {
-    const std::string said = text(icalproperty_get_xlicerror(fault));
+  for (icalproperty* error : propertiesOf(component, ICAL_XLICERROR_PROPERTY)) {
+    const std::string said = text(icalproperty_get_xlicerror(error));
     for (const char* property : Needed) {
       if (said.find(property) != std::string::npos) {
-        throw UnusableComponent{lineOf(said, LongestTitle)};
+        fault.note(lineOf(said, LongestTitle));
       }
     }
   }
@@ -99,7 +99,7 @@ std::string attendeesOf(icalcomponent* component) {
 }
 
 StoredRecurrence::Rule storedRule(icalproperty* property, const StoredTime& start, RuleTable& known,
-                                  ZoneNames& zones) {
+                                  ZoneNames& zones, ComponentFault& fault) {
   const icalrecurrencetype parsed = icalproperty_get_rrule(property);
   StoredRecurrence::Rule stored;
   if (known.size() > MostKnownRules) known.clear();
@@ -107,11 +107,11 @@ StoredRecurrence::Rule storedRule(icalproperty* property, const StoredTime& star
       known[text(icalproperty_get_value_as_string(property))];
   stored.rule = kept.lock();
   if (!stored.rule) {
-    stored.rule = std::make_shared<const RecurrenceRule>(recurrenceRule(parsed));
-    kept = stored.rule;
+    stored.rule = std::make_shared<const RecurrenceRule>(recurrenceRule(parsed, fault));
+    if (!fault) kept = stored.rule;
   }
   if (icaltime_is_null_time(parsed.until) == 0) {
-    StoredTime until = storedTime(parsed.until, property, zones);
+    StoredTime until = storedTime(parsed.until, property, zones, fault);
     if (start.isDate) {
       until = {dayOfTime(until.reading) * SecondsPerDay, start.zone, true};
     } else if (until.zone == StoredCalendar::FloatingZone) {
@@ -122,52 +122,61 @@ StoredRecurrence::Rule storedRule(icalproperty* property, const StoredTime& star
   return stored;
 }
 
-StoredRecurrence::Date storedDate(icalproperty* property, ZoneNames& zones) {
+StoredRecurrence::Date storedDate(icalproperty* property, ZoneNames& zones, ComponentFault& fault) {
   const icaldatetimeperiodtype value = icalproperty_get_rdate(property);
   if (icaltime_is_null_time(value.time) == 0) {
-    return {storedTime(value.time, property, zones), {}, {}};
+    return {storedTime(value.time, property, zones, fault), {}, {}};
   }
-  StoredRecurrence::Date date{storedTime(value.period.start, property, zones), {}, {}};
+  StoredRecurrence::Date date{storedTime(value.period.start, property, zones, fault), {}, {}};
   if (icaltime_is_null_time(value.period.end) != 0) {
     date.length = storedLength(value.period.duration);
   } else {
-    date.end = storedTime(value.period.end, property, zones);
+    date.end = storedTime(value.period.end, property, zones, fault);
   }
   return date;
 }
 
 std::unique_ptr<const StoredRecurrence> recurrenceOf(icalcomponent* component,
                                                      const StoredTime& start, RuleTable& known,
-                                                     ZoneNames& zones) {
+                                                     ZoneNames& zones, ComponentFault& fault) {
   const auto rules = propertiesOf(component, ICAL_RRULE_PROPERTY);
   const auto dates = propertiesOf(component, ICAL_RDATE_PROPERTY);
   const auto exceptions = propertiesOf(component, ICAL_EXDATE_PROPERTY);
   if (rules.empty() && dates.empty() && exceptions.empty()) return nullptr;
   if (dates.size() + exceptions.size() > MostDates) {
-    throw UnusableComponent{"it has too many dates"};
+    fault.note("it has too many dates");
+    return nullptr;
   }
   auto recurrence = std::make_unique<StoredRecurrence>();
   for (icalproperty* property : rules)
-    recurrence->rules.push_back(storedRule(property, start, known, zones));
+    recurrence->rules.push_back(storedRule(property, start, known, zones, fault));
   for (icalproperty* property : dates)
-    recurrence->dates.push_back(storedDate(property, zones));
+    recurrence->dates.push_back(storedDate(property, zones, fault));
   for (icalproperty* property : exceptions)
     recurrence->exceptions.push_back(
-        storedTime(icalproperty_get_exdate(property), property, zones));
+        storedTime(icalproperty_get_exdate(property), property, zones, fault));
   return recurrence;
 }
 
 }  // namespace
 
-StoredEvent storedEvent(const std::string& component, ZoneNames& zones, RuleTable& rules) {
+StoredEvent storedEvent(const std::string& component, ZoneNames& zones, RuleTable& rules,
+                        ComponentFault& fault) {
   const ICalendarComponent parsed = parseComponent(component);
-  refuseFaults(parsed.get());
+  if (!parsed) {
+    fault.note("it does not read");
+    return {};
+  }
+  noteFaults(parsed.get(), fault);
   icalproperty* start = firstProperty(parsed.get(), ICAL_DTSTART_PROPERTY);
-  if (start == nullptr) throw UnusableComponent{"it has no start"};
+  if (start == nullptr) {
+    fault.note("it has no start");
+    return {};
+  }
   StoredEvent event;
-  event.start = storedTime(icalproperty_get_dtstart(start), start, zones);
+  event.start = storedTime(icalproperty_get_dtstart(start), start, zones, fault);
   if (icalproperty* end = firstProperty(parsed.get(), ICAL_DTEND_PROPERTY)) {
-    event.end = storedTime(icalproperty_get_dtend(end), end, zones);
+    event.end = storedTime(icalproperty_get_dtend(end), end, zones, fault);
   } else if (icalproperty* duration = firstProperty(parsed.get(), ICAL_DURATION_PROPERTY)) {
     event.length = storedLength(icalproperty_get_duration(duration));
   }
@@ -178,13 +187,14 @@ StoredEvent storedEvent(const std::string& component, ZoneNames& zones, RuleTabl
     event.title = lineOf(text(icalproperty_get_summary(title)), LongestTitle);
   }
   if (icalproperty* instance = firstProperty(parsed.get(), ICAL_RECURRENCEID_PROPERTY)) {
-    event.recurrenceId = storedTime(icalproperty_get_recurrenceid(instance), instance, zones);
+    event.recurrenceId =
+        storedTime(icalproperty_get_recurrenceid(instance), instance, zones, fault);
   }
   if (icalproperty* sequence = firstProperty(parsed.get(), ICAL_SEQUENCE_PROPERTY)) {
     event.sequence = icalproperty_get_sequence(sequence);
   }
   event.status = statusOf(parsed.get());
   event.attendees = attendeesOf(parsed.get());
-  event.recurrence = recurrenceOf(parsed.get(), event.start, rules, zones);
+  event.recurrence = recurrenceOf(parsed.get(), event.start, rules, zones, fault);
   return event;
 }

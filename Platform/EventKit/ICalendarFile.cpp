@@ -77,22 +77,19 @@ StoredCalendar ICalendarFile::finish() {
 
 void ICalendarFile::event(const std::string& component) {
   if (tables_.room <= 0) return fault("there are too many events", component);
-  try {
-    calendar_.events.push_back(storedEvent(component, *zoneNames_, tables_.rules));
-    const int64_t size = sizeOf(calendar_.events.back());
-    calendar_.size += size;
-    tables_.room -= size;
-  } catch (const UnusableComponent& unusable) {
-    fault(unusable.reason, component);
-  }
+  ComponentFault found;
+  StoredEvent event = storedEvent(component, *zoneNames_, tables_.rules, found);
+  if (found) return fault(found.reason(), component);
+  const int64_t size = sizeOf(event);
+  calendar_.size += size;
+  tables_.room -= size;
+  calendar_.events.push_back(std::move(event));
 }
 
 void ICalendarFile::zone(const std::string& component) {
-  try {
-    tables_.zones.define(component, definitions_);
-  } catch (const UnusableComponent& unusable) {
-    report("a zone is left out: " + unusable.reason);
-  }
+  ComponentFault found;
+  tables_.zones.define(component, definitions_, found);
+  if (found) report("a zone is left out: " + found.reason());
 }
 
 void ICalendarFile::property(std::string_view name, std::string_view value) {

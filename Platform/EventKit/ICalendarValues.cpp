@@ -35,10 +35,13 @@ std::bitset<Size> setOf(const short (&list)[ListSize]) {
 
 }  // namespace
 
-uint16_t ZoneNames::numberOf(const std::string& name) {
+uint16_t ZoneNames::numberOf(const std::string& name, ComponentFault& fault) {
   const auto found = numbers_.find(name);
   if (found != numbers_.end()) return found->second;
-  if (names_.size() >= MostZones) throw UnusableComponent{"the file names too many zones"};
+  if (names_.size() >= MostZones) {
+    fault.note("the file names too many zones");
+    return StoredCalendar::FloatingZone;
+  }
   names_.push_back(name);
   const auto number = static_cast<uint16_t>(StoredCalendar::UtcZone + names_.size());
   numbers_.emplace(name, number);
@@ -48,9 +51,7 @@ uint16_t ZoneNames::numberOf(const std::string& name) {
 ICalendarComponent parseComponent(const std::string& text) {
   static std::once_flag once;
   std::call_once(once, [] { icalerror_set_errors_are_fatal(false); });
-  ICalendarComponent component(icalparser_parse_string(text.c_str()));
-  if (!component) throw UnusableComponent{"it does not read"};
-  return component;
+  return ICalendarComponent(icalparser_parse_string(text.c_str()));
 }
 
 std::vector<icalproperty*> propertiesOf(icalcomponent* component, icalproperty_kind kind) {
@@ -66,13 +67,14 @@ icalproperty* firstProperty(icalcomponent* component, icalproperty_kind kind) {
   return icalcomponent_get_first_property(component, kind);
 }
 
-int64_t readingOf(const icaltimetype& time) {
+int64_t readingOf(const icaltimetype& time, ComponentFault& fault) {
   const bool isDate = time.month >= 1 && time.month <= 12 && time.day >= 1 &&
                       time.day <= daysInMonth(time.year, time.month);
   const bool isTime = time.hour >= 0 && time.hour < 24 && time.minute >= 0 && time.minute < 60 &&
                       time.second >= 0 && time.second <= 60;
   if (!isDate || (!isTime && time.is_date == 0)) {
-    throw UnusableComponent{"there is no such date or time"};
+    fault.note("there is no such date or time");
+    return 0;
   }
   const int64_t day =
       dayOfDate(time.year, static_cast<unsigned>(time.month), static_cast<unsigned>(time.day));
@@ -80,14 +82,15 @@ int64_t readingOf(const icaltimetype& time) {
   return day * SecondsPerDay + time.hour * 3600 + time.minute * 60 + std::min(time.second, 59);
 }
 
-StoredTime storedTime(const icaltimetype& time, icalproperty* property, ZoneNames& zones) {
-  StoredTime stored{readingOf(time), StoredCalendar::FloatingZone, time.is_date != 0};
+StoredTime storedTime(const icaltimetype& time, icalproperty* property, ZoneNames& zones,
+                      ComponentFault& fault) {
+  StoredTime stored{readingOf(time, fault), StoredCalendar::FloatingZone, time.is_date != 0};
   if (stored.isDate) return stored;
   if (icaltime_is_utc(time) != 0) {
     stored.zone = StoredCalendar::UtcZone;
   } else if (icalparameter* zone =
                  icalproperty_get_first_parameter(property, ICAL_TZID_PARAMETER)) {
-    stored.zone = zones.numberOf(icalparameter_get_tzid(zone));
+    stored.zone = zones.numberOf(icalparameter_get_tzid(zone), fault);
   }
   return stored;
 }
@@ -103,16 +106,17 @@ StoredLength storedLength(const icaldurationtype& duration) {
           static_cast<int32_t>(std::min(seconds, int64_t{INT32_MAX}))};
 }
 
-RecurrenceRule recurrenceRule(const icalrecurrencetype& from) {
+RecurrenceRule recurrenceRule(const icalrecurrencetype& from, ComponentFault& fault) {
   using Frequency = RecurrenceRule::Frequency;
   constexpr Frequency Frequencies[] = {Frequency::Secondly, Frequency::Minutely, Frequency::Hourly,
                                        Frequency::Daily,    Frequency::Weekly,   Frequency::Monthly,
                                        Frequency::Yearly};
   if (from.freq < ICAL_SECONDLY_RECURRENCE || from.freq > ICAL_YEARLY_RECURRENCE) {
-    throw UnusableComponent{"its rule has no frequency"};
+    fault.note("its rule has no frequency");
+    return {};
   }
   if (from.rscale != nullptr && std::string_view(from.rscale) != "GREGORIAN") {
-    throw UnusableComponent{"its rule is of another calendar than the Gregorian"};
+    fault.note("its rule is of another calendar than the Gregorian");
   }
   RecurrenceRule rule;
   rule.frequency = Frequencies[from.freq - ICAL_SECONDLY_RECURRENCE];
@@ -125,8 +129,11 @@ RecurrenceRule recurrenceRule(const icalrecurrencetype& from) {
   rule.minutes = setOf<60>(from.by_minute);
   rule.hours = setOf<24>(from.by_hour);
   for (const int16_t month : listed(from.by_month)) {
-    if (month < 1 || month > 12) throw UnusableComponent{"its rule names a month that is none"};
-    rule.months.set(static_cast<size_t>(month));
+    if (month >= 1 && month <= 12) {
+      rule.months.set(static_cast<size_t>(month));
+    } else {
+      fault.note("its rule names a month that is none");
+    }
   }
   for (const int16_t day : listed(from.by_month_day)) {
     if (day == 0 || std::abs(day) > 31) continue;
@@ -141,7 +148,7 @@ RecurrenceRule recurrenceRule(const icalrecurrencetype& from) {
   rule.weekNumbers = listed(from.by_week_no);
   rule.positions = listed(from.by_set_pos);
   if (rule.isWithinDay() && !rule.positions.empty()) {
-    throw UnusableComponent{"its rule picks among times within a day"};
+    fault.note("its rule picks among times within a day");
   }
   return rule;
 }

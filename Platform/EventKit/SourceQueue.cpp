@@ -26,7 +26,19 @@ SourceQueue::SourceQueue(std::shared_ptr<CalendarSource> source, std::string_vie
       answered_(std::move(answered)),
       queue_(dispatch_queue_create(name)) {}
 
-bool SourceQueue::run(std::function<void(CalendarSource&)> work) {
+void SourceQueue::answer(CalendarSource& source, const std::string& name, const Work& work) {
+  try {
+    work(source);
+  } catch (const std::exception& exception) {
+    NSLog("error: " + name + ": " + exception.what());
+  }
+}
+
+bool SourceQueue::run(Work work) {
+  if (isAlone_) {
+    answer(*source_, name_, work);
+    return true;
+  }
   if (running_) {
     const std::lock_guard guard(running_->mutex);
     if (!running_->isDone) return false;
@@ -34,11 +46,7 @@ bool SourceQueue::run(std::function<void(CalendarSource&)> work) {
   running_ = std::make_shared<Run>();
   dispatch_async(queue_, [run = running_, source = source_, name = name_, answered = answered_,
                           work = std::move(work)]() mutable {
-    try {
-      work(*source);
-    } catch (const std::exception& exception) {
-      NSLog("error: " + name + ": " + exception.what());
-    }
+    answer(*source, name, work);
     // The source may end with this, before anybody is told.
     source.reset();
     const std::lock_guard guard(run->mutex);

@@ -20,6 +20,9 @@ class SourceQueue {
   SourceQueue(std::shared_ptr<CalendarSource> source, std::string_view name,
               std::function<void()> answered);
 
+  /// There are no others: it is asked on the caller's thread and waited for.
+  void setAlone() { isAlone_ = true; }
+
   /// What `question` gives. Nothing if it throws, if it takes longer than ten seconds, or while an
   /// earlier question is still being answered.
   template <typename Answer>
@@ -33,11 +36,15 @@ class SourceQueue {
 
  private:
   struct Run;
-  bool run(std::function<void(CalendarSource&)> work);
+  using Work = std::function<void(CalendarSource&)>;
+
+  static void answer(CalendarSource& source, const std::string& name, const Work& work);
+  bool run(Work work);
 
   std::shared_ptr<CalendarSource> source_;
   std::string name_;
   std::function<void()> answered_;
+  bool isAlone_ = false;
   dispatch_queue_t queue_;
   std::shared_ptr<Run> running_;
 };

@@ -81,10 +81,11 @@ std::optional<SettingKind> kindOfSetting(std::string_view key) {
   if (key == "CombinedMenubarDisplayMode") return text();
   if (key == "Time_MenubarFormat" || key == "Time_DropdownFormat") return clockFormat();
   if (key == "Time_CalendarFolders") {
-    return SettingKind{"a list of folders", "'[\"~/calendars\"]'", isListOf<isText>};
+    return SettingKind{"a list of folders", R"('["~/calendars"]')", isListOf<isText>};
   }
   if (key == "Time_CalendarAddresses") {
-    return SettingKind{"a list of your mail addresses", "'[\"me@example.org\"]'", isListOf<isText>};
+    return SettingKind{"a list of your mail addresses", R"('["me@example.org"]')",
+                       isListOf<isText>};
   }
   if (key == "Time_CityNames") {
     return SettingKind{"a dictionary of texts by city identifier", R"('{"2643743":"Home"}')",

@@ -41,7 +41,7 @@ constexpr double OriginWithoutDots = -3;
 constexpr size_t Columns = MonthDays::Columns;
 
 std::shared_ptr<StatInterfaceTextField_Time> whiteField(NSRect frame, double size) {
-  const auto field = std::make_shared<StatInterfaceTextField_Time>(frame);
+  auto field = std::make_shared<StatInterfaceTextField_Time>(frame);
   field->setFont(zevNormalFont(size));
   field->setTextColor(NSColor::whiteColor());
   field->setAlignment(NSTextAlignment::Center);
@@ -85,7 +85,7 @@ StatInterfaceCalendar_Time::StatInterfaceCalendar_Time()
 std::shared_ptr<CalendarButton_Time> StatInterfaceCalendar_Time::addButton(
     NSRect frame, const CalendarButton_Time::Pictures& pictures, const std::string& name,
     void (StatInterfaceCalendar_Time::*action)()) {
-  const auto button = std::make_shared<CalendarButton_Time>(frame, pictures, name);
+  auto button = std::make_shared<CalendarButton_Time>(frame, pictures, name);
   button->setTapaction(
       WENTargetItem_Time(weak_from_this(), [this, action](NSObject*) { (this->*action)(); }));
   addSubview(button);
@@ -154,9 +154,11 @@ void StatInterfaceCalendar_Time::layOut() {
   const double width = showWeeks_ ? NarrowColumn : WideColumn;
   const double left = showWeeks_ ? NarrowColumn : 0;
   for (size_t index = 0; index < cells_.size(); ++index) {
-    cells_[index].view()->setFrame(
-        NSMakeRect(left + width * static_cast<double>(index % Columns),
-                   DaysTop + RowHeight * static_cast<double>(index / Columns), width, RowHeight));
+    const size_t row = index / Columns;
+    const size_t column = index % Columns;
+    cells_[index].view()->setFrame(NSMakeRect(left + width * static_cast<double>(column),
+                                              DaysTop + RowHeight * static_cast<double>(row), width,
+                                              RowHeight));
   }
   for (size_t row = 0; row < weekCells_.size(); ++row) {
     weekCells_[row].view()->setFrame(
@@ -245,6 +247,7 @@ void StatInterfaceCalendar_Time::updateHeaders() {
 void StatInterfaceCalendar_Time::updateMonth() {
   monthName_->setStringValue(
       monthFormatter_.stringFromDate(NSDate::dateWithTimeIntervalSince1970(referenceDate())));
+  if (delegate_ != nullptr) delegate_->monthChanged();
 }
 
 void StatInterfaceCalendar_Time::updateDate() {

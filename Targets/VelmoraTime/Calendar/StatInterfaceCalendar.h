@@ -20,6 +20,8 @@ class StatInterfaceCalendarDelegate {
  public:
   virtual ~StatInterfaceCalendarDelegate() = default;
 
+  /// Another month may be on show.
+  virtual void monthChanged() = 0;
   /// The list of the chosen day's events is another.
   virtual void updateEvents() = 0;
   /// Something outside is about to open: close what is open here.

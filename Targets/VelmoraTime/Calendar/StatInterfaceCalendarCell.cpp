@@ -56,7 +56,7 @@ std::shared_ptr<StatInterfaceEventItem_Time> StatInterfaceCalendarCell::upcoming
   const auto known = std::ranges::find_if(upcomingEventItems_,
                                           [&](const auto& item) { return item->uuid() == uuid; });
   if (known != upcomingEventItems_.end()) return *known;
-  const auto item = std::make_shared<StatInterfaceEventItem_Time>();
+  auto item = std::make_shared<StatInterfaceEventItem_Time>();
   item->setUuid(uuid);
   NSSize size = item->view()->frame().size;
   size.width = RowWidth;

@@ -72,7 +72,6 @@ void StatInterfaceTime_Time::loadCalendar() {
   calendar_ = std::make_shared<StatInterfaceCalendar_Time>();
   calendar_->loadControls();
   calendar_->prepareToDisplay();
-  calendar_->setDelegate(this);
   calendar_->loadCells();
   calendarContainer_ =
       StatInterfaceView_Time::containerWithFrame(StatInterfaceCalendar_Time::Frame);
@@ -81,6 +80,7 @@ void StatInterfaceTime_Time::loadCalendar() {
   // Its parts have colours of their own, and act by themselves.
   calendarContainer_->setHighlightable(false);
   calendarItem_->setHasActingView(true);
+  calendar_->setDelegate(this);
 }
 
 void StatInterfaceTime_Time::loadCombinedRow() {
@@ -224,7 +224,6 @@ void StatInterfaceTime_Time::updateCalendar() {
   calendar_->setShowWeeks(ZEVBoolForKey("Time_CalendarShowWeeks"));
   calendar_->updateDate();
   calendar_->updateHeaders();
-  calendarItem_->setAccessibilityLabel(calendar_->title());
 }
 
 void StatInterfaceTime_Time::eventsChanged() {

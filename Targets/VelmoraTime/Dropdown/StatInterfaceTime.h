@@ -59,6 +59,7 @@ class StatInterfaceTime_Time : public StatInterface_Time, private StatInterfaceC
   void menuWillHighlightItem(NSMenu& highlighted, NSMenuItem* item) override;
 
  private:
+  void monthChanged() override { calendarItem_->setAccessibilityLabel(calendar_->title()); }
   void updateEvents() override { rebuildMenu(); }
   void cancelTracking() override;
   void loadCalendar();

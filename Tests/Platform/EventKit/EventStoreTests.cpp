@@ -14,6 +14,7 @@
 #include "Platform/Foundation/Zones/NSTimeZone.h"
 #include "Tests/Platform/EventKit/EventListing.h"
 #include "Tests/Platform/Support/Files.h"
+#include "Tests/Support/TestEnvironment.h"
 
 namespace {
 
@@ -93,6 +94,21 @@ TEST(EventStore, FindsCalendarsInFolders) {
     EXPECT_EQ(calendars[index]->color(), rows[index].color) << rows[index].identifier;
   }
   EXPECT_TRUE(store.calendarsForEntityType(1).empty());
+}
+
+TEST(EventStore, LooksWhereItIsTold) {
+  const auto identifiers = [] {
+    std::vector<std::string> all;
+    for (const auto& calendar : EKEventStore(0).calendarsForEntityType(0))
+      all.push_back(calendar->calendarIdentifier());
+    return all;
+  };
+  writeFile(testFolder() / "home" / ".calendars" / "a" / "1.ics", OneEvent);
+  writeFile(testFolder() / "data" / "calendars" / "b" / "1.ics", OneEvent);
+  writeFile(testFolder() / "home" / "mine" / "1.ics", OneEvent);
+  EXPECT_EQ(identifiers(), (std::vector<std::string>{"a", "b"}));
+  EKEventStore::setDefaultPlaces([] { return EKCalendarPlaces{{{"~/mine/"}}, {}, true}; });
+  EXPECT_EQ(identifiers(), (std::vector<std::string>{"mine"}));
 }
 
 class ChangingFolder : public testing::Test {

@@ -164,6 +164,7 @@ TEST_F(Events, AreReachedByTheKeyboardAndReadAloud) {
   EXPECT_EQ(rows(), "filler-calendar|filler-calendar-events|Concert, 9 PM|filler-base");
   key(NSKeyCodePageDown, NSEventModifierFlagShift);
   EXPECT_EQ(focused(), "Sunday, November 28, 2027");
+  EXPECT_EQ(accessibleMenu(screen.tracker())->children.front().name, "November 2027");
   key(NSKeyCodeHome);
   EXPECT_EQ(focused(), "Saturday, November 21, 2026, today");
   key(NSKeyCodeTab);

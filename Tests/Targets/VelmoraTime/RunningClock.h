@@ -54,10 +54,10 @@ class RunningClock : public ZEVModuleDelegate {
   }
 
   ZEVTimeModule_Time& module() {
-    return static_cast<ZEVTimeModule_Time&>(*extra->modules()->front());
+    return dynamic_cast<ZEVTimeModule_Time&>(*extra->modules()->front());
   }
   VelmoraTimeMenuExtraView& view() {
-    return static_cast<VelmoraTimeMenuExtraView&>(*module().view());
+    return dynamic_cast<VelmoraTimeMenuExtraView&>(*module().view());
   }
 
   void post(const char* name, const PropertyList::Dictionary& userInfo = {}) {
