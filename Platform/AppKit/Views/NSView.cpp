@@ -166,8 +166,8 @@ NSView* NSView::hitTest(NSPoint point) {
   const NSPoint own = superview_ != nullptr ? pointFromSuperview(point) : point;
   if (!NSPointInRect(own, bounds())) return nullptr;
   // The one in front first. Clang 14 does not compile the views of the library's ranges.
-  for (auto subview = subviews_.rbegin(); subview != subviews_.rend(); ++subview) {
-    if (NSView* hit = (*subview)->hitTest(own)) return hit;
+  for (size_t index = subviews_.size(); index > 0; --index) {
+    if (NSView* hit = subviews_[index - 1]->hitTest(own)) return hit;
   }
   return this;
 }
