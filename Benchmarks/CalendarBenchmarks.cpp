@@ -41,7 +41,7 @@ std::string eventText(int number) {
 
 fs::path calendarFolder() {
   const char* variable = std::getenv("VELMORA_CALENDARS");
-  const fs::path folder =
+  fs::path folder =
       variable != nullptr ? variable : fs::temp_directory_path() / "velmora-calendars";
   if (fs::exists(folder)) return folder;
   for (int number = 0; number < Folders * FilesPerFolder; ++number) {

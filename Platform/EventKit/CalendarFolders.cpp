@@ -137,14 +137,16 @@ std::vector<std::shared_ptr<const EKEvent>> CalendarFolders::events(
     const AddressSet& userAddresses) {
   std::vector<std::shared_ptr<const EKEvent>> events;
   WorkBudget budget(WorkPerFetch);
-  for (const auto& [path, folder] : folders_) {
-    const std::string& identifier = folder.calendar->calendarIdentifier();
-    if (!calendars.contains(identifier)) continue;
-    for (const auto& [name, file] : folder.files) {
-      const std::string prefix = identifier + "/" + validUtf8(name) + "/";
-      expandEvents(file.calendar,
-                   {span, NSTimeZone::systemTimeZone(), folder.calendar, userAddresses, prefix},
-                   budget, events);
+  const NSTimeZone wallZone = NSTimeZone::systemTimeZone();
+  for (const ExpansionPass pass : ExpansionPasses) {
+    for (const auto& [path, folder] : folders_) {
+      const std::string& identifier = folder.calendar->calendarIdentifier();
+      if (!calendars.contains(identifier)) continue;
+      for (const auto& [name, file] : folder.files) {
+        const std::string prefix = identifier + "/" + validUtf8(name) + "/";
+        expandEvents(file.calendar, pass, {span, wallZone, folder.calendar, userAddresses, prefix},
+                     budget, events);
+      }
     }
   }
   if (budget.isSpent())

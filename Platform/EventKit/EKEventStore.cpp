@@ -4,7 +4,6 @@
 #include <cmath>
 #include <filesystem>
 #include <mutex>
-#include <tuple>
 #include <utility>
 
 #include "Platform/EventKit/CalendarFolders_p.h"
@@ -28,11 +27,10 @@ std::function<EKCalendarPlaces()>& defaultPlaces() {
 }
 
 bool comesBefore(const std::shared_ptr<const EKEvent>& a, const std::shared_ptr<const EKEvent>& b) {
-  const auto key = [](const EKEvent& event) {
-    return std::tuple(event.startDate(), !event.isAllDay(), event.title(), event.eventIdentifier());
-  };
   if (a->startDate() != b->startDate()) return a->startDate() < b->startDate();
-  return key(*a) < key(*b);
+  if (a->isAllDay() != b->isAllDay()) return a->isAllDay();
+  if (a->title() != b->title()) return a->title() < b->title();
+  return a->eventIdentifier() < b->eventIdentifier();
 }
 
 /// Every second that a calendar can name, and no more than a number can hold.

@@ -14,6 +14,10 @@ namespace {
 constexpr int64_t WorkPerSeries = 1'000'000;
 constexpr size_t MostTimes = 5000;
 
+/// An event that is given takes as much as so many candidates that are not: memory, and a place in
+/// each list that it comes to.
+constexpr int64_t WorkPerEvent = 250;
+
 /// Between the parts of an event's identifier, none of which holds it.
 const std::string Separator = "\t";
 
@@ -113,7 +117,7 @@ class Series {
 
   void add(const StoredEvent& event, const StoredTime& startTime, int64_t end,
            const std::string& suffix) {
-    if (!budget_.spend() || !isSeen(startTime, end)) return;
+    if (!budget_.spend() || !isSeen(startTime, end) || !budget_.spend(WorkPerEvent)) return;
     EKEvent::Values values;
     if (!event.title.empty()) values.title = event.title;
     values.eventIdentifier.append(context_.prefix).append(event.uid).append(suffix);
@@ -184,7 +188,7 @@ class Series {
       const StoredTime start = moved(event.start, reading);
       if (instantOf(start) > last) return false;
       addTime(event, start, endOfTime(event, start), suffix);
-      return shown_.size() < MostTimes;
+      return shown_.size() < MostTimes && !budget_.isSpent();
     });
     budget_.spend(before - own.left());
   }
@@ -207,13 +211,17 @@ class Series {
 
 }  // namespace
 
-void expandEvents(const StoredCalendar& stored, const ExpansionContext& context, WorkBudget& budget,
-                  std::vector<std::shared_ptr<const EKEvent>>& events) {
+void expandEvents(const StoredCalendar& stored, ExpansionPass pass, const ExpansionContext& context,
+                  WorkBudget& budget, std::vector<std::shared_ptr<const EKEvent>>& events) {
   const auto end = stored.events.end();
   for (auto first = stored.events.begin(); first != end && !budget.isSpent();) {
     const auto next =
         std::find_if(first, end, [&](const StoredEvent& event) { return event.uid != first->uid; });
-    Series(stored, first, next, context, budget, events).expand();
+    const bool isRecurring = std::any_of(
+        first, next, [](const StoredEvent& event) { return event.recurrence != nullptr; });
+    if (isRecurring == (pass == ExpansionPass::Recurring)) {
+      Series(stored, first, next, context, budget, events).expand();
+    }
     first = next;
   }
 }

@@ -16,7 +16,7 @@ struct ReadingTables {
   RuleTable rules;
   ZoneTable zones;
   /// How many more bytes may be kept, about.
-  int64_t room = 96 << 20;
+  int64_t room = 40 << 20;
 };
 
 /// Turns the text of one calendar into what is kept of it. What cannot be used is left out, and the

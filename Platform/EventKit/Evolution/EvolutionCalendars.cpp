@@ -58,13 +58,16 @@ class EvolutionCalendars : public CalendarSource {
     std::vector<std::shared_ptr<const EKEvent>> events;
     WorkBudget budget(WorkPerFetch);
     ReadingTables tables;
-    for (const auto& [identifier, entry] : entries_) {
-      if (!calendars.contains(identifier)) continue;
-      const StoredCalendar* stored = entry.source->events(tables);
-      if (stored == nullptr) continue;
-      const std::string prefix = identifier + "/";
-      expandEvents(*stored, {span, NSTimeZone::systemTimeZone(), entry.calendar, addresses, prefix},
-                   budget, events);
+    const NSTimeZone wallZone = NSTimeZone::systemTimeZone();
+    for (const ExpansionPass pass : ExpansionPasses) {
+      for (const auto& [identifier, entry] : entries_) {
+        if (!calendars.contains(identifier)) continue;
+        const StoredCalendar* stored = entry.source->events(tables);
+        if (stored == nullptr) continue;
+        const std::string prefix = identifier + "/";
+        expandEvents(*stored, pass, {span, wallZone, entry.calendar, addresses, prefix}, budget,
+                     events);
+      }
     }
     return events;
   }

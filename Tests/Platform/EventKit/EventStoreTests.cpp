@@ -7,6 +7,7 @@
 #include <functional>
 #include <map>
 #include <set>
+#include <tuple>
 
 #include "Platform/Foundation/Notifications/NSNotificationCenter.h"
 #include "Platform/Foundation/RunLoop/VirtualRunLoop.h"
@@ -42,6 +43,10 @@ TEST(EventStore, AgreesWithAnotherImplementation) {
       found.insert(lineOf(*event));
       EXPECT_TRUE(identifiers.insert(event->eventIdentifier()).second) << event->eventIdentifier();
     }
+    EXPECT_TRUE(std::is_sorted(events.begin(), events.end(), [](const auto& a, const auto& b) {
+      return std::tuple(a->startDate(), !a->isAllDay(), a->title()) <
+             std::tuple(b->startDate(), !b->isAllDay(), b->title());
+    }));
     for (const std::string& line : lines)
       EXPECT_EQ(found.count(line), lines.count(line)) << zone << " expected " << line;
     for (const std::string& line : found)
