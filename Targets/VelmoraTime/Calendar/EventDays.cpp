@@ -6,7 +6,6 @@
 #include "Platform/Foundation/Time/NSCalendar.h"
 #include "Platform/Foundation/Time/NSDateFormatter.h"
 #include "Platform/Foundation/Zones/NSTimeZone.h"
-#include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/Shared/ZEVTranslations.h"
 #include "Targets/VelmoraTime/Calendar/MonthDays.h"
 #include "Targets/VelmoraTime/Classes/ClockTexts.h"
@@ -15,11 +14,7 @@
 namespace {
 
 std::string timeText(const ClockElements& format, double wallClockSeconds) {
-  NSDateFormatter formatter;
-  const PropertyList language = ZEVObjectForKey("language");
-  if (language.string() != nullptr) {
-    formatter.setLocale(NSLocale::localeWithLocaleIdentifier(*language.string()));
-  }
+  NSDateFormatter formatter = dateFormatterOfLanguageSetting();
   formatter.setTimeZone(*NSTimeZone::timeZoneWithAbbreviation("UTC"));
   return dateString(format, formatter, wallClockSeconds);
 }

@@ -50,11 +50,7 @@ std::shared_ptr<StatInterfaceTextField_Time> whiteField(NSRect frame, double siz
 
 /// A formatter of wall-clock seconds.
 NSDateFormatter universalFormatter() {
-  NSDateFormatter formatter;
-  const PropertyList language = ZEVObjectForKey("language");
-  if (language.string() != nullptr) {
-    formatter.setLocale(NSLocale::localeWithLocaleIdentifier(*language.string()));
-  }
+  NSDateFormatter formatter = dateFormatterOfLanguageSetting();
   formatter.setCalendar(NSCalendar::gregorianCalendar());
   formatter.setTimeZone(*NSTimeZone::timeZoneWithAbbreviation("UTC"));
   return formatter;
