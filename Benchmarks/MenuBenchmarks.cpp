@@ -7,6 +7,8 @@
 
 #include "Platform/AppKit/Menus/MenuPicture.h"
 #include "Platform/AppKit/Menus/MenuTracker.h"
+#include "Platform/Foundation/RunLoop/NSRunLoop.h"
+#include "Targets/Shared/Dropdown/MenuItemHighlight.h"
 #include "Targets/Shared/Dropdown/StatInterface.h"
 #include "Targets/Shared/Dropdown/ZEVMenuItemUtilities.h"
 
@@ -31,6 +33,7 @@ StatInterface_Time::MenuItems makeRows(int count) {
     rows.push_back(
         createTextMenuItem("A row of the menu, number " + std::to_string(row), 0, 20, false));
     rows.back()->setHasActingView(true);
+    std::static_pointer_cast<StatInterfaceView_Time>(rows.back()->view())->setHighlightable(true);
   }
   return rows;
 }
@@ -69,11 +72,20 @@ void openAndDraw(benchmark::State& state) {
 }
 BENCHMARK(openAndDraw)->Unit(benchmark::kMillisecond);
 
+/// Lights the row under the pointer, as each menu's controller does.
+struct Lighting : NSMenuDelegate {
+  void menuWillHighlightItem(NSMenu& menu, NSMenuItem* item) override {
+    highlightMenuItem(menu, item);
+  }
+};
+
 /// From one row to the next, with the two drawn anew.
 void hoverToTheNextRow(benchmark::State& state) {
   Screen screen;
   MenuTracker tracker(screen);
   const auto menu = createMenu();
+  Lighting lighting;
+  menu->setDelegate(&lighting);
   for (const auto& row : makeRows(40))
     menu->addItem(row);
   tracker.open(menu, NSMakeRect(1000, 0, 100, 22), MenuOpening::Request,
@@ -85,11 +97,14 @@ void hoverToTheNextRow(benchmark::State& state) {
   for (auto _ : state) {
     row = (row + 1) % 40;
     tracker.pointerMoved({1050, 32.0 + 20 * row});
+    NSRunLoop::mainRunLoop().runPending();
     tracker.prepareFrame();
     picture.render(tracker.panel(0), {});
     pixels += picture.changed().width * picture.changed().height;
   }
   state.counters["pixels"] = benchmark::Counter(pixels, benchmark::Counter::kAvgIterations);
+  tracker.close();
+  menu->setDelegate(nullptr);
 }
 BENCHMARK(hoverToTheNextRow)->Unit(benchmark::kMicrosecond);
 

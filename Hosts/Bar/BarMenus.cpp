@@ -6,8 +6,12 @@
 #include "Platform/AppKit/Events/NSApplication.h"
 #include "Platform/AppKit/Menus/MenuPicture.h"
 #include "Platform/Foundation/Process/NSLog.h"
+#include "Platform/Foundation/Process/UnusedPages.h"
 
 namespace {
+
+/// Whoever has just closed a menu may soon open it again, and shall not wait for its pages.
+constexpr int64_t TimeToRest = 30'000'000'000;
 
 PixelRect pixelRect(const MenuPicture::Part& part) {
   return {part.x, part.y, part.width, part.height};
@@ -65,6 +69,7 @@ bool BarMenus::open(const Monitor& monitor, NSRect slotFrame, MenuOpening openin
   if (!menu) return false;
   tracker_.close();
   ending_.reset();
+  resting_.reset();
   if (!session_ || monitor != monitor_) {
     session_.reset();
     session_ = display_.beginMenus(monitor, *this);
@@ -100,9 +105,10 @@ void BarMenus::trackingEnded() {
   // On another pass: the session may be the caller.
   if (ending_) return;
   NSRunLoop& loop = NSRunLoop::mainRunLoop();
-  ending_ = loop.scheduleAt(loop.now(), [this] {
+  ending_ = loop.scheduleAt(loop.now(), [this, &loop] {
     ending_.reset();
     session_.reset();
+    resting_ = loop.scheduleAt(loop.now() + TimeToRest, [] { returnUnusedPages(); });
   });
 }
 

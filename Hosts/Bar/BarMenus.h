@@ -50,6 +50,7 @@ class BarMenus : private MenuScreen, private MenuSessionClient {
   double top_ = 0;  ///< Of what menus may cover.
   std::unique_ptr<MenuSession> session_;
   NSRunLoop::Timer ending_;
+  NSRunLoop::Timer resting_;
   std::optional<int32_t> finger_;
   NSPoint fingerPlace_;
   std::vector<Surface*> surfaces_;
