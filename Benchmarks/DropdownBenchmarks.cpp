@@ -7,8 +7,8 @@
 #include <fstream>
 #include <memory>
 
+#include "Benchmarks/EmptyScreen.h"
 #include "Platform/AppKit/Menus/MenuPicture.h"
-#include "Platform/AppKit/Menus/MenuTracker.h"
 #include "Platform/Dispatch/Dispatch.h"
 #include "Platform/Foundation/Settings/CFPreferences.h"
 #include "Platform/Foundation/Time/SystemClock.h"
@@ -21,19 +21,6 @@ namespace {
 
 constexpr double Scale = 2;
 constexpr double Noon = 1795262400;  // 2026-11-21, UTC.
-
-/// A monitor that shows nothing.
-class Screen : public MenuScreen {
- public:
-  NSRect menuArea() const override { return {{0, 22}, {1920, 1058}}; }
-  std::unique_ptr<MenuSurface> makeSurface(MenuPanel&) override {
-    struct Surface : MenuSurface {
-      void requestFrame() override {}
-    };
-    return std::make_unique<Surface>();
-  }
-  void trackingEnded() override {}
-};
 
 class LoadedCities : public CityStatCollectorDelegate {
  public:
@@ -111,7 +98,7 @@ struct Dropdown {
 
   Events events;
   ManualClock clock{Noon};
-  Screen screen;
+  EmptyScreen screen;
   MenuTracker tracker{screen};
   std::shared_ptr<StatInterfaceTime_Time> controller;
 };

@@ -6,9 +6,9 @@
 #include <memory>
 #include <vector>
 
+#include "Benchmarks/EmptyScreen.h"
 #include "Platform/AppKit/Drawing/CairoGraphicsContext.h"
 #include "Platform/AppKit/Menus/MenuPicture.h"
-#include "Platform/AppKit/Menus/MenuTracker.h"
 #include "Platform/Foundation/Time/SystemClock.h"
 #include "Targets/VelmoraTime/Dropdown/StatInterfaceTimeItem.h"
 #include "Targets/VelmoraTime/Map/StatInterfaceLightMap.h"
@@ -80,23 +80,10 @@ void redrawOnly(benchmark::State& state) {
 }
 BENCHMARK(redrawOnly)->Unit(benchmark::kMillisecond);
 
-/// A monitor that shows nothing.
-class Screen : public MenuScreen {
- public:
-  NSRect menuArea() const override { return {{0, 22}, {1920, 1058}}; }
-  std::unique_ptr<MenuSurface> makeSurface(MenuPanel&) override {
-    struct Surface : MenuSurface {
-      void requestFrame() override {}
-    };
-    return std::make_unique<Surface>();
-  }
-  void trackingEnded() override {}
-};
-
 /// From the request to pixels at scale 2; each time another city's, opened for the first time.
 void openSubmenu(benchmark::State& state) {
   Time time;
-  Screen screen;
+  EmptyScreen screen;
   MenuTracker tracker(screen);
   int64_t index = 0;
   for (auto _ : state) {

@@ -5,27 +5,14 @@
 #include <memory>
 #include <vector>
 
+#include "Benchmarks/EmptyScreen.h"
 #include "Platform/AppKit/Menus/MenuPicture.h"
-#include "Platform/AppKit/Menus/MenuTracker.h"
 #include "Platform/Foundation/RunLoop/NSRunLoop.h"
 #include "Targets/Shared/Dropdown/MenuItemHighlight.h"
 #include "Targets/Shared/Dropdown/StatInterface.h"
 #include "Targets/Shared/Dropdown/ZEVMenuItemUtilities.h"
 
 namespace {
-
-/// A monitor that shows nothing.
-class Screen : public MenuScreen {
- public:
-  NSRect menuArea() const override { return NSMakeRect(0, 22, 1920, 1058); }
-  std::unique_ptr<MenuSurface> makeSurface(MenuPanel&) override {
-    struct Surface : MenuSurface {
-      void requestFrame() override {}
-    };
-    return std::make_unique<Surface>();
-  }
-  void trackingEnded() override {}
-};
 
 StatInterface_Time::MenuItems makeRows(int count) {
   StatInterface_Time::MenuItems rows;
@@ -55,7 +42,7 @@ BENCHMARK(rebuildWithOneRowChanged);
 
 /// From the request to pixels, 40 rows at scale 2.
 void openAndDraw(benchmark::State& state) {
-  Screen screen;
+  EmptyScreen screen;
   MenuTracker tracker(screen);
   const auto menu = createMenu();
   for (const auto& row : makeRows(40))
@@ -81,7 +68,7 @@ struct Lighting : NSMenuDelegate {
 
 /// From one row to the next, with the two drawn anew.
 void hoverToTheNextRow(benchmark::State& state) {
-  Screen screen;
+  EmptyScreen screen;
   MenuTracker tracker(screen);
   const auto menu = createMenu();
   Lighting lighting;

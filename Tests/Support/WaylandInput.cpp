@@ -49,9 +49,9 @@ void globalRemoved(void*, wl_registry*, uint32_t) {}
 struct WaylandInput::Connection {
   explicit Connection(const std::string& socket) : display(wl_display_connect(socket.c_str())) {
     if (display == nullptr) throw std::runtime_error("no connection to the compositor " + socket);
+    registry = wl_display_get_registry(display);
     static constexpr wl_registry_listener Listener = {globalAdded, globalRemoved};
-    Globals globals;
-    wl_registry_add_listener(wl_display_get_registry(display), &Listener, &globals);
+    wl_registry_add_listener(registry, &Listener, &globals);
     wl_display_roundtrip(display);
     if (globals.seat == nullptr || globals.pointers == nullptr || globals.keyboards == nullptr) {
       throw std::runtime_error("the compositor takes no input from programs");
@@ -66,7 +66,12 @@ struct WaylandInput::Connection {
 
   ~Connection() {
     xkb_state_unref(state);
-    // The connection's objects end with it.
+    zwlr_virtual_pointer_v1_destroy(pointer);
+    zwp_virtual_keyboard_v1_destroy(keyboard);
+    zwlr_virtual_pointer_manager_v1_destroy(globals.pointers);
+    zwp_virtual_keyboard_manager_v1_destroy(globals.keyboards);
+    wl_seat_destroy(globals.seat);
+    wl_registry_destroy(registry);
     wl_display_disconnect(display);
   }
 
@@ -97,6 +102,8 @@ struct WaylandInput::Connection {
   }
 
   wl_display* display;
+  wl_registry* registry = nullptr;
+  Globals globals;
   zwlr_virtual_pointer_v1* pointer = nullptr;
   zwp_virtual_keyboard_v1* keyboard = nullptr;
   xkb_state* state = nullptr;
