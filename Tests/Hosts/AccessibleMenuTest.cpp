@@ -147,7 +147,7 @@ TEST_P(AccessibleMenuOnX11, LeavesNothingWhenItCloses) {
   openAndClose(20);
   const long before = memory();
   openAndClose(180);
-  EXPECT_LT(memory(), before + 1024);
+  EXPECT_LT(memory(), before + 512);
 }
 
 }  // namespace
