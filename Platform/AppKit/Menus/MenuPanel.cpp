@@ -235,7 +235,9 @@ void MenuPanel::displayRect(NSRect rect) const {
     rect.origin.y += scroll_;
     column().displayRect(rect);
     if (focusedView_ != nullptr) {
-      drawFocusRing(focusedView_->convertRectToView(focusedView_->bounds(), nullptr));
+      // A ring around a whole row would lie outside on three sides and look like a stray line.
+      const NSRect place = focusedView_->convertRectToView(focusedView_->bounds(), nullptr);
+      drawFocusRing(NSIntersectionRect(place, NSInsetRect(column().bounds(), 1, 1)));
     }
   }
   if (!isScrolled()) return;
