@@ -78,14 +78,19 @@ void CityStatCollector_Time::removeDelegate(const CityStatCollectorDelegate& del
   });
 }
 
-std::vector<std::shared_ptr<CityStatCollectorDelegate>> CityStatCollector_Time::livingDelegates()
-    const {
+void CityStatCollector_Time::tellDelegates(
+    const std::function<void(CityStatCollectorDelegate&)>& message) const {
   std::vector<std::shared_ptr<CityStatCollectorDelegate>> living;
-  const std::lock_guard guard(mutex_);
-  for (const auto& delegate : delegates_) {
-    if (auto kept = delegate.lock()) living.push_back(std::move(kept));
+  {
+    const std::lock_guard guard(mutex_);
+    for (const auto& delegate : delegates_) {
+      if (auto kept = delegate.lock()) living.push_back(std::move(kept));
+    }
   }
-  return living;
+  for (const auto& delegate : living)
+    message(*delegate);
+  // Whom everybody else has let go of meanwhile ends where it lives.
+  dispatch_async(dispatch_get_main_queue(), [living = std::move(living)] {});
 }
 
 std::shared_ptr<FMDatabase_Time> CityStatCollector_Time::database() const {
@@ -103,8 +108,8 @@ void CityStatCollector_Time::loadDatabase() {
       const std::lock_guard guard(self->mutex_);
       self->database_ = database;
     }
-    for (const auto& delegate : self->livingDelegates())
-      delegate->cityCollectorFinishedLoading();
+    self->tellDelegates(
+        [](CityStatCollectorDelegate& delegate) { delegate.cityCollectorFinishedLoading(); });
   });
 }
 
@@ -141,8 +146,9 @@ void CityStatCollector_Time::runSearchQueue() {
   searchQueue_.erase(searchQueue_.begin());
   dispatch_async(queue_, [self = shared_from_this(), match] {
     const auto cities = self->citiesWithMatch(match);
-    for (const auto& delegate : self->livingDelegates())
-      delegate->cityCollectorGotSearchResults(cities, match);
+    self->tellDelegates([&](CityStatCollectorDelegate& delegate) {
+      delegate.cityCollectorGotSearchResults(cities, match);
+    });
     dispatch_async(dispatch_get_main_queue(), [self] { self->runSearchQueue(); });
   });
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -66,7 +67,7 @@ class CityStatCollector_Time : public std::enable_shared_from_this<CityStatColle
  private:
   /// The connection for lookups; null where there is no database.
   std::shared_ptr<FMDatabase_Time> database() const;
-  std::vector<std::shared_ptr<CityStatCollectorDelegate>> livingDelegates() const;
+  void tellDelegates(const std::function<void(CityStatCollectorDelegate&)>& message) const;
   /// Null where there is no database to look into.
   std::shared_ptr<FMDatabase_Time> databaseForSearch() const;
   void runSearchQueue();
