@@ -109,9 +109,10 @@ void CalendarFolders::look(const fs::path& path, const Listing& listing, Reading
   std::string title = lineOfFile(path / DisplayNameFile);
   std::string color = lineOfFile(path / ColorFile);
   if (!folder.files.empty()) {
-    const StoredCalendar& first = folder.files.begin()->second.calendar;
-    if (title.empty()) title = first.title;
-    if (color.empty()) color = first.color;
+    if (const auto& first = folder.files.begin()->second.calendar.appearance) {
+      if (title.empty()) title = first->title;
+      if (color.empty()) color = first->color;
+    }
   }
   const std::string identifier = freeIdentifier(path, present);
   if (title.empty()) title = identifier;

@@ -119,8 +119,10 @@ class Series {
            const std::string& suffix) {
     if (!budget_.spend() || !isSeen(startTime, end) || !budget_.spend(WorkPerEvent)) return;
     EKEvent::Values values;
-    if (!event.title.empty()) values.title = event.title;
-    values.eventIdentifier.append(context_.prefix).append(event.uid).append(suffix);
+    const StoredTexts& texts = event.texts;
+    if (!texts.title().empty()) values.title = texts.title();
+    values.eventIdentifier.reserve(context_.prefix.size() + texts.uid().size() + suffix.size());
+    values.eventIdentifier.append(context_.prefix).append(texts.uid()).append(suffix);
     values.startDate =
         NSDate::dateWithTimeIntervalSince1970(static_cast<double>(instantOf(startTime)));
     values.endDate = NSDate::dateWithTimeIntervalSince1970(static_cast<double>(end));
@@ -133,10 +135,10 @@ class Series {
 
   std::vector<EKParticipant> attendeesOf(const StoredEvent& event) const {
     std::vector<EKParticipant> all;
-    const std::string& text = event.attendees;
+    const std::string_view text = event.texts.attendees();
     for (size_t start = 0; start < text.size();) {
       const size_t end = text.find('\n', start);
-      const std::string address = text.substr(start + 1, end - start - 1);
+      const std::string address(text.substr(start + 1, end - start - 1));
       all.push_back({context_.userAddresses.contains(address),
                      static_cast<EKParticipantStatus>(text[start] - '0')});
       start = end + 1;
@@ -215,8 +217,9 @@ void expandEvents(const StoredCalendar& stored, ExpansionPass pass, const Expans
                   WorkBudget& budget, std::vector<std::shared_ptr<const EKEvent>>& events) {
   const auto end = stored.events.end();
   for (auto first = stored.events.begin(); first != end && !budget.isSpent();) {
-    const auto next =
-        std::find_if(first, end, [&](const StoredEvent& event) { return event.uid != first->uid; });
+    const auto next = std::find_if(first, end, [&](const StoredEvent& event) {
+      return event.texts.uid() != first->texts.uid();
+    });
     const bool isRecurring = std::any_of(
         first, next, [](const StoredEvent& event) { return event.recurrence != nullptr; });
     if (isRecurring == (pass == ExpansionPass::Recurring)) {

@@ -94,7 +94,6 @@ std::string attendeesOf(icalcomponent* component) {
     all.push_back(static_cast<char>('0' + static_cast<int>(participantStatusOf(property))));
     all.append(lineOf(address, LongestIdentifier)).push_back('\n');
   }
-  all.shrink_to_fit();
   return all;
 }
 
@@ -180,11 +179,13 @@ StoredEvent storedEvent(const std::string& component, ZoneNames& zones, RuleTabl
   } else if (icalproperty* duration = firstProperty(parsed.get(), ICAL_DURATION_PROPERTY)) {
     event.length = storedLength(icalproperty_get_duration(duration));
   }
+  std::string identifier;
+  std::string name;
   if (icalproperty* uid = firstProperty(parsed.get(), ICAL_UID_PROPERTY)) {
-    event.uid = lineOf(text(icalproperty_get_uid(uid)), LongestIdentifier);
+    identifier = lineOf(text(icalproperty_get_uid(uid)), LongestIdentifier);
   }
   if (icalproperty* title = firstProperty(parsed.get(), ICAL_SUMMARY_PROPERTY)) {
-    event.title = lineOf(text(icalproperty_get_summary(title)), LongestTitle);
+    name = lineOf(text(icalproperty_get_summary(title)), LongestTitle);
   }
   if (icalproperty* instance = firstProperty(parsed.get(), ICAL_RECURRENCEID_PROPERTY)) {
     event.recurrenceId =
@@ -194,7 +195,7 @@ StoredEvent storedEvent(const std::string& component, ZoneNames& zones, RuleTabl
     event.sequence = icalproperty_get_sequence(sequence);
   }
   event.status = statusOf(parsed.get());
-  event.attendees = attendeesOf(parsed.get());
+  event.texts = {identifier, name, attendeesOf(parsed.get())};
   event.recurrence = recurrenceOf(parsed.get(), event.start, rules, zones, fault);
   return event;
 }

@@ -26,8 +26,7 @@ std::string identifierIn(const std::string& component) {
 
 int64_t sizeOf(const StoredEvent& event) {
   constexpr size_t DateSize = sizeof(StoredRecurrence::Date);
-  size_t size =
-      sizeof(StoredEvent) + event.uid.size() + event.title.size() + event.attendees.size();
+  size_t size = sizeof(StoredEvent) + event.texts.size();
   if (event.recurrence) {
     size += sizeof(StoredRecurrence) + sizeof(RecurrenceRule) +
             (event.recurrence->dates.size() + event.recurrence->exceptions.size()) * DateSize;
@@ -55,20 +54,36 @@ ICalendarFile::ICalendarFile(std::string name, ReadingTables& tables)
 
 ICalendarFile::~ICalendarFile() = default;
 
-StoredCalendar ICalendarFile::finish() {
-  reader_.finish();
-  for (const std::string& name : zoneNames_->all()) {
+std::shared_ptr<const std::vector<EventZone>> ICalendarFile::zones() {
+  const std::vector<std::string>& names = zoneNames_->all();
+  const bool isShared = definitions_.empty();
+  if (isShared) {
+    if (const auto known = tables_.zoneLists.find(names); known != tables_.zoneLists.end())
+      return known->second;
+  }
+  bool areKnown = true;
+  auto zones = std::make_shared<std::vector<EventZone>>();
+  zones->reserve(names.size());
+  for (const std::string& name : names) {
     const auto zone = ZoneTable::zoneNamed(name, definitions_);
     if (!zone) report("nobody knows the zone " + validUtf8(name.substr(0, LongestQuote)));
-    calendar_.zones.push_back(zone ? *zone : EventZone::floating());
+    areKnown = areKnown && zone;
+    zones->push_back(zone ? *zone : EventZone::floating());
   }
+  // Each file is told of that names a zone which nobody knows.
+  if (isShared && areKnown) tables_.zoneLists.emplace(names, zones);
+  return zones;
+}
+
+StoredCalendar ICalendarFile::finish() {
+  reader_.finish();
+  calendar_.zones = zones();
   std::stable_sort(calendar_.events.begin(), calendar_.events.end(),
                    [](const StoredEvent& a, const StoredEvent& b) {
-                     return std::forward_as_tuple(a.uid, a.recurrenceId.has_value()) <
-                            std::forward_as_tuple(b.uid, b.recurrenceId.has_value());
+                     return std::tuple(a.texts.uid(), a.recurrenceId.has_value()) <
+                            std::tuple(b.texts.uid(), b.recurrenceId.has_value());
                    });
   calendar_.events.shrink_to_fit();
-  calendar_.zones.shrink_to_fit();
   if (faults_ > MostReports) {
     NSLog("calendar: " + name_ + ": " + std::to_string(faults_ - MostReports) + " more faults");
   }
@@ -95,11 +110,10 @@ void ICalendarFile::zone(const std::string& component) {
 void ICalendarFile::property(std::string_view name, std::string_view value) {
   constexpr size_t LongestValue = 500;
   const std::string text = validUtf8(unescaped(value.substr(0, LongestValue)));
-  if (name.ends_with("COLOR")) {
-    if (calendar_.color.empty()) calendar_.color = text;
-  } else if (calendar_.title.empty()) {
-    calendar_.title = text;
-  }
+  auto& appearance = calendar_.appearance;
+  if (!appearance) appearance = std::make_unique<StoredCalendar::Appearance>();
+  std::string& kept = name.ends_with("COLOR") ? appearance->color : appearance->title;
+  if (kept.empty()) kept = text;
 }
 
 void ICalendarFile::fault(std::string_view reason, const std::string& component) {

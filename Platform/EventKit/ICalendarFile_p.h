@@ -1,9 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "Platform/EventKit/ICalendarReader_p.h"
 #include "Platform/EventKit/ICalendarZone_p.h"
@@ -15,6 +17,8 @@ class ZoneNames;
 struct ReadingTables {
   RuleTable rules;
   ZoneTable zones;
+  /// By their names: zones that no file defines for itself.
+  std::map<std::vector<std::string>, std::shared_ptr<const std::vector<EventZone>>> zoneLists;
   /// How many more bytes may be kept, about.
   int64_t room = 40 << 20;
 };
@@ -37,6 +41,7 @@ class ICalendarFile : private ICalendarReader::Sink {
   void property(std::string_view name, std::string_view value) override;
   void fault(std::string_view reason, const std::string& component) override;
   void report(std::string_view text);
+  std::shared_ptr<const std::vector<EventZone>> zones();
 
   const std::string name_;
   ReadingTables& tables_;
