@@ -78,6 +78,8 @@ class StatInterfaceCalendar_Time : public StatInterfaceFlippedView_Time {
   /// Has events fetched again the next time.
   void setNeedToUpdateEvents() { needToUpdateEvents_ = true; }
   void updateEventsIfNeeded();
+  /// For those who have switched events off; gives the memory back to the system.
+  void forgetEvents();
   /// Gives each day its events.
   void processEvents(const EventList& events);
   /// Makes the rows of the chosen day: today's are those that are not over.
@@ -130,8 +132,9 @@ class StatInterfaceCalendar_Time : public StatInterfaceFlippedView_Time {
   std::string accessibleNameOfDay(const StatInterfaceCalendarCell& cell);
 
   // StatInterfaceCalendarEvents.cpp.
-  void updateEvents(const NSDate& start, const NSDate& end);
-  void eventsFetched(const EventList& events);
+  void updateEvents();
+  void eventsFetched(EventsOfDays sorted);
+  void showEvents(EventsOfDays sorted);
   StatInterfaceCalendarCell* chosenCell();
 
   double currentDay_ = NoDay;

@@ -34,7 +34,10 @@ void StatInterfaceCalendarCell::setDay(double date, int64_t weekday, int64_t typ
 
 void StatInterfaceCalendarCell::updateEvents() {
   std::vector<NSColor> colors;
+  const EKCalendar* last = nullptr;
   for (const auto& event : events_) {
+    // Thousands of events come from a few calendars.
+    if (std::exchange(last, event->calendar().get()) == event->calendar().get()) continue;
     const auto color = colorOfCalendar(*event->calendar());
     if (color && std::ranges::find(colors, *color) == colors.end()) colors.push_back(*color);
   }

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "Targets/VelmoraTime/Calendar/StatInterfaceCalendarCellView.h"
@@ -32,6 +33,7 @@ class StatInterfaceCalendarCell {
 
   const EventList& events() const { return events_; }
   void setEvents(EventList events) { events_ = std::move(events); }
+  EventList takeEvents() { return std::exchange(events_, {}); }
   /// Shows the events' calendars in the view, each colour once.
   void updateEvents();
 

@@ -35,9 +35,9 @@ void StatInterfaceEventItem_Time::setOpensCalendar(bool opens) {
   menuitem_->setAction(opens ? openCalendarApplication : NSMenuItem::Action());
 }
 
-void StatInterfaceEventItem_Time::updateWithEvent(const EKEvent& event) {
+void StatInterfaceEventItem_Time::updateWithEvent(const EKEvent& event, EventTimes& times) {
   const std::string title = event.title().value_or("");
-  const std::string time = timeOfEventInDay(event, day_);
+  const std::string time = times.textInDay(event, day_);
   name_->setStringValue(title);
   time_->setStringValue(time);
   // The field's own text may be cut.

@@ -28,7 +28,7 @@ class StatInterfaceEventItem_Time {
   /// Has a click on the row open the calendar application.
   void setOpensCalendar(bool opens);
   /// Shows an event as the day sees it.
-  void updateWithEvent(const EKEvent& event);
+  void updateWithEvent(const EKEvent& event, EventTimes& times);
 
   const std::shared_ptr<StatInterfaceView_Time>& view() const { return view_; }
   const std::shared_ptr<StatInterfaceTextFieldLabel_Time>& name() const { return name_; }

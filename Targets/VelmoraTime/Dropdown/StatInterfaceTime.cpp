@@ -219,8 +219,10 @@ void StatInterfaceTime_Time::addClocks(MenuItems& rows, bool isLarge) const {
 }
 
 void StatInterfaceTime_Time::updateCalendar() {
+  const auto collector = CalendarStatCollector::sharedCalendarCollector();
   // Switched on while it is open.
-  if (isEnabled()) CalendarStatCollector::sharedCalendarCollector()->checkCalendarAccess();
+  if (isEnabled()) collector->checkCalendarAccess();
+  if (!collector->isEnabled()) calendar_->forgetEvents();
   calendar_->setShowWeeks(ZEVBoolForKey("Time_CalendarShowWeeks"));
   calendar_->updateDate();
   calendar_->updateHeaders();
