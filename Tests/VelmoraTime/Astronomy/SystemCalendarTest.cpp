@@ -30,7 +30,7 @@ TEST_F(SystemCalendar, DatesFromFields) {
 TEST_F(SystemCalendar, FieldsOfDates) {
   setSystemZone("Asia/Kathmandu");
   const CalendarFields fields =
-      systemCalendarFields(dateAt("2024-02-29 18:14:59").dateByAddingTimeInterval(0.75));
+      systemCalendarFields(utc("2024-02-29 18:14:59").dateByAddingTimeInterval(0.75));
   EXPECT_EQ(fields.day, 29);
   EXPECT_EQ(fields.hour * 3600 + fields.minute * 60 + fields.second, 86399);
   // Before 1970, and on the other side of the calendar's reform: 1582 October 4 is Julian.
@@ -45,10 +45,10 @@ TEST_F(SystemCalendar, FieldsOfDates) {
 // The zone's offset is that of the moment already shifted by the system's: five hours after New
 // York's jump of 2024 March 10, seen from Kiritimati (14 hours ahead), it is the winter's.
 TEST_F(SystemCalendar, CorrectedDate) {
-  const NSDate date = dateAt("2024-03-10 12:00");
-  EXPECT_EQ(correctedDate(date, zoneNamed("America/New_York")), dateAt("2024-03-10 08:00"));
+  const NSDate date = utc("2024-03-10 12:00");
+  EXPECT_EQ(correctedDate(date, zoneNamed("America/New_York")), utc("2024-03-10 08:00"));
   setSystemZone("Pacific/Kiritimati");
-  EXPECT_EQ(correctedDate(date, zoneNamed("America/New_York")), dateAt("2024-03-09 17:00"));
+  EXPECT_EQ(correctedDate(date, zoneNamed("America/New_York")), utc("2024-03-09 17:00"));
 }
 
 }  // namespace
