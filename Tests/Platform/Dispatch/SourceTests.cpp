@@ -28,9 +28,10 @@ class Source : public testing::Test, protected VirtualTime {
   Source() : VirtualTime(Start) {}
 
   /// Lets simulated time pass, then serves the queue.
-  void pass(double seconds) {
+  int callsAfter(double seconds) {
     loop.advance(seconds);
     dispatch_sync(queue, [] {});
+    return calls;
   }
 
   DispatchTimer timerAfter(double seconds) {
@@ -45,34 +46,27 @@ using Timer = Source;
 
 TEST_F(Timer, FiresOnceAtItsDate) {
   const DispatchTimer timer = timerAfter(30 * Day);
-  pass(30 * Day - 0.001);
-  EXPECT_EQ(calls, 0);
-  pass(0.001);
-  EXPECT_EQ(calls, 1);
-  pass(60 * Day);
-  EXPECT_EQ(calls, 1);
+  EXPECT_EQ(callsAfter(30 * Day - 0.001), 0);
+  EXPECT_EQ(callsAfter(0.001), 1);
+  EXPECT_EQ(callsAfter(60 * Day), 1);
   const DispatchTimer past = timerAfter(-Day);
-  pass(0);
-  EXPECT_EQ(calls, 2) << "a date in the past fires at once";
+  EXPECT_EQ(callsAfter(0), 2) << "a date in the past fires at once";
 }
 
 // As after a suspend, in which the run loop's own clock stands still.
 TEST_F(Timer, FollowsAClockSetForwardWithinAnHour) {
   const DispatchTimer timer = timerAfter(30 * Day);
-  pass(Day);
+  EXPECT_EQ(callsAfter(Day), 0);
   clock.setTimeIntervalSince1970(Start + 30 * Day);
-  pass(Hour);
-  EXPECT_EQ(calls, 1);
+  EXPECT_EQ(callsAfter(Hour), 1);
 }
 
 TEST_F(Timer, IsNotEarlyAfterAClockSetBack) {
   const DispatchTimer timer = timerAfter(2 * Day);
-  pass(Day);
+  EXPECT_EQ(callsAfter(Day), 0);
   clock.setTimeIntervalSince1970(Start);
-  pass(2 * Day - 1);
-  EXPECT_EQ(calls, 0);
-  pass(1);
-  EXPECT_EQ(calls, 1);
+  EXPECT_EQ(callsAfter(2 * Day - 1), 0);
+  EXPECT_EQ(callsAfter(1), 1);
 }
 
 TEST_F(Timer, DoesNotFireOnceItsHandleHasGone) {
@@ -81,8 +75,7 @@ TEST_F(Timer, DoesNotFireOnceItsHandleHasGone) {
     DispatchTimer replaced = timerAfter(10);
     replaced = {};
   }
-  pass(20);
-  EXPECT_EQ(calls, 0);
+  EXPECT_EQ(callsAfter(20), 0);
 }
 
 // What the handler uses must outlive it: the handle's end waits.
@@ -109,7 +102,7 @@ constexpr uint32_t Both = DISPATCH_VNODE_DELETE | DISPATCH_VNODE_RENAME;
 
 class FileWatch : public Source {
  protected:
-  /// A watch of the file that is there now, or is made.
+  /// Of a file that is written first.
   DispatchFileWatch watch(const fs::path& path, uint32_t events = Both) {
     std::ofstream(path) << "text";
     const FileDescriptor opened(open(path.c_str(), O_RDONLY | O_CLOEXEC));
@@ -149,9 +142,8 @@ TEST_F(FileWatch, TellsWhatWasAskedForOnly) {
     calls = 0;
     const DispatchFileWatch watched = watch(path, entry.events);
     entry.change(path);
-    pass(1);
-    pass(1);
-    EXPECT_EQ(calls, entry.calls) << entry.name;
+    callsAfter(1);
+    EXPECT_EQ(callsAfter(1), entry.calls) << entry.name;
   }
 }
 
@@ -160,11 +152,9 @@ TEST_F(FileWatch, WatchesTheOpenFileNotItsPath) {
   fs::rename(file, testFolder() / "elsewhere");
   std::ofstream(file) << "another file";
   fs::remove(file);
-  pass(1);
-  EXPECT_EQ(calls, 0);
+  EXPECT_EQ(callsAfter(1), 0);
   fs::remove(testFolder() / "elsewhere");
-  pass(1);
-  EXPECT_EQ(calls, 1);
+  EXPECT_EQ(callsAfter(1), 1);
 }
 
 TEST_F(FileWatch, ItsHandlerAndATimersThatWaitOnTheQueueDoNotStartOnceTheHandlesHaveGone) {
@@ -177,8 +167,7 @@ TEST_F(FileWatch, ItsHandlerAndATimersThatWaitOnTheQueueDoNotStartOnceTheHandles
     loop.advance(1);
   }
   dispatch_semaphore_signal(release);
-  pass(1);
-  EXPECT_EQ(calls, 0);
+  EXPECT_EQ(callsAfter(1), 0);
 }
 
 TEST_F(FileWatch, ItsHandlerMayDropIt) {
@@ -189,8 +178,7 @@ TEST_F(FileWatch, ItsHandlerMayDropIt) {
     ++calls;
   });
   fs::remove(file);
-  pass(1);
-  EXPECT_EQ(calls, 1);
+  EXPECT_EQ(callsAfter(1), 1);
 }
 
 }  // namespace

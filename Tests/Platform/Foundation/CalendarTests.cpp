@@ -2,9 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <string>
 
 #include "Platform/Foundation/Text/NSLocale.h"
+#include "Platform/Foundation/Text/NSString.h"
 #include "Tests/Platform/Support/Files.h"
 #include "Tests/Platform/Support/Table.h"
 
@@ -37,22 +39,32 @@ TEST(Calendar, TheLocaleDecidesTheWeek) {
   }
 }
 
+/// "day=1 hour=-2".
+NSDateComponents componentsOf(const std::string& text) {
+  const std::map<std::string, std::optional<int64_t> NSDateComponents::*> parts = {
+      {"year", &NSDateComponents::year},       {"month", &NSDateComponents::month},
+      {"day", &NSDateComponents::day},         {"hour", &NSDateComponents::hour},
+      {"minute", &NSDateComponents::minute},   {"second", &NSDateComponents::second},
+      {"weekday", &NSDateComponents::weekday}, {"weekOfYear", &NSDateComponents::weekOfYear}};
+  NSDateComponents components;
+  for (const std::string& part : componentsSeparatedByString(text, " ")) {
+    const size_t sign = part.find('=');
+    components.*parts.at(part.substr(0, sign)) = std::stoll(part.substr(sign + 1));
+  }
+  return components;
+}
+
 TEST(Calendar, SplitsAnInstant) {
   NSCalendar calendar = NSCalendar::gregorianCalendar();
   calendar.setTimeZone(*NSTimeZone::timeZoneWithName("Asia/Kathmandu"));
   const NSDate date = utc("2024-02-29 18:20:59.999");  // Friday 1 March, 00:05 in Kathmandu.
-  EXPECT_EQ(calendar.components(NSCalendarUnitEra | NSCalendarUnitYear | NSCalendarUnitMonth |
-                                    NSCalendarUnitDay | NSCalendarUnitHour | NSCalendarUnitMinute |
-                                    NSCalendarUnitSecond | NSCalendarUnitWeekday,
-                                date),
-            (NSDateComponents{.era = 1,
-                              .year = 2024,
-                              .month = 3,
-                              .day = 1,
-                              .hour = 0,
-                              .minute = 5,
-                              .second = 59,
-                              .weekday = 6}));
+  const uint64_t all = NSCalendarUnitEra | NSCalendarUnitYear | NSCalendarUnitMonth |
+                       NSCalendarUnitDay | NSCalendarUnitHour | NSCalendarUnitMinute |
+                       NSCalendarUnitSecond | NSCalendarUnitWeekday;
+  NSDateComponents expected = componentsOf("year=2024 month=3 day=1 hour=0 minute=5 second=59");
+  expected.era = 1;
+  expected.weekday = 6;
+  EXPECT_EQ(calendar.components(all, date), expected);
   EXPECT_EQ(calendar.components(NSCalendarUnitYear, date), (NSDateComponents{.year = 2024}));
   EXPECT_EQ(calendar.ordinalityOfUnit(NSCalendarUnitDay, NSCalendarUnitMonth, date), 1);
   EXPECT_EQ(calendar.ordinalityOfUnit(NSCalendarUnitDay, NSCalendarUnitYear, date), 31 + 29 + 1);
@@ -62,44 +74,18 @@ TEST(Calendar, SplitsAnInstant) {
   EXPECT_THROW(ask(NSCalendarUnitDay | 256), std::invalid_argument);
 }
 
-// Europe/Berlin: on 2024-03-31 the clocks go from 02:00 to 03:00, on 2024-10-27 back from 03:00.
-TEST(Calendar, MakesInstantsOfParts) {
+TEST(Calendar, MakesInstantsOfPartsAndAddsThem) {
   NSCalendar calendar = NSCalendar::gregorianCalendar();
   calendar.setTimeZone(*NSTimeZone::timeZoneWithName("Europe/Berlin"));
-  const std::pair<NSDateComponents, const char*> cases[] = {
-      {{.year = 2024, .month = 7, .day = 5, .hour = 1, .minute = 2, .second = 3},
-       "2024-07-04 23:02:03"},
-      {{.year = 2024, .month = 13, .weekday = 7, .weekOfYear = 30}, "2024-12-31 23:00:00"},
-      {{.year = 2024, .month = 3, .day = 0}, "2024-02-28 23:00:00"},
-      {{.year = 2024, .month = 3, .day = 31, .hour = 2, .minute = 30}, "2024-03-31 01:30:00"},
-      {{.year = 2024, .month = 10, .day = 27, .hour = 2, .minute = 30}, "2024-10-27 00:30:00"},
-  };
-  for (const auto& [parts, instant] : cases)
-    EXPECT_EQ(calendar.dateFromComponents(parts), utc(instant)) << instant;
-  EXPECT_THROW(calendar.dateFromComponents({.year = int64_t{1} << 32}), std::out_of_range);
-}
-
-TEST(Calendar, AddsParts) {
-  NSCalendar calendar = NSCalendar::gregorianCalendar();
-  calendar.setTimeZone(*NSTimeZone::timeZoneWithName("Europe/Berlin"));
-  struct Case {
-    NSDateComponents amount;
-    const char* from;
-    const char* to;
-  };
-  // A day over the change of the clocks has 23 or 25 hours.
-  for (const auto& [amount, from, to] :
-       {Case{{.day = 1}, "2024-03-30 23:00:00", "2024-03-31 22:00:00"},
-        Case{{.day = 1}, "2024-10-26 22:00:00", "2024-10-27 23:00:00"},
-        Case{{.hour = 24}, "2024-10-26 22:00:00", "2024-10-27 22:00:00"},
-        Case{{.month = 1}, "2024-01-31 12:00:00", "2024-02-29 12:00:00"},
-        Case{{.year = -1, .day = 1}, "2024-02-29 12:00:00", "2023-03-01 12:00:00"},
-        Case{{.second = 90, .weekOfYear = 1}, "2024-01-01 00:00:00", "2024-01-08 00:01:30"},
-        Case{{}, "2024-01-31 12:00:00", "2024-01-31 12:00:00"}}) {
-    EXPECT_EQ(calendar.dateByAddingComponents(amount, utc(from)), utc(to)) << from;
+  for (const auto& [parts, moment] : tableRows<2>(Table, "moments"))
+    EXPECT_EQ(calendar.dateFromComponents(componentsOf(parts)), utc(moment)) << parts;
+  const NSDate date = utc("2024-01-31 12:00:00");
+  for (const auto& [amount, from, to] : tableRows<3>(Table, "sums")) {
+    EXPECT_EQ(calendar.dateByAddingComponents(componentsOf(amount), utc(from)), utc(to)) << amount;
   }
-  EXPECT_THROW(calendar.dateByAddingComponents({.weekday = 1}, utc("2024-01-31 12:00:00")),
-               std::invalid_argument);
+  EXPECT_EQ(calendar.dateByAddingComponents({}, date), date);
+  EXPECT_THROW(calendar.dateFromComponents({.year = int64_t{1} << 32}), std::out_of_range);
+  EXPECT_THROW(calendar.dateByAddingComponents({.weekday = 1}, date), std::invalid_argument);
 }
 
 TEST(Calendar, FollowsTheSystemsZoneAfterAReset) {

@@ -21,6 +21,11 @@ class DelayedCall : public testing::Test, protected VirtualTime {
     target.performSelectorAfterDelay(selector, delay, [this, selector] { notes += selector; });
   }
 
+  std::string notesAfter(double seconds) {
+    loop.advance(seconds);
+    return notes;
+  }
+
   std::string notes;
 };
 
@@ -42,16 +47,12 @@ TEST_F(DelayedCall, RunsOnceAtItsMomentAlsoWhereTheWallClockIsSetBack) {
   const auto target = std::make_shared<NSObject>();
   call(*target, "b", 10);
   call(*target, "a", 1);
-  loop.advance(0.999999);
-  EXPECT_EQ(notes, "");
-  loop.advance(0.000001);
-  EXPECT_EQ(notes, "a");
+  EXPECT_EQ(notesAfter(0.999999), "");
+  EXPECT_EQ(notesAfter(0.000001), "a");
   clock.setTimeIntervalSince1970(-0.5);
   EXPECT_EQ(NSDate::date().description(), "1969-12-31 23:59:59 +0000");
-  loop.advance(9);
-  EXPECT_EQ(notes, "ab");
-  loop.advance(100);
-  EXPECT_EQ(notes, "ab");
+  EXPECT_EQ(notesAfter(9), "ab");
+  EXPECT_EQ(notesAfter(100), "ab");
 }
 
 TEST_F(DelayedCall, CancellingDropsOnlyThatSelectorOfThatObject) {
@@ -62,8 +63,7 @@ TEST_F(DelayedCall, CancellingDropsOnlyThatSelectorOfThatObject) {
   call(*target, "xy", 3);
   call(*other, "x", 4);
   target->cancelPreviousPerformRequests("x");
-  loop.advance(10);
-  EXPECT_EQ(notes, "xyx");
+  EXPECT_EQ(notesAfter(10), "xyx");
 }
 
 TEST_F(DelayedCall, TheTargetMayBeReleasedDuringItsOwnCall) {
@@ -75,8 +75,7 @@ TEST_F(DelayedCall, TheTargetMayBeReleasedDuringItsOwnCall) {
     notes = "done";
   });
   call(*target, "dropped with its target", 2);
-  loop.advance(10);
-  EXPECT_EQ(notes, "done");
+  EXPECT_EQ(notesAfter(10), "done");
   EXPECT_TRUE(watched.expired());
 }
 
@@ -88,8 +87,7 @@ TEST_F(DelayedCall, MayRenewAndCancelItselfDuringItsCall) {
     if (notes.size() < 3) target->performSelectorAfterDelay("renew", 1, renew);
   };
   target->performSelectorAfterDelay("renew", 1, renew);
-  loop.advance(10);
-  EXPECT_EQ(notes, "xxx");
+  EXPECT_EQ(notesAfter(10), "xxx");
 }
 
 TEST_F(DelayedCall, ATimerCallsAgainAndAgainAndMayEndItself) {
@@ -97,20 +95,15 @@ TEST_F(DelayedCall, ATimerCallsAgainAndAgainAndMayEndItself) {
     notes += "x";
     if (notes.size() == 5) timer.reset();
   });
-  loop.advance(59.999);
-  EXPECT_EQ(notes, "");
-  loop.advance(120.002);
-  EXPECT_EQ(notes, "xxx");
+  EXPECT_EQ(notesAfter(59.999), "");
+  EXPECT_EQ(notesAfter(120.002), "xxx");
   // A loop that was busy for three intervals owes one call, and then keeps the old beat.
   clock.advanceMicroseconds(190'000'000);
   loop.runPending();
   EXPECT_EQ(notes, "xxxx");
-  loop.advance(49.998);
-  EXPECT_EQ(notes, "xxxx");
-  loop.advance(0.001);
-  EXPECT_EQ(notes, "xxxxx");
-  loop.advance(600);
-  EXPECT_EQ(notes, "xxxxx");
+  EXPECT_EQ(notesAfter(49.998), "xxxx");
+  EXPECT_EQ(notesAfter(0.001), "xxxxx");
+  EXPECT_EQ(notesAfter(600), "xxxxx");
 }
 
 // What a setting or a sum may make of a delay. An interval is a tenth of a millisecond at least.

@@ -25,6 +25,11 @@ class Notifications : public testing::Test {
     return center->addObserver(name, [this, note](const NSNotification&) { notes += note; });
   }
 
+  std::string notesAfterAPost() {
+    center->postNotification("n");
+    return notes;
+  }
+
   std::optional<NSNotificationCenter> center{std::in_place};
   std::string notes;
 };
@@ -42,10 +47,8 @@ TEST_F(Notifications, ObserversMayComeAndGoDuringAPost) {
   second = noting("n", "never ");
   const auto inner = noting("inner", "inner ");
   const auto third = noting("n", "third ");
-  center->postNotification("n");
-  EXPECT_EQ(notes, "first inner third ");
-  center->postNotification("n");
-  EXPECT_EQ(notes, "first inner third third added ");
+  EXPECT_EQ(notesAfterAPost(), "first inner third ");
+  EXPECT_EQ(notesAfterAPost(), "first inner third third added ");
 }
 
 TEST_F(Notifications, ArriveInTheOrderOfRegistrationAlsoBehindAFault) {
@@ -56,8 +59,7 @@ TEST_F(Notifications, ArriveInTheOrderOfRegistrationAlsoBehindAFault) {
   const auto b = noting("n", "b");
   const auto c = noting("n", "c");
   testing::internal::CaptureStderr();
-  center->postNotification("n");
-  EXPECT_EQ(notes, "abc");
+  EXPECT_EQ(notesAfterAPost(), "abc");
   EXPECT_NE(testing::internal::GetCapturedStderr().find("error: faulty"), std::string::npos);
 }
 
@@ -70,8 +72,7 @@ TEST_F(Notifications, ADroppedHandlerGoesAtOnce) {
   EXPECT_FALSE(watched.expired());
   observation = NSObservation();
   EXPECT_TRUE(watched.expired());
-  center->postNotification("n");
-  EXPECT_EQ(notes, "");
+  EXPECT_EQ(notesAfterAPost(), "");
 }
 
 TEST_F(Notifications, AHandleMayOutliveItsCentre) {

@@ -6,10 +6,10 @@
 #include <string_view>
 
 #include "Platform/Foundation/Time/NSDate.h"
-#include "Platform/Foundation/Time/SystemClock.h"
 #include "Platform/Foundation/Zones/NSTimeZone.h"
 #include "Tests/Platform/Support/Files.h"
 #include "Tests/Platform/Support/Table.h"
+#include "Tests/Platform/Support/VirtualTime.h"
 
 /// The rows of a section of this folder's table.
 template <size_t Columns>
@@ -47,18 +47,12 @@ struct Place {
   double longitude = 0;
 };
 
-/// Tests with a system zone and a present instant of their own; UTC and 2024-06-21 12:00 at first.
-class AstronomyTest : public testing::Test {
+inline void setSystemZone(std::string_view name) { NSTimeZone::setSystemTimeZone(zoneNamed(name)); }
+
+/// Tests in UTC with a present instant of their own, 2024-06-21 12:00 at first.
+class AstronomyTest : public testing::Test, protected VirtualTime {
  protected:
-  AstronomyTest() { SystemClock::install(&clock_); }
-
-  static void setSystemZone(std::string_view name) {
-    NSTimeZone::setSystemTimeZone(zoneNamed(name));
-  }
-  void setPresent(const std::string& text) { clock_.setTimeIntervalSince1970(secondsAt(text)); }
-
- private:
-  ManualClock clock_{secondsAt("2024-06-21 12:00")};
+  AstronomyTest() : VirtualTime(secondsAt("2024-06-21 12:00")) {}
 };
 
 /// Compares an event with what the table holds: a time, or one of the words "up", "down", "none"
