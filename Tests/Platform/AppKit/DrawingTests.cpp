@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <functional>
 #include <limits>
 #include <memory>
@@ -13,7 +12,6 @@
 #include "Platform/AppKit/Drawing/NSBezierPath.h"
 #include "Platform/AppKit/Drawing/NSImage.h"
 #include "Platform/AppKit/Drawing/RecordingGraphicsContext.h"
-#include "Platform/Foundation/Time/SystemClock.h"
 #include "Tests/Platform/Support/Pixels.h"
 
 namespace {

@@ -7,6 +7,7 @@
 #include <atomic>
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -23,44 +24,50 @@ void drain(const dispatch_queue_t& queue) {
   dispatch_sync(queue, [] {});
 }
 
-/// Keeps `queue` busy from before this returns until `release` is signalled.
-void occupy(const dispatch_queue_t& queue, const dispatch_semaphore_t& release) {
+/// Keeps `queue` busy from before this returns until what it returns is signalled.
+dispatch_semaphore_t occupy(const dispatch_queue_t& queue) {
   const auto begun = dispatch_semaphore_create(0);
+  const auto release = dispatch_semaphore_create(0);
   dispatch_async(queue, [begun, release] {
     dispatch_semaphore_signal(begun);
     dispatch_semaphore_wait(release);
   });
   dispatch_semaphore_wait(begun);
+  return release;
+}
+
+/// Runs `work` in so many threads at once, with the number of each.
+void runInThreads(size_t count, const std::function<void(size_t)>& work) {
+  std::vector<std::thread> threads;
+  for (size_t number = 0; number < count; ++number)
+    threads.emplace_back(work, number);
+  for (std::thread& thread : threads)
+    thread.join();
 }
 
 // The plain counter and vectors are the check of exclusion: the thread sanitizer sees any overlap.
 TEST(SerialQueue, RunsEveryThreadsWorkOnceInOrderAndOneAtATime) {
-  constexpr int Threads = 4;
   constexpr int Works = 5000;
   const auto queue = dispatch_queue_create("order");
-  std::array<std::vector<int>, Threads> seen;
+  std::array<std::vector<int>, 4> seen;
   int total = 0;
-  std::vector<std::thread> threads;
-  for (std::vector<int>& own : seen) {
-    threads.emplace_back([&] {
-      for (int work = 0; work < Works; ++work) {
-        const auto note = [&own, &total, work] {
-          own.push_back(work);
-          ++total;
-        };
-        if (work % 7 == 0) {
-          dispatch_sync(queue, note);
-          ASSERT_EQ(own.back(), work);
-        } else {
-          dispatch_async(queue, note);
-        }
+  runInThreads(seen.size(), [&](size_t thread) {
+    std::vector<int>& own = seen[thread];
+    for (int work = 0; work < Works; ++work) {
+      const auto note = [&own, &total, work] {
+        own.push_back(work);
+        ++total;
+      };
+      if (work % 7 != 0) {
+        dispatch_async(queue, note);
+        continue;
       }
-    });
-  }
-  for (std::thread& thread : threads)
-    thread.join();
+      dispatch_sync(queue, note);
+      ASSERT_EQ(own.back(), work);
+    }
+  });
   drain(queue);
-  EXPECT_EQ(total, Threads * Works);
+  EXPECT_EQ(total, 4 * Works);
   for (const std::vector<int>& own : seen) {
     EXPECT_EQ(own.size(), static_cast<size_t>(Works));
     EXPECT_TRUE(std::ranges::is_sorted(own));
@@ -71,8 +78,7 @@ TEST(SerialQueue, ExceptionsOfAwaitedWorkReachTheCaller) {
   const auto queue = dispatch_queue_create("throwing");
   const auto fail = [] { throw std::runtime_error("for the caller"); };
   EXPECT_THROW(dispatch_sync(queue, fail), std::runtime_error) << "idle";
-  const auto release = dispatch_semaphore_create(0);
-  occupy(queue, release);
+  const auto release = occupy(queue);
   std::thread caller([&] { EXPECT_THROW(dispatch_sync(queue, fail), std::runtime_error); });
   dispatch_semaphore_signal(release);
   caller.join();
@@ -102,8 +108,7 @@ TEST(SerialQueue, BlockedWorkDoesNotStarveOtherQueues) {
 TEST(SerialQueue, LivesUntilItsWorkIsDone) {
   auto queue = dispatch_queue_create("kept");
   const std::weak_ptr<DispatchQueue> watched = queue;
-  const auto release = dispatch_semaphore_create(0);
-  occupy(queue, release);
+  const auto release = occupy(queue);
   std::atomic<bool> ran = false;
   dispatch_async(queue, [&] { ran = true; });
   queue.reset();
@@ -148,16 +153,14 @@ TEST(SerialQueue, ItsThreadsGoWhenThereIsNothingToDo) {
     using Tasks = std::filesystem::directory_iterator;
     return std::distance(Tasks("/proc/self/task"), Tasks());
   };
-  const auto queues = {dispatch_queue_create("one"), dispatch_queue_create("two")};
-  const auto release = dispatch_semaphore_create(0);
-  for (const auto& queue : queues)
-    occupy(queue, release);
+  const auto queue = dispatch_queue_create("one");
+  const auto releases = {occupy(queue), occupy(dispatch_queue_create("two"))};
   const auto busy = threads();
-  for (size_t queue = 0; queue < queues.size(); ++queue)
+  for (const auto& release : releases)
     dispatch_semaphore_signal(release);
   EXPECT_TRUE(waitUntil([&] { return threads() <= busy - 2; }));
   std::atomic<bool> ran = false;
-  dispatch_async(*queues.begin(), [&] { ran = true; });
+  dispatch_async(queue, [&] { ran = true; });
   EXPECT_TRUE(waitUntil([&] { return ran.load(); }));
 }
 
@@ -204,8 +207,7 @@ TEST_F(SerialQueueAtTheEnd, AwaitedWorkRunsBehindTheWorkThatNoThreadWasLeftFor) 
 
 TEST_F(SerialQueueAtTheEnd, AStuckQueueDoesNotKeepTheProcess) {
   const auto exitWhileBusy = [] {
-    static const auto never = dispatch_semaphore_create(0);
-    occupy(dispatch_queue_create("stuck"), never);
+    occupy(dispatch_queue_create("stuck"));
     std::exit(0);
   };
   EXPECT_EXIT(exitWhileBusy(), testing::ExitedWithCode(0), "");
@@ -233,20 +235,15 @@ TEST(Semaphore, LetsNoMoreInThanItsCount) {
   const auto semaphore = dispatch_semaphore_create(2);
   std::atomic<int> inside = 0;
   std::atomic<int> tooMany = 0;
-  std::vector<std::thread> threads;
-  for (int thread = 0; thread < 6; ++thread) {
-    threads.emplace_back([&] {
-      for (int round = 0; round < 2000; ++round) {
-        dispatch_semaphore_wait(semaphore);
-        if (++inside > 2) ++tooMany;
-        std::this_thread::yield();  // Lets any other in.
-        --inside;
-        dispatch_semaphore_signal(semaphore);
-      }
-    });
-  }
-  for (std::thread& thread : threads)
-    thread.join();
+  runInThreads(6, [&](size_t) {
+    for (int round = 0; round < 2000; ++round) {
+      dispatch_semaphore_wait(semaphore);
+      if (++inside > 2) ++tooMany;
+      std::this_thread::yield();  // Lets any other in.
+      --inside;
+      dispatch_semaphore_signal(semaphore);
+    }
+  });
   EXPECT_EQ(tooMany, 0);
 }
 

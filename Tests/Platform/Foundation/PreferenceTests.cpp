@@ -249,14 +249,4 @@ TEST_F(Preferences, AValueThatWouldNotReadBackIsRefused) {
   }
 }
 
-TEST_F(Preferences, WhatAKilledWriterLeftIsNoHindrance) {
-  writeFromOutside({{"a", 1}});
-  writeFile(file.string() + ".new", "<?xml half");
-  writeFile(file.string() + ".lock", "");
-  EXPECT_EQ(value("a"), PropertyList(1));
-  set("b", 2);
-  EXPECT_EQ(written(), (Dictionary{{"a", 1}, {"b", 2}}));
-  EXPECT_FALSE(fs::exists(file.string() + ".new"));
-}
-
 }  // namespace

@@ -4,7 +4,6 @@
 
 #include <random>
 #include <string>
-#include <vector>
 
 #include "Platform/Foundation/Zones/TimeZoneRules.h"
 #include "Tests/Platform/Support/Files.h"

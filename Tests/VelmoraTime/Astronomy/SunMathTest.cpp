@@ -3,7 +3,6 @@
 #include "Targets/VelmoraTime/Classes/RiseSetSearch.h"
 
 #include <array>
-#include <cmath>
 #include <tuple>
 
 #include "Targets/VelmoraTime/Classes/JulianDate.h"
@@ -48,13 +47,6 @@ TEST(SunHorizon, HoursAndMinutesCount) {
               1e-9);
 }
 
-// In the zenith of the subsolar point and below it. 51544.5 is J2000.0: declination -23.03 degrees,
-// the Sun 0.8 degrees east of Greenwich (equation of time -3.3 minutes).
-TEST(SunHorizon, ZenithAndNadir) {
-  EXPECT_NEAR(sunAltitude2(51544.5F, 0.82, -23.03), 90, 0.1);
-  EXPECT_NEAR(sunAltitude2(51544.5F, 180.82, 23.03), -90, 0.1);
-}
-
 TEST(Quad, RootsAndExtremaOfParabolas) {
   for (const auto& row : rowsOf<8>("parabolas")) {
     std::array<double, 8> found{};
@@ -64,13 +56,6 @@ TEST(Quad, RootsAndExtremaOfParabolas) {
     for (size_t index = 3; index < row.size(); ++index)
       EXPECT_NEAR(found[index], std::stod(row[index]), 1e-12) << row[0] << ", " << row[1];
   }
-}
-
-// By hand: 20:13:20 of the day before is 0.1574 days before midnight.
-TEST(DayOffset, FractionOfTheUtcDay) {
-  EXPECT_DOUBLE_EQ(dayOffset(86400 * 20000.0 + 21600), 0.25);
-  EXPECT_NEAR(dayOffset(-100000), 72800 / 86400.0 - 1, 1e-12);
-  EXPECT_DOUBLE_EQ(dayOffset(-86400), -1);
 }
 
 TEST(Lengths, WholeHoursAndMinutes) {
