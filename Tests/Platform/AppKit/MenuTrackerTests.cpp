@@ -65,7 +65,6 @@ class MenuTrackerTest : public testing::Test, private MenuScreen, private NSMenu
     d->view()->addSubview(button_);
     menu_ = makeMenu({leading("A", a), acting("B"), makeItem("", 4), acting("C"), d,
                       leading("E", makeMenu({acting("e1")}))});
-    items_["D"] = d;
     menu_->setDelegate(this);
   }
   ~MenuTrackerTest() override {

@@ -12,6 +12,7 @@
 
 #include "Platform/Foundation/PropertyLists/NSPropertyListSerialization.h"
 #include "Tests/Platform/Support/Files.h"
+#include "Tests/Platform/Support/Table.h"
 
 namespace {
 
@@ -24,23 +25,17 @@ constexpr int64_t Maximum = std::numeric_limits<int64_t>::max();
 constexpr int64_t Minimum = std::numeric_limits<int64_t>::min();
 
 TEST(PropertyListValue, NumbersAndTextsConvert) {
-  struct Case {
-    PropertyList value;
-    bool truth;
-    int64_t integer;
-    double real;
-  };
-  for (const auto& [value, truth, integer, real] :
-       {Case{{}, false, 0, 0}, Case{true, true, 1, 1}, Case{-7, true, -7, -7},
-        Case{0.5, true, 0, 0.5}, Case{-2.9, true, -2, -2.9}, Case{1e300, true, Maximum, 1e300},
-        Case{-1e300, true, Minimum, -1e300}, Case{"YES", true, 0, 0}, Case{"no", false, 0, 0},
-        Case{"12.5x", true, 12, 12.5}, Case{"0", false, 0, 0}, Case{Array{1}, false, 0, 0}}) {
-    SCOPED_TRACE(dataWithPropertyList(value));
-    EXPECT_EQ(value.boolValue(), truth);
-    EXPECT_EQ(value.integerValue(), integer);
-    EXPECT_EQ(value.doubleValue(), real);
-    EXPECT_EQ(value.floatValue(), static_cast<float>(std::clamp<double>(real, -FLT_MAX, FLT_MAX)));
+  for (const auto& [xml, truth, integer, real] :
+       tableRows<4>("Platform/Foundation/PropertyListTests.tsv", "conversions")) {
+    SCOPED_TRACE(xml);
+    const PropertyList value = propertyListWithData("<plist>" + xml + "</plist>").value();
+    EXPECT_EQ(value.boolValue(), truth == "true");
+    EXPECT_EQ(value.integerValue(), std::stoll(integer));
+    EXPECT_EQ(value.doubleValue(), std::stod(real));
+    EXPECT_EQ(value.floatValue(),
+              std::clamp<float>(std::strtof(real.c_str(), nullptr), -FLT_MAX, FLT_MAX));
   }
+  EXPECT_EQ(PropertyList().doubleValue(), 0);
   EXPECT_EQ(PropertyList(std::nan("")).integerValue(), 0);
 }
 
@@ -113,29 +108,17 @@ TEST(PropertyListXml, RealsDoNotFollowTheProcesssLocale) {
   setlocale(LC_ALL, "C");
 }
 
-TEST(PropertyListBinary, HoldsWhatAnotherWriterWrote) {
-  const auto list = propertyListWithContentsOfFile(fixture("every-kind.plist"));
-  ASSERT_TRUE(list.has_value());
-  Array longOne;
-  for (int number = 0; number < 300; ++number)
-    longOne.emplace_back(number);
-  const Dictionary expected = {
-      {"array", Array{1, "two", Array{}, Dictionary{}}},
-      {"data", Data{0, 1, 2, 3, 4, 5}},
-      {"date", Date{utc("2069-07-20 12:34:56").timeIntervalSince1970()}},
-      {"early", Date{utc("1901-02-03 04:05:06").timeIntervalSince1970()}},
-      {"false", false},
-      {"integers", Array{0, 255, 256, 65536, int64_t{1} << 32, -1, Minimum, Maximum}},
-      {"long", longOne},
-      {"reals", Array{0.1, 1e-300, 1.0 / 3, -2.5}},
-      {"text", "plain"},
-      {"true", true},
-      {"unicode", "Zürich \U0001F600 &<>"}};
-  for (const auto& [key, value] : expected) {
-    ASSERT_TRUE(list->dictionary()->contains(key)) << key;
-    EXPECT_EQ(list->dictionary()->at(key), value) << key;
-  }
-  EXPECT_EQ(list->dictionary()->size(), expected.size());
+TEST(PropertyListFiles, HoldWhatAnotherWriterWrote) {
+  const auto binary = propertyListWithContentsOfFile(fixture("every-kind.plist"));
+  ASSERT_TRUE(binary.has_value());
+  EXPECT_EQ(binary, propertyListWithContentsOfFile(fixture("every-kind.xml")));
+  const Dictionary& values = *binary->dictionary();
+  EXPECT_EQ(values.size(), 11U);
+  EXPECT_EQ(values.at("date"), Date{utc("2069-07-20 12:34:56").timeIntervalSince1970()});
+  EXPECT_EQ(values.at("integers"),
+            (Array{0, 255, 256, 65536, int64_t{1} << 32, -1, Minimum, Maximum}));
+  EXPECT_EQ(values.at("data"), (Data{0, 1, 2, 3, 4, 5}));
+  EXPECT_EQ(values.at("unicode"), "Zürich \U0001F600 &<>");
   // References, of a keyed archive and to one text.
   EXPECT_EQ(propertyListWithContentsOfFile(fixture("references.plist")),
             PropertyList(Dictionary{{"$objects", Array{"$null", "x"}},
@@ -145,7 +128,7 @@ TEST(PropertyListBinary, HoldsWhatAnotherWriterWrote) {
 }
 
 // Two of these would take the memory of 2^40 lists and of a thousand long texts.
-TEST(PropertyListBinary, GivesNothingForWhatItCannotHold) {
+TEST(PropertyListFiles, GiveNothingForWhatItCannotHold) {
   for (const char* none :
        {"wide-integer.plist", "doubling.plist", "oversized.plist", "missing", "."}) {
     EXPECT_FALSE(propertyListWithContentsOfFile(fixture(none)).has_value()) << none;

@@ -58,6 +58,13 @@ TEST(Quad, RootsAndExtremaOfParabolas) {
   }
 }
 
+// By hand: 20:13:20 of the day before is 0.1574 days before midnight.
+TEST(DayOffset, FractionOfTheUtcDay) {
+  EXPECT_DOUBLE_EQ(dayOffset(86400 * 20000.0 + 21600), 0.25);
+  EXPECT_NEAR(dayOffset(-100000), 72800 / 86400.0 - 1, 1e-12);
+  EXPECT_DOUBLE_EQ(dayOffset(-86400), -1);
+}
+
 TEST(Lengths, WholeHoursAndMinutes) {
   for (const auto& [seconds, hours, minutes] :
        {std::tuple{3599, 0, 59}, {3600, 1, 0}, {59929, 16, 38}, {86400, 24, 0}, {-1, -1, 59}}) {
