@@ -77,6 +77,8 @@ TEST_F(Image, APngKeepsItsPixels) {
   const Drawn surface({5, 5}, 1, [&] { image->drawAtPoint({1, 1}); });
   EXPECT_EQ(inkOf(surface), (Ink{2, 3, 3, 3, 2.0}));
   EXPECT_EQ(surface.pixelAt(2, 3), Blue);
+  const Drawn faint({5, 5}, 1, [&] { image->drawAtPoint({1, 1}, 0.5); });
+  EXPECT_NEAR(faint.pixelAt(2, 3).alphaComponent(), 0.5, 0.01);
   EXPECT_THROW((void)image->lockFocus(), std::logic_error);
 }
 

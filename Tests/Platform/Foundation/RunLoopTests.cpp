@@ -292,7 +292,8 @@ TEST(VirtualRunLoopEnd, LeavesItsHandlesHarmless) {
 // Toolkits draw at GLib's `G_PRIORITY_HIGH_IDLE` + 20.
 TEST(DesktopRunLoop, WorkWithoutEndLetsAToolkitDraw) {
   NSRunLoop& loop = NSRunLoop::mainRunLoop();
-  static bool isDrawn = false;
+  static bool isDrawn;
+  isDrawn = false;
   const auto draw = [](gpointer) -> gboolean {
     isDrawn = true;
     return G_SOURCE_REMOVE;
