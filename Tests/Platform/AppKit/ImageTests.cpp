@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
-#include <cmath>
 #include <filesystem>
 #include <stdexcept>
 
@@ -36,18 +35,14 @@ TEST_F(Image, AnSvgIsCrispOnThePixelGrid) {
   ASSERT_NE(image, nullptr);
   EXPECT_EQ(image->size(), (NSSize{10, 8}));
   for (const int scale : {1, 2, 3, 1}) {
-    BitmapSurface surface({20, 16}, scale);
-    const NSCurrentGraphicsContext current(surface.context());
     // Its top is 5 + 8 points up, so 3 down from the surface's.
-    image->drawAtPoint({4, 5});
+    const Drawn surface({20, 16}, scale, [&] { image->drawAtPoint({4, 5}); });
     const Ink expected{6 * scale, 10 * scale - 1, 4 * scale, 7 * scale - 1, 12.0 * scale * scale};
     EXPECT_EQ(inkOf(surface), expected) << scale;
     EXPECT_EQ(surface.pixelAt(6 * scale, 4 * scale), Red);
   }
   // At 1.5, drawn anew, the rectangle covers columns 3 to 9 and rows 1.5 to 6.
-  BitmapSurface between({10, 8}, 1.5);
-  const NSCurrentGraphicsContext current(between.context());
-  image->drawAtPoint({0, 0});
+  const Drawn between({10, 8}, 1.5, [&] { image->drawAtPoint({0, 0}); });
   EXPECT_NEAR(inkOf(between).area, 12 * 1.5 * 1.5, 0.1);
   EXPECT_NEAR(between.pixelAt(5, 1).alphaComponent(), 0.5, 0.01);
   EXPECT_EQ(between.pixelAt(3, 2), Red);
@@ -56,46 +51,34 @@ TEST_F(Image, AnSvgIsCrispOnThePixelGrid) {
 
 TEST_F(Image, IsDrawnWithAlphaStretchedAndInPart) {
   const auto image = svg();
-  BitmapSurface faint({10, 8}, 2);
-  {
-    const NSCurrentGraphicsContext current(faint.context());
-    image->drawAtPoint({0, 0}, 0.25);
-  }
+  const Drawn faint({10, 8}, 2, [&] { image->drawAtPoint({0, 0}, 0.25); });
   EXPECT_NEAR(faint.pixelAt(6, 4).alphaComponent(), 0.25, 0.01);
 
-  BitmapSurface stretched({20, 24}, 1);
-  {
-    const NSCurrentGraphicsContext current(stretched.context());
-    image->drawInRect(NSMakeRect(0, 0, 20, 24));
-  }
+  const Drawn stretched({20, 24}, 1, [&] { image->drawInRect(NSMakeRect(0, 0, 20, 24)); });
   EXPECT_EQ(inkOf(stretched), (Ink{4, 11, 3, 11, 8.0 * 9}));
 
   // The quarter at the upper left, 5 by 4 points: it holds 3 by 3 points of the rectangle. Its
   // own left edge comes to 10 and its top to the target's, 6 points up.
-  BitmapSurface part({20, 16}, 1);
-  {
-    const NSCurrentGraphicsContext current(part.context());
-    image->drawInRect(NSMakeRect(10, 2, 5, 4), NSMakeRect(0, 4, 5, 4), 1);
-  }
+  const Drawn part({20, 16}, 1,
+                   [&] { image->drawInRect(NSMakeRect(10, 2, 5, 4), NSMakeRect(0, 4, 5, 4), 1); });
   EXPECT_EQ(inkOf(part), (Ink{12, 14, 11, 13, 9.0}));
 }
 
 TEST_F(Image, APngKeepsItsPixels) {
-  BitmapSurface original({3, 2}, 1);
-  {
-    const NSCurrentGraphicsContext current(original.context());
+  const Drawn original({3, 2}, 1, [] {
     Blue.setFill();
-    NSBezierPath::bezierPathWithRect(NSMakeRect(1, 0, 2, 1)).fill();
-  }
+    fill(NSMakeRect(1, 0, 2, 1));
+  });
+  EXPECT_THROW(original.writePng("/nowhere/at/all.png"), std::runtime_error);
   original.writePng((folder / "a.png").string());
   const auto image = NSImage::imageWithContentsOfFile(folder / "a.png");
   ASSERT_NE(image, nullptr);
   EXPECT_EQ(image->size(), (NSSize{3, 2}));
-  BitmapSurface surface({5, 5}, 1);
-  const NSCurrentGraphicsContext current(surface.context());
-  image->drawAtPoint({1, 1});
+  const Drawn surface({5, 5}, 1, [&] { image->drawAtPoint({1, 1}); });
   EXPECT_EQ(inkOf(surface), (Ink{2, 3, 3, 3, 2.0}));
   EXPECT_EQ(surface.pixelAt(2, 3), Blue);
+  const Drawn faint({5, 5}, 1, [&] { image->drawAtPoint({1, 1}, 0.5); });
+  EXPECT_NEAR(faint.pixelAt(2, 3).alphaComponent(), 0.5, 0.01);
   EXPECT_THROW((void)image->lockFocus(), std::logic_error);
 }
 
@@ -112,12 +95,9 @@ TEST_F(Image, WhatIsNoPictureGivesNone) {
   }
   std::filesystem::create_directory(folder / "folder.svg");
   writeFile(folder / "text.png", "no picture at all, but long enough for a header");
-  writeFile(folder / "vast.svg",
-            "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"9999999\" "
-            "height=\"8\"/>");
-  writeFile(folder / "flat.svg",
-            "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"0\" "
-            "height=\"8\"/>");
+  const std::string begin = "<svg xmlns=\"http://www.w3.org/2000/svg\" height=\"8\" ";
+  writeFile(folder / "vast.svg", begin + "width=\"9999999\"/>");
+  writeFile(folder / "flat.svg", begin + "width=\"0\"/>");
   for (const char* name :
        {"missing.svg", "missing.png", "folder.svg", "text.png", "vast.svg", "flat.svg"}) {
     EXPECT_EQ(NSImage::imageWithContentsOfFile(folder / name), nullptr) << name;
@@ -136,10 +116,8 @@ TEST_F(Image, AVastPngDoesNotFillTheMemory) {
   EXPECT_LT(peak() - before, 100);
 }
 
-TEST(RecordedImage, IsCrispAtAScaleThatCameLater) {
-  const auto folder = freshFolder();
-  writeFile(folder / "a.svg", Svg);
-  const auto picture = NSImage::imageWithContentsOfFile(folder / "a.svg");
+TEST_F(Image, ThatIsRecordedIsCrispAtAScaleThatCameLater) {
+  const auto picture = svg();
   const auto image = NSImage::imageWithSize({10, 8});
   EXPECT_EQ(image->size(), (NSSize{10, 8}));
   // Drawing that fails must not leave later drawing in the image.
@@ -147,7 +125,7 @@ TEST(RecordedImage, IsCrispAtAScaleThatCameLater) {
     const NSImageFocus focus = image->lockFocus();
     Blue.setFill();
     // Half points: pixels at scale 2. At 1 they would be smoothed for good if this were a bitmap.
-    NSBezierPath::bezierPathWithRect(NSMakeRect(0.5, 0.5, 2, 1)).fill();
+    fill(NSMakeRect(0.5, 0.5, 2, 1));
     picture->drawInRect(NSMakeRect(4.5, 0, 5, 4));
     throw std::runtime_error("of the drawing");
   };
@@ -155,9 +133,7 @@ TEST(RecordedImage, IsCrispAtAScaleThatCameLater) {
   EXPECT_EQ(NSGraphicsContext::currentContext(), nullptr);
 
   for (const int scale : {1, 2}) {
-    BitmapSurface surface({10, 8}, scale);
-    const NSCurrentGraphicsContext current(surface.context());
-    image->drawAtPoint({0, 0});
+    const Drawn surface({10, 8}, scale, [&] { image->drawAtPoint({0, 0}); });
     const Ink ink = inkOf(surface);
     EXPECT_EQ(ink.isCrisp, scale == 2);
     // The half-size rectangle of the picture is 2 by 1.5 points.
@@ -168,9 +144,7 @@ TEST(RecordedImage, IsCrispAtAScaleThatCameLater) {
     EXPECT_EQ(ink.left, 1);
     EXPECT_EQ(ink.bottom, 14);
   }
-  BitmapSurface stretched({20, 16}, 1);
-  const NSCurrentGraphicsContext current(stretched.context());
-  image->drawInRect(NSMakeRect(0, 0, 20, 16), 0.5);
+  const Drawn stretched({20, 16}, 1, [&] { image->drawInRect(NSMakeRect(0, 0, 20, 16), 0.5); });
   EXPECT_NEAR(inkOf(stretched).area, (2 * 1 + 2 * 1.5) * 4 * 0.5, 0.2);
 }
 

@@ -6,9 +6,12 @@
 
 #include "Platform/AppKit/Menus/MenuTracker.h"
 #include "Platform/AppKit/Views/NSTextField.h"
-#include "Platform/Foundation/RunLoop/VirtualRunLoop.h"
+#include "Tests/Platform/Support/Table.h"
+#include "Tests/Platform/Support/VirtualTime.h"
 
 namespace {
+
+constexpr auto Table = "Platform/AppKit/MenuTrackerTests.tsv";
 
 class Button : public NSView {
  public:
@@ -54,7 +57,6 @@ std::shared_ptr<NSMenu> makeMenu(std::initializer_list<std::shared_ptr<NSMenuIte
 class MenuTrackerTest : public testing::Test, private MenuScreen, private NSMenuDelegate {
  protected:
   MenuTrackerTest() {
-    NSRunLoop::setMainRunLoop(&loop_);
     const auto x = makeMenu({acting("x1"), acting("x2")});
     const auto a = makeMenu({acting("a1"), leading("a2", x), acting("a3")});
     button_ = std::make_shared<Button>(NSMakeRect(20, 0, 40, 20));
@@ -63,13 +65,11 @@ class MenuTrackerTest : public testing::Test, private MenuScreen, private NSMenu
     d->view()->addSubview(button_);
     menu_ = makeMenu({leading("A", a), acting("B"), makeItem("", 4), acting("C"), d,
                       leading("E", makeMenu({acting("e1")}))});
-    items_["D"] = d;
     menu_->setDelegate(this);
   }
   ~MenuTrackerTest() override {
     tracker_.close();
     menu_->setDelegate(nullptr);
-    NSRunLoop::setMainRunLoop(nullptr);
   }
 
   /// Steps of one letter and what it needs: m X Y moves the pointer, d and u press and release it,
@@ -105,8 +105,7 @@ class MenuTrackerTest : public testing::Test, private MenuScreen, private NSMenu
 
   static constexpr NSPoint Slot{550, 10};
 
-  ManualClock clock_{0};
-  VirtualRunLoop loop_{clock_};
+  VirtualTime time_;
   MenuTracker tracker_{*this};
   std::shared_ptr<NSMenu> menu_;
   std::map<std::string, std::shared_ptr<NSMenuItem>> items_;
@@ -153,7 +152,7 @@ class MenuTrackerTest : public testing::Test, private MenuScreen, private NSMenu
     } else if (step == "w") {
       double milliseconds = 0;
       input >> milliseconds;
-      loop_.advance(milliseconds / 1000);
+      time_.loop.advance(milliseconds / 1000);
     } else if (step == "f") {
       tracker_.prepareFrame();
     } else if (step == "k" || step == "t") {
@@ -191,43 +190,7 @@ class MenuTrackerTest : public testing::Test, private MenuScreen, private NSMenu
 };
 
 TEST_F(MenuTrackerTest, FollowsThePointer) {
-  const std::map<std::string, std::string> cases{
-      // Rows; the filler between them is none.
-      {"", "-"},
-      {"m 550 50", "B"},
-      {"m 550 64", "-"},
-      {"m 550 50 m 300 300", "-"},
-      // A submenu opens after a rest, at once by a click, and a way out through the side keeps it.
-      {"m 550 30 w 199", "A"},
-      {"m 550 30 w 201", "A>-"},
-      {"m 550 30 d", "A>-"},
-      {"m 550 30 d u", "A>-"},
-      {"m 550 30 w 201 m 700 300", "A>-"},
-      {"m 550 30 w 201 m 620 30", "A>a1"},
-      {"m 550 30 w 201 m 620 50 w 201 m 720 70", "A>a2>x2"},
-      // Over a neighbour and back in time; longer; the diagonal way over it, moving and stopping.
-      {"m 550 30 w 201 m 540 50 w 150 m 540 30 w 300", "A>-"},
-      {"m 550 30 w 201 m 540 50 w 201", "B"},
-      {"m 550 30 w 201 m 560 36 m 570 43 m 580 50 m 590 57 m 605 66", "A>a3"},
-      {"m 550 30 w 201 m 570 43 w 299", "A>-"},
-      {"m 550 30 w 201 m 570 43 w 301", "B>-"},
-      {"m 550 30 w 201 m 570 43 w 502", "B"},
-      {"m 550 30 w 201 m 550 116 w 201", "E>-"},
-      // Clicks: a row, a row further in, beside, the slot again, the filler.
-      {"m 550 50 d u", "closed!B"},
-      {"m 550 30 d u m 620 30 d u", "closed!a1"},
-      {"m 100 300 d", "closed"},
-      {"m 550 10 d", "closed"},
-      {"m 550 64 d u", "-"},
-      // Pulled from the bar into a row; out and let go; held on the slot.
-      {"D m 550 50 u", "closed!B"},
-      {"D m 550 50 m 100 300 u", "closed"},
-      {"D m 551 11 u", "-"},
-      // A button keeps the menu open, whether hit or dragged out of.
-      {"m 530 96 d u", "D"},
-      {"m 530 96 d m 100 300 u", "-"},
-  };
-  for (const auto& [steps, expected] : cases) {
+  for (const auto& [steps, expected] : tableRows<2>(Table, "pointer")) {
     EXPECT_EQ(after(steps), expected) << steps;
     tracker_.close();
   }
@@ -236,31 +199,7 @@ TEST_F(MenuTrackerTest, FollowsThePointer) {
 }
 
 TEST_F(MenuTrackerTest, FollowsTheKeyboard) {
-  const std::map<std::string, std::string> cases{
-      {"", "A"},
-      {"k Down k Down", "C"},
-      {"k Up", "E"},
-      {"k End k Down", "A"},
-      {"k Page", "E"},
-      {"k Right", "A>a1"},
-      {"k Right k Down k Right k Down", "A>a2>x2"},
-      {"k Right k Down k Return k Left", "A>a2"},
-      {"k Right k Down k Right k Esc k Esc", "A"},
-      {"k Right k Esc k Esc", "closed"},
-      {"k Right k Return", "closed!a1"},
-      {"k Down k Space", "closed!B"},
-      {"k Right k Down k Left k Down", "B"},
-      {"t c", "C"},
-      {"t d k Return", "D"},
-      {"t d k Tab k Return", "D"},
-      {"t d k Tab k Down", "E"},
-      {"t zz", "A"},
-      // The pointer and keys take turns.
-      {"m 550 50 k Down m 551 30", "A"},
-      {"m 100 300", "A"},
-      {"k Down m 100 300 m 550 116 m 100 300", "-"},
-  };
-  for (const auto& [steps, expected] : cases) {
+  for (const auto& [steps, expected] : tableRows<2>(Table, "keyboard")) {
     EXPECT_EQ(after(steps, MenuOpening::Request), expected) << steps;
     tracker_.close();
   }

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 #include <vector>
@@ -20,13 +21,21 @@ NSTextAttributes attributesOfSize(double size) {
   return attributes;
 }
 
-Ink inkOfText(std::string_view text, NSPoint point, const NSTextAttributes& attributes,
-              double scale) {
-  BitmapSurface surface({100, Height}, scale);
-  const NSCurrentGraphicsContext current(surface.context());
-  drawAtPointWithAttributes(text, point, attributes);
-  return inkOf(surface);
+NSTextAttributes tabularOfSize(double size) {
+  NSTextAttributes attributes;
+  attributes.font = NSFont::systemFontOfSize(size).withMonospacedNumbers();
+  return attributes;
 }
+
+double widthOf(std::string_view text, const NSTextAttributes& attributes) {
+  return sizeWithAttributes(text, attributes).width;
+}
+
+class DrawnText : public Drawn {
+ public:
+  DrawnText(std::string_view text, NSPoint point, const NSTextAttributes& attributes, double scale)
+      : Drawn({100, Height}, scale, [&] { drawAtPointWithAttributes(text, point, attributes); }) {}
+};
 
 TEST(Fonts, HaveALineBoxAroundTheirSize) {
   for (const double size : {9.0, 13.0, 24.0}) {
@@ -39,34 +48,30 @@ TEST(Fonts, HaveALineBoxAroundTheirSize) {
     EXPECT_LE(line, 1.6 * size);
     EXPECT_EQ(sizeWithAttributes("x", attributesOfSize(size)).height, line);
     // Each of the nine advances is a whole point: off by at most a half, or a half of the other's.
-    const double width = sizeWithAttributes("Wed 12:34", attributesOfSize(size)).width;
-    EXPECT_NEAR(sizeWithAttributes("Wed 12:34", attributesOfSize(2 * size)).width, 2 * width,
-                9 * (2 * 0.5 + 0.5));
+    const double width = widthOf("Wed 12:34", attributesOfSize(size));
+    EXPECT_NEAR(widthOf("Wed 12:34", attributesOfSize(2 * size)), 2 * width, 9 * (2 * 0.5 + 0.5));
   }
-  EXPECT_EQ(sizeWithAttributes("", attributesOfSize(12)).width, 0);
+  EXPECT_EQ(widthOf("", attributesOfSize(12)), 0);
 }
 
 // The clock's width must not jump with the digits.
 TEST(Fonts, TabularDigitsAreAllOfOneWidth) {
-  NSTextAttributes attributes = attributesOfSize(13);
-  attributes.font = attributes.font.withMonospacedNumbers();
-  const double digit = sizeWithAttributes("0", attributes).width;
+  const double digit = widthOf("0", tabularOfSize(13));
   for (int number = 0; number < 10'000; number += 7) {
     const std::string text = std::to_string(number);
-    ASSERT_NEAR(sizeWithAttributes(text, attributes).width,
-                digit * static_cast<double>(text.size()), 0.01)
+    ASSERT_NEAR(widthOf(text, tabularOfSize(13)), digit * static_cast<double>(text.size()), 0.01)
         << text;
   }
 }
 
 TEST(Fonts, WidthsAreTheSameWhateverIsBeingDrawnTo) {
   const NSTextAttributes attributes = attributesOfSize(13);
-  const double before = sizeWithAttributes("Wed 12:34:56", attributes).width;
+  const double before = widthOf("Wed 12:34:56", attributes);
   for (const double scale : {1.0, 1.25, 2.0, 3.0}) {
-    BitmapSurface surface({100, Height}, scale);
-    const NSCurrentGraphicsContext current(surface.context());
-    drawAtPointWithAttributes("Wed 12:34:56", {0, 0}, attributes);
-    EXPECT_EQ(sizeWithAttributes("Wed 12:34:56", attributes).width, before) << scale;
+    const Drawn surface({100, Height}, scale, [&] {
+      drawAtPointWithAttributes("Wed 12:34:56", {0, 0}, attributes);
+      EXPECT_EQ(widthOf("Wed 12:34:56", attributes), before) << scale;
+    });
   }
 }
 
@@ -74,9 +79,9 @@ TEST(TextDrawing, StandsOnItsPoint) {
   const NSTextAttributes attributes = attributesOfSize(13);
   constexpr NSPoint At{10, 4};
   const double baseline = Height - At.y - attributes.font.descender();
-  const double width = sizeWithAttributes("HEH", attributes).width;
+  const double width = widthOf("HEH", attributes);
   for (const double scale : {1.0, 2.0, 3.0}) {
-    const Ink ink = inkOfText("HEH", At, attributes, scale);
+    const Ink ink = inkOf(DrawnText("HEH", At, attributes, scale));
     // Capitals end on the baseline; a pixel for the smoothing of their edges.
     EXPECT_NEAR(ink.bottom + 1, baseline * scale, 1) << scale;
     EXPECT_GE(ink.top, (baseline - attributes.font.ascender()) * scale - 1) << scale;
@@ -89,28 +94,20 @@ TEST(TextDrawing, StandsOnItsPoint) {
 
 // A letter of another font with its own measures must not move what stands before it.
 TEST(TextDrawing, LettersOfOtherScriptsDoNotMoveTheBaseline) {
-  BitmapSurface surfaces[] = {{{100, Height}, 2}, {{100, Height}, 2}};
-  for (const bool isMixed : {false, true}) {
-    const NSCurrentGraphicsContext current(surfaces[isMixed].context());
-    drawAtPointWithAttributes(isMixed ? "H \u0E01\u0E33 \u263E" : "H", {5, 4},
-                              attributesOfSize(13));
-  }
-  for (int row = 0; row < surfaces[0].pixelHeight(); ++row) {
-    for (int column = 0; column <= inkOf(surfaces[0]).right; ++column)
-      ASSERT_EQ(surfaces[0].pixelAt(column, row), surfaces[1].pixelAt(column, row)) << column;
+  const DrawnText plain("H", {5, 4}, attributesOfSize(13), 2);
+  const DrawnText mixed("H \u0E01\u0E33 \u263E", {5, 4}, attributesOfSize(13), 2);
+  for (int row = 0; row < plain.pixelHeight(); ++row) {
+    for (int column = 0; column <= inkOf(plain).right; ++column)
+      ASSERT_EQ(plain.pixelAt(column, row), mixed.pixelAt(column, row)) << column;
   }
 }
 
 TEST(TextDrawing, AShadowIsTheSameShapeOnePointLower) {
-  NSTextAttributes attributes = attributesOfSize(13);
-  const NSColor red = NSColor::colorWithDeviceRed(1, 0, 0, 1);
+  NSTextAttributes shadowed = attributesOfSize(13);
+  shadowed.shadow = NSShadow{{0, -1}, NSColor::colorWithDeviceRed(1, 0, 0, 1)};
   for (const int scale : {1, 2}) {
-    attributes.shadow.reset();
-    const Ink plain = inkOfText("8", {5, 5}, attributes, scale);
-    attributes.shadow = NSShadow{{0, -1}, red};
-    BitmapSurface surface({100, Height}, scale);
-    const NSCurrentGraphicsContext current(surface.context());
-    drawAtPointWithAttributes("8", {5, 5}, attributes);
+    const Ink plain = inkOf(DrawnText("8", {5, 5}, attributesOfSize(13), scale));
+    const DrawnText surface("8", {5, 5}, shadowed, scale);
     const Ink both = inkOf(surface);
     EXPECT_EQ(both.bottom, plain.bottom + scale);
     EXPECT_EQ(both.top, plain.top);
@@ -127,9 +124,9 @@ TEST(TextDrawing, LinesFromTheRightEndLevelAtEveryScale) {
   attributes.alignment = NSTextAlignment::Right;
   for (const double scale : {1.0, 2.0, 3.0}) {
     const auto rightEdge = [&](std::string_view text) {
-      BitmapSurface surface({100, Height}, scale);
-      const NSCurrentGraphicsContext current(surface.context());
-      drawInRectWithAttributes(text, NSMakeRect(0, 0, 98, Height), attributes);
+      const Drawn surface({100, Height}, scale, [&] {
+        drawInRectWithAttributes(text, NSMakeRect(0, 0, 98, Height), attributes);
+      });
       return inkOf(surface).right;
     };
     for (const char* text : {"16:0H", "8 h 50 miH", "Tomorrow, H"})
@@ -142,17 +139,13 @@ TEST(TextDrawing, OddTextsAreNoTrap) {
   for (const std::string& text :
        {std::string(), std::string("\xFF\xFE"), std::string("a\nb"), std::string("a\0b", 3),
         std::string("\u202E12:34"), std::string(3000, 'W')}) {
-    inkOfText(text, {5, 4}, attributes, 1);
-    EXPECT_GE(sizeWithAttributes(text, attributes).width, 0);
+    const DrawnText surface(text, {5, 4}, attributes, 1);
+    EXPECT_GE(widthOf(text, attributes), 0);
   }
 }
 
 std::vector<double> columnsOf(std::string_view text, double size, double scale) {
-  NSTextAttributes attributes = attributesOfSize(size);
-  attributes.font = attributes.font.withMonospacedNumbers();
-  BitmapSurface surface({100, Height}, scale);
-  const NSCurrentGraphicsContext current(surface.context());
-  drawAtPointWithAttributes(text, {0, 2}, attributes);
+  const DrawnText surface(text, {0, 2}, tabularOfSize(size), scale);
   std::vector<double> columns(static_cast<size_t>(surface.pixelWidth()));
   for (size_t column = 0; column < columns.size(); ++column) {
     for (int row = 0; row < surface.pixelHeight(); ++row)
@@ -177,23 +170,17 @@ TEST(Text, ExchangedDigitsLookLikeDigitsShapedAfresh) {
 TEST(Text, DigitsAreEvenlySpacedAtWholeScales) {
   for (const double scale : {1.0, 2.0, 3.0}) {
     for (int size = 8; size <= 16; ++size) {
-      const auto columns = columnsOf("888888", size, scale);
-      const auto two = columnsOf("88", size, scale);
       // The width of a digit is where the second one looks like the first.
-      size_t width = 1;
-      const auto repeats = [&](const auto& drawn, size_t end) {
-        for (size_t column = 0; column + width < end; ++column) {
-          if (drawn[column] != drawn[column + width]) return false;
-        }
-        return true;
+      const double about = widthOf("8", tabularOfSize(size)) * scale;
+      auto width = static_cast<ptrdiff_t>(std::lround(about - 1));
+      const auto repeats = [&](const std::vector<double>& columns, ptrdiff_t digits) {
+        return std::equal(columns.begin(), columns.begin() + (digits - 1) * width,
+                          columns.begin() + width);
       };
-      NSTextAttributes attributes = attributesOfSize(size);
-      attributes.font = attributes.font.withMonospacedNumbers();
-      const double about = sizeWithAttributes("8", attributes).width * scale;
-      width = static_cast<size_t>(std::lround(about - 1));
-      while (static_cast<double>(width) < about + 2 && !repeats(two, 2 * width))
+      const auto two = columnsOf("88", size, scale);
+      while (static_cast<double>(width) < about + 2 && !repeats(two, 2))
         ++width;
-      EXPECT_TRUE(repeats(columns, 6 * width)) << "size " << size << ", scale " << scale;
+      EXPECT_TRUE(repeats(columnsOf("888888", size, scale), 6)) << size << " at " << scale;
     }
   }
 }

@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <atomic>
 #include <filesystem>
@@ -12,8 +11,8 @@
 #include <thread>
 
 #include "Platform/Dispatch/Dispatch.h"
-#include "Platform/Foundation/RunLoop/VirtualRunLoop.h"
-#include "Tests/Support/ChildProcess.h"
+#include "Platform/Foundation/Files/FileDescriptor.h"
+#include "Tests/Platform/Support/VirtualTime.h"
 #include "Tests/Support/TestEnvironment.h"
 
 namespace fs = std::filesystem;
@@ -24,29 +23,21 @@ constexpr double Start = 1'700'000'000;
 constexpr double Hour = 3600;
 constexpr double Day = 24 * Hour;
 
-class Source : public testing::Test {
+class Source : public testing::Test, protected VirtualTime {
  protected:
-  Source() {
-    NSRunLoop::setMainRunLoop(&loop);
-    SystemClock::install(&clock);
-  }
-  ~Source() override {
-    NSRunLoop::setMainRunLoop(nullptr);
-    SystemClock::install(nullptr);
-  }
+  Source() : VirtualTime(Start) {}
 
   /// Lets simulated time pass, then serves the queue.
-  void pass(double seconds) {
+  int callsAfter(double seconds) {
     loop.advance(seconds);
     dispatch_sync(queue, [] {});
+    return calls;
   }
 
   DispatchTimer timerAfter(double seconds) {
     return {NSDate::dateWithTimeIntervalSince1970(Start + seconds), queue, [this] { ++calls; }};
   }
 
-  ManualClock clock{Start};
-  VirtualRunLoop loop{clock};
   dispatch_queue_t queue = dispatch_queue_create("source");
   std::atomic<int> calls = 0;
 };
@@ -55,37 +46,27 @@ using Timer = Source;
 
 TEST_F(Timer, FiresOnceAtItsDate) {
   const DispatchTimer timer = timerAfter(30 * Day);
-  pass(30 * Day - 0.001);
-  EXPECT_EQ(calls, 0);
-  pass(0.001);
-  EXPECT_EQ(calls, 1);
-  pass(60 * Day);
-  EXPECT_EQ(calls, 1);
-}
-
-TEST_F(Timer, ADateInThePastFiresAtOnce) {
-  const DispatchTimer timer = timerAfter(-Day);
-  pass(0);
-  EXPECT_EQ(calls, 1);
+  EXPECT_EQ(callsAfter(30 * Day - 0.001), 0);
+  EXPECT_EQ(callsAfter(0.001), 1);
+  EXPECT_EQ(callsAfter(60 * Day), 1);
+  const DispatchTimer past = timerAfter(-Day);
+  EXPECT_EQ(callsAfter(0), 2) << "a date in the past fires at once";
 }
 
 // As after a suspend, in which the run loop's own clock stands still.
 TEST_F(Timer, FollowsAClockSetForwardWithinAnHour) {
   const DispatchTimer timer = timerAfter(30 * Day);
-  pass(Day);
+  EXPECT_EQ(callsAfter(Day), 0);
   clock.setTimeIntervalSince1970(Start + 30 * Day);
-  pass(Hour);
-  EXPECT_EQ(calls, 1);
+  EXPECT_EQ(callsAfter(Hour), 1);
 }
 
 TEST_F(Timer, IsNotEarlyAfterAClockSetBack) {
   const DispatchTimer timer = timerAfter(2 * Day);
-  pass(Day);
+  EXPECT_EQ(callsAfter(Day), 0);
   clock.setTimeIntervalSince1970(Start);
-  pass(2 * Day - 1);
-  EXPECT_EQ(calls, 0);
-  pass(1);
-  EXPECT_EQ(calls, 1);
+  EXPECT_EQ(callsAfter(2 * Day - 1), 0);
+  EXPECT_EQ(callsAfter(1), 1);
 }
 
 TEST_F(Timer, DoesNotFireOnceItsHandleHasGone) {
@@ -94,20 +75,7 @@ TEST_F(Timer, DoesNotFireOnceItsHandleHasGone) {
     DispatchTimer replaced = timerAfter(10);
     replaced = {};
   }
-  pass(20);
-  EXPECT_EQ(calls, 0);
-}
-
-TEST_F(Timer, AHandlerThatWaitsOnTheQueueDoesNotStartOnceTheHandleHasGone) {
-  const auto release = dispatch_semaphore_create(0);
-  dispatch_async(queue, [release] { dispatch_semaphore_wait(release); });
-  {
-    const DispatchTimer timer = timerAfter(10);
-    loop.advance(10);
-  }
-  dispatch_semaphore_signal(release);
-  dispatch_sync(queue, [] {});
-  EXPECT_EQ(calls, 0);
+  EXPECT_EQ(callsAfter(20), 0);
 }
 
 // What the handler uses must outlive it: the handle's end waits.
@@ -130,25 +98,18 @@ TEST_F(Timer, TheEndOfItsHandleWaitsForARunningHandler) {
   other.join();
 }
 
+constexpr uint32_t Both = DISPATCH_VNODE_DELETE | DISPATCH_VNODE_RENAME;
+
 class FileWatch : public Source {
  protected:
-  FileWatch() {
-    fs::create_directory(folder);
-    std::ofstream(file) << "text";
-    descriptor = open(file.c_str(), O_RDONLY | O_CLOEXEC);
-  }
-  ~FileWatch() override {
-    close(descriptor);
-    fs::remove_all(folder);
+  /// Of a file that is written first.
+  DispatchFileWatch watch(const fs::path& path, uint32_t events = Both) {
+    std::ofstream(path) << "text";
+    const FileDescriptor opened(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    return {opened.get(), events, queue, [this] { ++calls; }};
   }
 
-  DispatchFileWatch watch(uint32_t events = DISPATCH_VNODE_DELETE | DISPATCH_VNODE_RENAME) {
-    return {descriptor, events, queue, [this] { ++calls; }};
-  }
-
-  const fs::path folder = testFolder() / "watched";
-  const fs::path file = folder / "file";
-  int descriptor = -1;
+  const fs::path file = testFolder() / "file";
 };
 
 TEST_F(FileWatch, TellsWhatWasAskedForOnly) {
@@ -172,73 +133,52 @@ TEST_F(FileWatch, TellsWhatWasAskedForOnly) {
     fs::create_hard_link(path, path.string() + "-link");
     fs::remove(path);
   };
-  constexpr uint32_t Both = DISPATCH_VNODE_DELETE | DISPATCH_VNODE_RENAME;
   for (const Case& entry : {Case{"deleted", Both, remove, 1}, Case{"renamed", Both, rename, 1},
                             Case{"replaced", Both, replace, 1}, Case{"written", Both, write, 0},
                             Case{"has another name left", Both, link, 0},
                             Case{"deleted, not asked", DISPATCH_VNODE_RENAME, remove, 0},
                             Case{"renamed, not asked", DISPATCH_VNODE_DELETE, rename, 0}}) {
-    const fs::path path = folder / entry.name;
-    std::ofstream(path) << "text";
-    const int opened = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    const fs::path path = testFolder() / entry.name;
     calls = 0;
-    const DispatchFileWatch watch(opened, entry.events, queue, [this] { ++calls; });
-    close(opened);
+    const DispatchFileWatch watched = watch(path, entry.events);
     entry.change(path);
-    pass(1);
-    pass(1);
-    EXPECT_EQ(calls, entry.calls) << entry.name;
+    callsAfter(1);
+    EXPECT_EQ(callsAfter(1), entry.calls) << entry.name;
   }
 }
 
 TEST_F(FileWatch, WatchesTheOpenFileNotItsPath) {
-  fs::rename(file, folder / "elsewhere");
+  const DispatchFileWatch watched = watch(file, DISPATCH_VNODE_DELETE);
+  fs::rename(file, testFolder() / "elsewhere");
   std::ofstream(file) << "another file";
-  const DispatchFileWatch watched = watch();
   fs::remove(file);
-  pass(1);
-  EXPECT_EQ(calls, 0);
-  fs::remove(folder / "elsewhere");
-  pass(1);
-  EXPECT_EQ(calls, 1);
+  EXPECT_EQ(callsAfter(1), 0);
+  fs::remove(testFolder() / "elsewhere");
+  EXPECT_EQ(callsAfter(1), 1);
 }
 
-TEST_F(FileWatch, TellsNothingOnceItsHandleHasGone) {
+TEST_F(FileWatch, ItsHandlerAndATimersThatWaitOnTheQueueDoNotStartOnceTheHandlesHaveGone) {
   const auto release = dispatch_semaphore_create(0);
   dispatch_async(queue, [release] { dispatch_semaphore_wait(release); });
   {
-    const DispatchFileWatch watched = watch();
+    const DispatchTimer timer = timerAfter(1);
+    const DispatchFileWatch watched = watch(file);
     fs::remove(file);
-    loop.advance(1);  // The handler waits on the queue now.
+    loop.advance(1);
   }
   dispatch_semaphore_signal(release);
-  pass(1);
-  EXPECT_EQ(calls, 0);
+  EXPECT_EQ(callsAfter(1), 0);
 }
 
 TEST_F(FileWatch, ItsHandlerMayDropIt) {
-  DispatchFileWatch watched(descriptor, DISPATCH_VNODE_DELETE, queue, [&] {
+  std::ofstream(file) << "text";
+  const FileDescriptor opened(open(file.c_str(), O_RDONLY | O_CLOEXEC));
+  DispatchFileWatch watched(opened.get(), DISPATCH_VNODE_DELETE, queue, [&] {
     watched = {};
     ++calls;
   });
   fs::remove(file);
-  pass(1);
-  EXPECT_EQ(calls, 1);
-}
-
-TEST(FileWatchOnTheDesktop, HearsOfADeletion) {
-  const fs::path path = testFolder() / "on-the-desktop";
-  std::ofstream(path) << "text";
-  const int opened = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  std::atomic<bool> told = false;
-  const auto queue = dispatch_queue_create("desktop");
-  const DispatchFileWatch watch(opened, DISPATCH_VNODE_DELETE, queue, [&] { told = true; });
-  fs::remove(path);
-  EXPECT_TRUE(waitUntil([&] {
-    NSRunLoop::mainRunLoop().runPending();
-    return told.load();
-  }));
-  close(opened);
+  EXPECT_EQ(callsAfter(1), 1);
 }
 
 }  // namespace

@@ -1,7 +1,11 @@
 #include "Tests/Platform/EventKit/EventListing.h"
 
-#include <algorithm>
+#include <gtest/gtest.h>
 
+#include <algorithm>
+#include <fstream>
+
+#include "Platform/Foundation/Text/NSString.h"
 #include "Tests/Platform/Support/Files.h"
 
 EKCalendarPlaces placesIn(const std::filesystem::path& folder) {
@@ -31,4 +35,27 @@ std::string lineOf(const EKEvent& event) {
   if (isDeclined) said += ",declined";
   return event.startDate().description() + "\t" + event.endDate().description() + "\t" +
          (said.empty() ? "-" : said.substr(1)) + "\t" + event.title().value_or("(none)");
+}
+
+std::multiset<std::string> linesOf(const EKEventStore& store) {
+  std::multiset<std::string> lines;
+  for (const auto& event : eventsBetween(store, "2026-01-01 00:00:00", "2027-01-01 00:00:00"))
+    lines.insert(lineOf(*event));
+  return lines;
+}
+
+void expectLines(const std::multiset<std::string>& found, std::string_view zone,
+                 std::string_view leftOut) {
+  std::multiset<std::string> expected;
+  std::ifstream table(std::filesystem::path(PLATFORM_TEST_FOLDER) / "EventKit/expected-events.tsv");
+  for (std::string line; std::getline(table, line);) {
+    const auto columns = componentsSeparatedByString(line, "\t");
+    if (columns[0] != zone || columns[1] == leftOut) continue;
+    expected.insert(line.substr(columns[0].size() + columns[1].size() + 2));
+  }
+  EXPECT_GT(expected.size(), 100U) << zone;
+  for (const std::string& line : expected)
+    EXPECT_EQ(found.count(line), expected.count(line)) << zone << " expected " << line;
+  for (const std::string& line : found)
+    EXPECT_EQ(found.count(line), expected.count(line)) << zone << " found " << line;
 }

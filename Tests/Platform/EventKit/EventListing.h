@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -16,3 +17,10 @@ std::vector<std::shared_ptr<const EKEvent>> eventsBetween(const EKEventStore& st
 
 /// "start<TAB>end<TAB>all-day,cancelled,declined<TAB>title", as in "expected-events.tsv".
 std::string lineOf(const EKEvent& event);
+
+/// The lines of all events of 2026.
+std::multiset<std::string> linesOf(const EKEventStore& store);
+
+/// Compares with those that "expected-events.tsv" has for a system zone, `leftOut` apart.
+void expectLines(const std::multiset<std::string>& found, std::string_view zone,
+                 std::string_view leftOut = "");

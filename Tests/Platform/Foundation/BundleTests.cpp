@@ -6,44 +6,31 @@
 
 #include "Platform/Foundation/Files/NSBundle.h"
 #include "Platform/Foundation/Files/NSPathUtilities.h"
+#include "Platform/Foundation/Text/NSString.h"
 #include "Platform/Foundation/Text/StringsFile.h"
 #include "Tests/Platform/Support/Files.h"
+#include "Tests/Platform/Support/Table.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 
+constexpr auto Table = "Platform/Foundation/BundleTests.tsv";
+
 TEST(Paths, FollowTheBaseDirectories) {
   const EnvironmentVariable home("HOME", "/homes/ada");
-  struct Case {
-    const char* variable;
-    const char* given;
-    const char* byDefault;
-    const char* bySetting;  ///< With the variable set to "/elsewhere".
-  };
-  for (const auto& [variable, given, byDefault, bySetting] :
-       {Case{"XDG_CONFIG_HOME", "~/Library/Preferences/a.plist",
-             "/homes/ada/.config/velmora5/a.plist", "/elsewhere/velmora5/a.plist"},
-        Case{"XDG_STATE_HOME", "~/Library/Logs/a.log",
-             "/homes/ada/.local/state/velmora5/Logs/a.log", "/elsewhere/velmora5/Logs/a.log"},
-        Case{"XDG_DATA_HOME", "~/Library/Application Support/X/a", "/homes/ada/.local/share/X/a",
-             "/elsewhere/X/a"},
-        Case{"VELMORA_UNUSED", "~/notes", "/homes/ada/notes", "/homes/ada/notes"}}) {
+  for (const auto& [variable, path, byDefault, bySetting] : tableRows<4>(Table, "paths")) {
     {
       const EnvironmentVariable setting(variable, "/elsewhere");
-      EXPECT_EQ(resolvedPath(given), bySetting);
+      EXPECT_EQ(resolvedPath(path), bySetting);
     }
     // The base directory specification: an empty or relative value counts as unset.
     for (const std::optional<std::string>& value :
          {std::optional<std::string>(), std::optional<std::string>(""),
           std::optional<std::string>("relative/folder")}) {
       const EnvironmentVariable setting(variable, value);
-      EXPECT_EQ(resolvedPath(given), byDefault) << value.value_or("(unset)");
+      EXPECT_EQ(resolvedPath(path), byDefault) << value.value_or("(unset)");
     }
-  }
-  for (const char* path :
-       {"/etc/localtime", "~", "", "relative", "/Library/Application Support/"}) {
-    EXPECT_EQ(resolvedPath(path), path);
   }
 }
 
@@ -58,14 +45,12 @@ TEST(Paths, SupportFilesLieInTheInstallation) {
 class Bundle : public testing::Test {
  protected:
   Bundle() {
-    for (const char* name : {"Sun.svg", "Moon.png", "Both.svg", "Both.png", "a.b.svg"}) {
+    for (const char* name :
+         {"Sun.svg", "Moon.png", "Both.svg", "Both.png", "a.b.svg", "../outside.svg",
+          "de.lproj/a.strings", "en.lproj/a.strings", "pt_BR.lproj/a.strings"}) {
       writeFile(folder / name, "x");
     }
     fs::create_directory(folder / "Folder.svg");
-    writeFile(folder.parent_path() / "outside.svg", "x");
-    for (const char* file : {"de.lproj/a.strings", "en.lproj/a.strings", "pt_BR.lproj/a.strings"}) {
-      writeFile(folder / file, "x");
-    }
   }
 
   const fs::path folder = freshFolder() / "Test.bundle";
@@ -95,15 +80,11 @@ TEST_F(Bundle, ListsItsLanguagesAndTheirFiles) {
 
 TEST(Localizations, AreOrderedByPreference) {
   using Names = std::vector<std::string>;
-  struct Case {
-    Names wanted;
-    Names expected;
-  };
   const Names available = {"de", "en", "pt", "pt_BR", "pt_PT"};
-  for (const auto& [wanted, expected] :
-       {Case{{"pt_BR"}, {"pt_BR", "pt", "pt_PT"}}, Case{{"pt_AO"}, {"pt", "pt_BR", "pt_PT"}},
-        Case{{"de_AT", "en_US"}, {"de", "en"}}, Case{{"ja", "de"}, {"de"}}, Case{{}, {"en"}}}) {
-    EXPECT_EQ(NSBundle::preferredLocalizationsFromArray(available, wanted), expected);
+  for (const auto& [wanted, expected] : tableRows<2>(Table, "languages")) {
+    const auto names = wanted.empty() ? Names() : componentsSeparatedByString(wanted, " ");
+    EXPECT_EQ(NSBundle::preferredLocalizationsFromArray(available, names),
+              componentsSeparatedByString(expected, " "));
   }
   EXPECT_EQ(NSBundle::preferredLocalizationsFromArray({"fr", "it"}, {"ja"}), (Names{"fr"}));
   EXPECT_TRUE(NSBundle::preferredLocalizationsFromArray({}, {"ja"}).empty());
@@ -129,12 +110,8 @@ TEST(StringsTable, ReadsTextsCommentsAndEscapes) {
 }
 
 TEST(StringsTable, GivesNothingForAnythingElse) {
-  for (const char* text :
-       {"\"a\" = ", "\"a\" = \"b\"", "\"a\" \"b\";", "a = \"b\";", "/* open", "\"a\" = \"b\";;",
-        "\"a\" = \"\\x\";", "\"a\" = \"\\U12\";", "\"a\" = \"\\U12G4\";", "\"a\" = \"\\UD83D\";",
-        "\"a\" = \"\\U0000\";", "\"a\" = \"b\\"}) {
+  for (const auto& [text] : tableRows<1>(Table, "no strings"))
     EXPECT_FALSE(stringsTableFromText(text).has_value()) << text;
-  }
 }
 
 // Cut anywhere or with any byte changed: nothing, or a table, but no trap.

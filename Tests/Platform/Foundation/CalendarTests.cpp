@@ -2,77 +2,70 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <string>
 
 #include "Platform/Foundation/Text/NSLocale.h"
+#include "Platform/Foundation/Text/NSString.h"
 #include "Tests/Platform/Support/Files.h"
+#include "Tests/Platform/Support/Table.h"
 
 namespace {
 
-class Calendar : public testing::Test {
- protected:
-  ~Calendar() override {
-    NSLocale::setCurrentLocale("");
-    NSTimeZone::resetSystemTimeZone();
-  }
-};
+constexpr auto Table = "Platform/Foundation/CalendarTests.tsv";
 
-// Python's isocalendar; by the American rule, counted by hand, January 1 is always in week 1.
-TEST_F(Calendar, WeeksAtTheTurnsOfYears) {
-  struct Case {
-    const char* noon;
-    int iso, american;
-  };
+TEST(Calendar, WeeksAtTheTurnsOfYears) {
   NSCalendar calendar = NSCalendar::gregorianCalendar();
-  for (const auto& [noon, iso, american] : {Case{"2018-12-30 12:00:00", 52, 1},
-                                            {"2018-12-31 12:00:00", 1, 1},
-                                            {"2020-12-31 12:00:00", 53, 1},
-                                            {"2021-01-03 12:00:00", 53, 2},
-                                            {"2021-01-04 12:00:00", 1, 2},
-                                            {"2022-01-01 12:00:00", 52, 1},
-                                            {"2022-12-31 12:00:00", 52, 53}}) {
+  for (const auto& [date, iso, american] : tableRows<3>(Table, "weeks")) {
+    const NSDate noon = utc(date + " 12:00:00");
     calendar.setFirstWeekday(2);
     calendar.setMinimumDaysInFirstWeek(4);
-    EXPECT_EQ(calendar.component(NSCalendarUnitWeekOfYear, utc(noon)), iso) << noon;
+    EXPECT_EQ(calendar.component(NSCalendarUnitWeekOfYear, noon), std::stoi(iso)) << date;
     calendar.setFirstWeekday(1);
     calendar.setMinimumDaysInFirstWeek(1);
-    EXPECT_EQ(calendar.component(NSCalendarUnitWeekOfYear, utc(noon)), american) << noon;
+    EXPECT_EQ(calendar.component(NSCalendarUnitWeekOfYear, noon), std::stoi(american)) << date;
   }
 }
 
-// Friday 2021-01-01 is in week 53 of 2020 (ISO 8601).
-TEST_F(Calendar, TheLocaleDecidesTheWeek) {
-  struct Case {
-    const char* locale;
-    int firstWeekday;
-    int minimumDays;
-    int newYear2021;
-  };
-  for (const auto& [locale, firstWeekday, minimumDays, newYear2021] :
-       {Case{"de_DE", 2, 4, 53}, Case{"en_US", 1, 1, 1}, Case{"ar_EG", 7, 1, 1}}) {
+TEST(Calendar, TheLocaleDecidesTheWeek) {
+  const NSDate newYear = utc("2021-01-01 12:00:00");
+  for (const auto& [locale, firstWeekday, days, week] : tableRows<4>(Table, "locales")) {
     NSLocale::setCurrentLocale(locale);
     const NSCalendar calendar = NSCalendar::currentCalendar();
-    EXPECT_EQ(calendar.firstWeekday(), firstWeekday) << locale;
-    EXPECT_EQ(NSLocale::currentLocale().firstWeekday(), firstWeekday) << locale;
-    EXPECT_EQ(calendar.minimumDaysInFirstWeek(), minimumDays) << locale;
-    EXPECT_EQ(calendar.component(NSCalendarUnitWeekOfYear, utc("2021-01-01 12:00:00")), newYear2021)
-        << locale;
+    EXPECT_EQ(calendar.firstWeekday(), std::stoi(firstWeekday)) << locale;
+    EXPECT_EQ(NSLocale::currentLocale().firstWeekday(), std::stoi(firstWeekday)) << locale;
+    EXPECT_EQ(calendar.minimumDaysInFirstWeek(), std::stoi(days)) << locale;
+    EXPECT_EQ(calendar.component(NSCalendarUnitWeekOfYear, newYear), std::stoi(week)) << locale;
   }
 }
 
-TEST_F(Calendar, SplitsAnInstant) {
+/// "day=1 hour=-2".
+NSDateComponents componentsOf(const std::string& text) {
+  const std::map<std::string, std::optional<int64_t> NSDateComponents::*> parts = {
+      {"year", &NSDateComponents::year},       {"month", &NSDateComponents::month},
+      {"day", &NSDateComponents::day},         {"hour", &NSDateComponents::hour},
+      {"minute", &NSDateComponents::minute},   {"second", &NSDateComponents::second},
+      {"weekday", &NSDateComponents::weekday}, {"weekOfYear", &NSDateComponents::weekOfYear}};
+  NSDateComponents components;
+  for (const std::string& part : componentsSeparatedByString(text, " ")) {
+    const size_t sign = part.find('=');
+    components.*parts.at(part.substr(0, sign)) = std::stoll(part.substr(sign + 1));
+  }
+  return components;
+}
+
+TEST(Calendar, SplitsAnInstant) {
   NSCalendar calendar = NSCalendar::gregorianCalendar();
   calendar.setTimeZone(*NSTimeZone::timeZoneWithName("Asia/Kathmandu"));
   const NSDate date = utc("2024-02-29 18:20:59.999");  // Friday 1 March, 00:05 in Kathmandu.
-  const std::pair<NSCalendarUnit, int64_t> parts[] = {
-      {NSCalendarUnitEra, 1},     {NSCalendarUnitYear, 2024}, {NSCalendarUnitMonth, 3},
-      {NSCalendarUnitDay, 1},     {NSCalendarUnitHour, 0},    {NSCalendarUnitMinute, 5},
-      {NSCalendarUnitSecond, 59}, {NSCalendarUnitWeekday, 6}};
-  for (const auto& [unit, value] : parts)
-    EXPECT_EQ(calendar.component(unit, date), value) << unit;
-  EXPECT_EQ(
-      calendar.components(NSCalendarUnitYear | NSCalendarUnitDay | NSCalendarUnitWeekday, date),
-      (NSDateComponents{.year = 2024, .day = 1, .weekday = 6}));
+  const uint64_t all = NSCalendarUnitEra | NSCalendarUnitYear | NSCalendarUnitMonth |
+                       NSCalendarUnitDay | NSCalendarUnitHour | NSCalendarUnitMinute |
+                       NSCalendarUnitSecond | NSCalendarUnitWeekday;
+  NSDateComponents expected = componentsOf("year=2024 month=3 day=1 hour=0 minute=5 second=59");
+  expected.era = 1;
+  expected.weekday = 6;
+  EXPECT_EQ(calendar.components(all, date), expected);
+  EXPECT_EQ(calendar.components(NSCalendarUnitYear, date), (NSDateComponents{.year = 2024}));
   EXPECT_EQ(calendar.ordinalityOfUnit(NSCalendarUnitDay, NSCalendarUnitMonth, date), 1);
   EXPECT_EQ(calendar.ordinalityOfUnit(NSCalendarUnitDay, NSCalendarUnitYear, date), 31 + 29 + 1);
   const auto ask = [&](uint64_t units) { return calendar.components(units, date); };
@@ -81,47 +74,21 @@ TEST_F(Calendar, SplitsAnInstant) {
   EXPECT_THROW(ask(NSCalendarUnitDay | 256), std::invalid_argument);
 }
 
-// Europe/Berlin: on 2024-03-31 the clocks go from 02:00 to 03:00, on 2024-10-27 back from 03:00.
-TEST_F(Calendar, MakesInstantsOfParts) {
+TEST(Calendar, MakesInstantsOfPartsAndAddsThem) {
   NSCalendar calendar = NSCalendar::gregorianCalendar();
   calendar.setTimeZone(*NSTimeZone::timeZoneWithName("Europe/Berlin"));
-  const std::pair<NSDateComponents, const char*> cases[] = {
-      {{.year = 2024, .month = 7, .day = 5, .hour = 1, .minute = 2, .second = 3},
-       "2024-07-04 23:02:03"},
-      {{.year = 2024, .month = 13, .weekday = 7, .weekOfYear = 30}, "2024-12-31 23:00:00"},
-      {{.year = 2024, .month = 3, .day = 0}, "2024-02-28 23:00:00"},
-      {{.year = 2024, .month = 3, .day = 31, .hour = 2, .minute = 30}, "2024-03-31 01:30:00"},
-      {{.year = 2024, .month = 10, .day = 27, .hour = 2, .minute = 30}, "2024-10-27 00:30:00"},
-  };
-  for (const auto& [parts, instant] : cases)
-    EXPECT_EQ(calendar.dateFromComponents(parts), utc(instant)) << instant;
-  EXPECT_THROW(calendar.dateFromComponents({.year = int64_t{1} << 32}), std::out_of_range);
-}
-
-TEST_F(Calendar, AddsParts) {
-  NSCalendar calendar = NSCalendar::gregorianCalendar();
-  calendar.setTimeZone(*NSTimeZone::timeZoneWithName("Europe/Berlin"));
-  struct Case {
-    NSDateComponents amount;
-    const char* from;
-    const char* to;
-  };
-  // A day over the change of the clocks has 23 or 25 hours.
-  for (const auto& [amount, from, to] :
-       {Case{{.day = 1}, "2024-03-30 23:00:00", "2024-03-31 22:00:00"},
-        Case{{.day = 1}, "2024-10-26 22:00:00", "2024-10-27 23:00:00"},
-        Case{{.hour = 24}, "2024-10-26 22:00:00", "2024-10-27 22:00:00"},
-        Case{{.month = 1}, "2024-01-31 12:00:00", "2024-02-29 12:00:00"},
-        Case{{.year = -1, .day = 1}, "2024-02-29 12:00:00", "2023-03-01 12:00:00"},
-        Case{{.second = 90, .weekOfYear = 1}, "2024-01-01 00:00:00", "2024-01-08 00:01:30"},
-        Case{{}, "2024-01-31 12:00:00", "2024-01-31 12:00:00"}}) {
-    EXPECT_EQ(calendar.dateByAddingComponents(amount, utc(from)), utc(to)) << from;
+  for (const auto& [parts, moment] : tableRows<2>(Table, "moments"))
+    EXPECT_EQ(calendar.dateFromComponents(componentsOf(parts)), utc(moment)) << parts;
+  const NSDate date = utc("2024-01-31 12:00:00");
+  for (const auto& [amount, from, to] : tableRows<3>(Table, "sums")) {
+    EXPECT_EQ(calendar.dateByAddingComponents(componentsOf(amount), utc(from)), utc(to)) << amount;
   }
-  EXPECT_THROW(calendar.dateByAddingComponents({.weekday = 1}, utc("2024-01-31 12:00:00")),
-               std::invalid_argument);
+  EXPECT_EQ(calendar.dateByAddingComponents({}, date), date);
+  EXPECT_THROW(calendar.dateFromComponents({.year = int64_t{1} << 32}), std::out_of_range);
+  EXPECT_THROW(calendar.dateByAddingComponents({.weekday = 1}, date), std::invalid_argument);
 }
 
-TEST_F(Calendar, FollowsTheSystemsZoneAfterAReset) {
+TEST(Calendar, FollowsTheSystemsZoneAfterAReset) {
   const NSCalendar calendar = NSCalendar::gregorianCalendar();
   NSCalendar fixed = NSCalendar::gregorianCalendar();
   fixed.setTimeZone(*NSTimeZone::timeZoneWithName("UTC"));
@@ -134,21 +101,15 @@ TEST_F(Calendar, FollowsTheSystemsZoneAfterAReset) {
   }
 }
 
-// 2024-07-05 is 5 July 2567 of the Buddhist era and 15 Tir (month 4) 1403.
-TEST_F(Calendar, TheUsersOwnNeedNotBeGregorian) {
-  struct Case {
-    const char* locale;
-    int64_t year, month;
-  };
+TEST(Calendar, TheUsersOwnNeedNotBeGregorian) {
   const NSDate date = utc("2024-07-05 09:00:00");
   const NSCalendar updating = NSCalendar::autoupdatingCurrentCalendar();
-  for (const auto& [locale, year, month] :
-       {Case{"th_TH", 2567, 7}, Case{"fa_IR", 1403, 4}, Case{"en_US", 2024, 7}}) {
+  for (const auto& [locale, year, month] : tableRows<3>(Table, "calendars")) {
     NSLocale::setCurrentLocale(locale);
     const NSCalendar own = NSCalendar::currentCalendar();
-    EXPECT_EQ(own.component(NSCalendarUnitYear, date), year) << locale;
-    EXPECT_EQ(own.component(NSCalendarUnitMonth, date), month) << locale;
-    EXPECT_EQ(updating.component(NSCalendarUnitYear, date), year) << locale;
+    EXPECT_EQ(own.component(NSCalendarUnitYear, date), std::stoi(year)) << locale;
+    EXPECT_EQ(own.component(NSCalendarUnitMonth, date), std::stoi(month)) << locale;
+    EXPECT_EQ(updating.component(NSCalendarUnitYear, date), std::stoi(year)) << locale;
     EXPECT_EQ(updating.firstWeekday(), own.firstWeekday()) << locale;
     EXPECT_EQ(NSCalendar::gregorianCalendar().component(NSCalendarUnitYear, date), 2024) << locale;
   }

@@ -10,28 +10,22 @@
 #include "Platform/Dispatch/Dispatch.h"
 #include "Platform/Foundation/NSObject.h"
 #include "Platform/Foundation/RunLoop/NSTimer.h"
-#include "Platform/Foundation/RunLoop/VirtualRunLoop.h"
 #include "Platform/Foundation/Time/NSDate.h"
+#include "Tests/Platform/Support/VirtualTime.h"
 
 namespace {
 
-class DelayedCall : public testing::Test {
+class DelayedCall : public testing::Test, protected VirtualTime {
  protected:
-  DelayedCall() {
-    NSRunLoop::setMainRunLoop(&loop);
-    SystemClock::install(&clock);
-  }
-  ~DelayedCall() override {
-    NSRunLoop::setMainRunLoop(nullptr);
-    SystemClock::install(nullptr);
-  }
-
   void call(NSObject& target, const char* selector, double delay) {
     target.performSelectorAfterDelay(selector, delay, [this, selector] { notes += selector; });
   }
 
-  ManualClock clock{0};
-  VirtualRunLoop loop{clock};
+  std::string notesAfter(double seconds) {
+    loop.advance(seconds);
+    return notes;
+  }
+
   std::string notes;
 };
 
@@ -49,26 +43,16 @@ TEST(ManualClock, SecondsAndTheirPartsAreExact) {
   }
 }
 
-TEST_F(DelayedCall, RunsOnceAtItsMoment) {
+TEST_F(DelayedCall, RunsOnceAtItsMomentAlsoWhereTheWallClockIsSetBack) {
   const auto target = std::make_shared<NSObject>();
-  call(*target, "b", 2);
+  call(*target, "b", 10);
   call(*target, "a", 1);
-  loop.advance(0.999999);
-  EXPECT_EQ(notes, "");
-  loop.advance(0.000001);
-  EXPECT_EQ(notes, "a");
-  loop.advance(100);
-  EXPECT_EQ(notes, "ab");
-}
-
-TEST_F(DelayedCall, IsNotMovedByASetBackOfTheWallClock) {
-  const auto target = std::make_shared<NSObject>();
-  call(*target, "x", 10);
-  loop.advance(5);
+  EXPECT_EQ(notesAfter(0.999999), "");
+  EXPECT_EQ(notesAfter(0.000001), "a");
   clock.setTimeIntervalSince1970(-0.5);
   EXPECT_EQ(NSDate::date().description(), "1969-12-31 23:59:59 +0000");
-  loop.advance(5);
-  EXPECT_EQ(notes, "x");
+  EXPECT_EQ(notesAfter(9), "ab");
+  EXPECT_EQ(notesAfter(100), "ab");
 }
 
 TEST_F(DelayedCall, CancellingDropsOnlyThatSelectorOfThatObject) {
@@ -79,8 +63,7 @@ TEST_F(DelayedCall, CancellingDropsOnlyThatSelectorOfThatObject) {
   call(*target, "xy", 3);
   call(*other, "x", 4);
   target->cancelPreviousPerformRequests("x");
-  loop.advance(10);
-  EXPECT_EQ(notes, "xyx");
+  EXPECT_EQ(notesAfter(10), "xyx");
 }
 
 TEST_F(DelayedCall, TheTargetMayBeReleasedDuringItsOwnCall) {
@@ -92,8 +75,7 @@ TEST_F(DelayedCall, TheTargetMayBeReleasedDuringItsOwnCall) {
     notes = "done";
   });
   call(*target, "dropped with its target", 2);
-  loop.advance(10);
-  EXPECT_EQ(notes, "done");
+  EXPECT_EQ(notesAfter(10), "done");
   EXPECT_TRUE(watched.expired());
 }
 
@@ -105,8 +87,7 @@ TEST_F(DelayedCall, MayRenewAndCancelItselfDuringItsCall) {
     if (notes.size() < 3) target->performSelectorAfterDelay("renew", 1, renew);
   };
   target->performSelectorAfterDelay("renew", 1, renew);
-  loop.advance(10);
-  EXPECT_EQ(notes, "xxx");
+  EXPECT_EQ(notesAfter(10), "xxx");
 }
 
 TEST_F(DelayedCall, ATimerCallsAgainAndAgainAndMayEndItself) {
@@ -114,20 +95,15 @@ TEST_F(DelayedCall, ATimerCallsAgainAndAgainAndMayEndItself) {
     notes += "x";
     if (notes.size() == 5) timer.reset();
   });
-  loop.advance(59.999);
-  EXPECT_EQ(notes, "");
-  loop.advance(120.002);
-  EXPECT_EQ(notes, "xxx");
+  EXPECT_EQ(notesAfter(59.999), "");
+  EXPECT_EQ(notesAfter(120.002), "xxx");
   // A loop that was busy for three intervals owes one call, and then keeps the old beat.
   clock.advanceMicroseconds(190'000'000);
   loop.runPending();
   EXPECT_EQ(notes, "xxxx");
-  loop.advance(49.998);
-  EXPECT_EQ(notes, "xxxx");
-  loop.advance(0.001);
-  EXPECT_EQ(notes, "xxxxx");
-  loop.advance(600);
-  EXPECT_EQ(notes, "xxxxx");
+  EXPECT_EQ(notesAfter(49.998), "xxxx");
+  EXPECT_EQ(notesAfter(0.001), "xxxxx");
+  EXPECT_EQ(notesAfter(600), "xxxxx");
 }
 
 // What a setting or a sum may make of a delay. An interval is a tenth of a millisecond at least.
@@ -138,15 +114,11 @@ TEST_F(DelayedCall, DelaysOutOfAnyRangeAreNeitherLostNorEarly) {
     int timerCalls;  ///< Of a timer with such an interval.
   };
   constexpr double Infinity = std::numeric_limits<double>::infinity();
-  for (const auto& [seconds, calls, timerCalls] : {Case{0, 1, 10},
-                                                   {-5, 1, 10},
-                                                   {-1e300, 1, 10},
-                                                   {std::nan(""), 1, 10},
-                                                   {1e-5, 1, 10},
-                                                   {1, 0, 0},
-                                                   {9.3e9, 0, 0},  // Nanoseconds overflow here.
-                                                   {1e12, 0, 0},
-                                                   {Infinity, 0, 0}}) {
+  // Nanoseconds overflow at 9.3e9.
+  for (const auto& [seconds, calls, timerCalls] :
+       {Case{0, 1, 10}, Case{-5, 1, 10}, Case{-1e300, 1, 10}, Case{std::nan(""), 1, 10},
+        Case{1e-5, 1, 10}, Case{1, 0, 0}, Case{9.3e9, 0, 0}, Case{1e12, 0, 0},
+        Case{Infinity, 0, 0}}) {
     SCOPED_TRACE(seconds);
     const auto target = std::make_shared<NSObject>();
     notes.clear();
@@ -162,18 +134,23 @@ TEST_F(DelayedCall, DelaysOutOfAnyRangeAreNeitherLostNorEarly) {
   loop.advance(1);
 }
 
-TEST_F(DelayedCall, TheMainQueueRunsWorkAfterATime) {
+TEST_F(DelayedCall, AQueueRunsWorkAfterATime) {
+  const auto worker = dispatch_queue_create("worker ");
+  const auto note = [this] { notes += dispatch_get_current_label(); };
   loop.advance(3);
   const dispatch_time_t base = dispatch_time(DISPATCH_TIME_NOW, 2'000'000'000);
-  dispatch_after(dispatch_time(base, 1'000'000'000), dispatch_get_main_queue(),
-                 [this] { notes += "b"; });
-  dispatch_after(base, dispatch_get_main_queue(), [this] { notes += "a"; });
+  dispatch_after(dispatch_time(base, 1'000'000'000), worker, note);
+  dispatch_after(base, dispatch_get_main_queue(), note);
   dispatch_after(DISPATCH_TIME_NOW, dispatch_get_main_queue(), [this] { notes += "now "; });
   EXPECT_EQ(notes, "");
-  loop.advance(2);
-  EXPECT_EQ(notes, "now a");
-  loop.advance(1);
-  EXPECT_EQ(notes, "now ab");
+  for (const auto& [seconds, expected] : {std::pair{1.999999, "now "},
+                                          {0.000001, "now main"},
+                                          {0.999999, "now main"},
+                                          {0.000001, "now mainworker "}}) {
+    loop.advance(seconds);
+    dispatch_sync(worker, [] {});
+    EXPECT_EQ(notes, expected);
+  }
 }
 
 }  // namespace

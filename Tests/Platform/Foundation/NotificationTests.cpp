@@ -12,8 +12,8 @@
 #include <string>
 
 #include "Platform/Foundation/Notifications/NSDistributedNotificationCenter.h"
-#include "Platform/Foundation/RunLoop/VirtualRunLoop.h"
 #include "Tests/Platform/Support/Files.h"
+#include "Tests/Platform/Support/VirtualTime.h"
 #include "Tests/Support/ChildProcess.h"
 #include "Tests/Support/TestBus.h"
 
@@ -25,18 +25,14 @@ class Notifications : public testing::Test {
     return center->addObserver(name, [this, note](const NSNotification&) { notes += note; });
   }
 
+  std::string notesAfterAPost() {
+    center->postNotification("n");
+    return notes;
+  }
+
   std::optional<NSNotificationCenter> center{std::in_place};
   std::string notes;
 };
-
-TEST_F(Notifications, ArriveDuringThePostInTheOrderOfRegistration) {
-  const auto a = noting("n", "a");
-  const auto other = noting("other", "x");
-  const auto b = noting("n", "b");
-  const auto c = noting("n", "c");
-  center->postNotification("n");
-  EXPECT_EQ(notes, "abc");
-}
 
 TEST_F(Notifications, ObserversMayComeAndGoDuringAPost) {
   std::optional<NSObservation> added;
@@ -51,20 +47,19 @@ TEST_F(Notifications, ObserversMayComeAndGoDuringAPost) {
   second = noting("n", "never ");
   const auto inner = noting("inner", "inner ");
   const auto third = noting("n", "third ");
-  center->postNotification("n");
-  EXPECT_EQ(notes, "first inner third ");
-  center->postNotification("n");
-  EXPECT_EQ(notes, "first inner third third added ");
+  EXPECT_EQ(notesAfterAPost(), "first inner third ");
+  EXPECT_EQ(notesAfterAPost(), "first inner third third added ");
 }
 
-TEST_F(Notifications, OneThatThrowsSilencesNoOther) {
+TEST_F(Notifications, ArriveInTheOrderOfRegistrationAlsoBehindAFault) {
   const auto a = noting("n", "a");
+  const auto other = noting("other", "x");
   const auto faulty =
       center->addObserver("n", [](const NSNotification&) { throw std::runtime_error("faulty"); });
   const auto b = noting("n", "b");
+  const auto c = noting("n", "c");
   testing::internal::CaptureStderr();
-  center->postNotification("n");
-  EXPECT_EQ(notes, "ab");
+  EXPECT_EQ(notesAfterAPost(), "abc");
   EXPECT_NE(testing::internal::GetCapturedStderr().find("error: faulty"), std::string::npos);
 }
 
@@ -77,23 +72,16 @@ TEST_F(Notifications, ADroppedHandlerGoesAtOnce) {
   EXPECT_FALSE(watched.expired());
   observation = NSObservation();
   EXPECT_TRUE(watched.expired());
-  center->postNotification("n");
-  EXPECT_EQ(notes, "");
+  EXPECT_EQ(notesAfterAPost(), "");
 }
 
 TEST_F(Notifications, AHandleMayOutliveItsCentre) {
-  auto observation = noting("n", "x");
+  const auto observation = noting("n", "x");
   center.reset();
-  observation = NSObservation();
-  center.emplace();
-  center->postNotification("n");
-  EXPECT_EQ(notes, "");
 }
 
 TEST(DistributedNotifications, WorkInsideTheProcessWithoutABus) {
-  ManualClock clock(0);
-  VirtualRunLoop loop(clock);
-  NSRunLoop::setMainRunLoop(&loop);
+  VirtualTime time;
   auto& center = NSDistributedNotificationCenter::defaultCenter();
   int calls = 0;
   const auto observation = center.addObserver("org.example.n", [&](const NSNotification& news) {
@@ -104,18 +92,16 @@ TEST(DistributedNotifications, WorkInsideTheProcessWithoutABus) {
   });
   center.postNotification("org.example.n", {{"text", "x"}, {"number", 1}});
   EXPECT_EQ(calls, 0);  // On the run loop, as it comes from a bus.
-  loop.runPending();
+  time.loop.runPending();
   EXPECT_EQ(calls, 1);
-  NSRunLoop::setMainRunLoop(nullptr);
 }
 
 /// As another process would.
-void send(const std::vector<std::string>& arguments) {
-  std::vector<std::string> command = {"dbus-send", "--session", "--type=signal",
-                                      "/com/wenmark/velmora5/Notifications",
-                                      "com.wenmark.velmora5.Notifications.Posted"};
-  command.insert(command.end(), arguments.begin(), arguments.end());
-  EXPECT_EQ(runToEnd(command).status, 0);
+void send(std::vector<std::string> arguments) {
+  arguments.insert(arguments.begin(), {"dbus-send", "--session", "--type=signal",
+                                       "/com/wenmark/velmora5/Notifications",
+                                       "com.wenmark.velmora5.Notifications.Posted"});
+  EXPECT_EQ(runToEnd(arguments).status, 0);
 }
 
 bool served(const std::function<bool()>& condition) {
@@ -151,6 +137,9 @@ TEST(DistributedNotifications, OutlastTheBus) {
   std::string seen;
   const auto observation = center.addObserver(
       "org.example.n", [&](const NSNotification& news) { seen += news.textForKey("k"); });
+  const auto expect = [&](const char* expected) {
+    EXPECT_TRUE(served([&] { return seen == expected; })) << seen;
+  };
   int missed = 0;
   const auto again = center.addObserver(NSDistributedNotificationsMayBeMissedNotification,
                                         [&](const NSNotification&) { ++missed; });
@@ -158,17 +147,17 @@ TEST(DistributedNotifications, OutlastTheBus) {
     SCOPED_TRACE(round);
     seen.clear();
     center.postNotification("org.example.n", {{"k", "there "}});
-    EXPECT_TRUE(served([&] { return seen == "there "; })) << seen;
+    expect("there ");
     bus.end();
     // The first comes before the end of the bus is known, the second after it.
     center.postNotification("org.example.n", {{"k", "gone "}});
-    EXPECT_TRUE(served([&] { return seen == "there gone "; })) << seen;
+    expect("there gone ");
     center.postNotification("org.example.n", {{"k", "away "}});
-    EXPECT_TRUE(served([&] { return seen == "there gone away "; })) << seen;
+    expect("there gone away ");
     bus.start();
     EXPECT_TRUE(served([&] { return missed == round; }));
     send({"string:org.example.n", "dict:string:string:k,back"});
-    EXPECT_TRUE(served([&] { return seen == "there gone away back"; })) << seen;
+    expect("there gone away back");
   }
 }
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <locale.h>
 
+#include <algorithm>
 #include <cfloat>
 #include <cmath>
 #include <cstdlib>
@@ -11,6 +12,7 @@
 
 #include "Platform/Foundation/PropertyLists/NSPropertyListSerialization.h"
 #include "Tests/Platform/Support/Files.h"
+#include "Tests/Platform/Support/Table.h"
 
 namespace {
 
@@ -23,36 +25,28 @@ constexpr int64_t Maximum = std::numeric_limits<int64_t>::max();
 constexpr int64_t Minimum = std::numeric_limits<int64_t>::min();
 
 TEST(PropertyListValue, NumbersAndTextsConvert) {
-  struct Case {
-    PropertyList value;
-    bool truth;
-    int64_t integer;
-    double real;
-  };
-  for (const auto& [value, truth, integer, real] :
-       {Case{{}, false, 0, 0}, Case{true, true, 1, 1}, Case{-7, true, -7, -7},
-        Case{0.5, true, 0, 0.5}, Case{-2.9, true, -2, -2.9}, Case{1e300, true, Maximum, 1e300},
-        Case{-1e300, true, Minimum, -1e300}, Case{"YES", true, 0, 0}, Case{"no", false, 0, 0},
-        Case{"12.5x", true, 12, 12.5}, Case{"0", false, 0, 0}, Case{Array{1}, false, 0, 0}}) {
-    const std::string label = dataWithPropertyList(value);
-    EXPECT_EQ(value.boolValue(), truth) << label;
-    EXPECT_EQ(value.integerValue(), integer) << label;
-    EXPECT_EQ(value.doubleValue(), real) << label;
-    EXPECT_EQ(value.floatValue(), real > FLT_MAX    ? FLT_MAX
-                                  : real < -FLT_MAX ? -FLT_MAX
-                                                    : static_cast<float>(real))
-        << label;
+  for (const auto& [xml, truth, integer, real] :
+       tableRows<4>("Platform/Foundation/PropertyListTests.tsv", "conversions")) {
+    SCOPED_TRACE(xml);
+    const PropertyList value = propertyListWithData("<plist>" + xml + "</plist>").value();
+    EXPECT_EQ(value.boolValue(), truth == "true");
+    EXPECT_EQ(value.integerValue(), std::stoll(integer));
+    EXPECT_EQ(value.doubleValue(), std::stod(real));
+    EXPECT_EQ(value.floatValue(),
+              std::clamp<float>(std::strtof(real.c_str(), nullptr), -FLT_MAX, FLT_MAX));
   }
+  EXPECT_EQ(PropertyList().doubleValue(), 0);
   EXPECT_EQ(PropertyList(std::nan("")).integerValue(), 0);
 }
 
 // RFC 4648, chapter 10.
 TEST(PropertyListValue, DataAsBase64) {
-  const std::string text = "foobar";
-  const char* expected[] = {"", "Zg==", "Zm8=", "Zm9v", "Zm9vYg==", "Zm9vYmE=", "Zm9vYmFy"};
-  for (size_t length = 0; length <= text.size(); ++length) {
-    EXPECT_EQ(base64Text(Data(text.begin(), text.begin() + static_cast<ptrdiff_t>(length))),
-              expected[length]);
+  EXPECT_EQ(base64Text(Data()), "");
+  for (const auto& [text, expected] : {std::pair<std::string_view, const char*>{"f", "Zg=="},
+                                       {"fo", "Zm8="},
+                                       {"foo", "Zm9v"},
+                                       {"foob", "Zm9vYg=="}}) {
+    EXPECT_EQ(base64Text(Data(text.begin(), text.end())), expected);
   }
 }
 
@@ -114,61 +108,56 @@ TEST(PropertyListXml, RealsDoNotFollowTheProcesssLocale) {
   setlocale(LC_ALL, "C");
 }
 
-TEST(PropertyListBinary, HoldsWhatAnotherWriterWrote) {
-  const auto list = propertyListWithContentsOfFile(fixture("every-kind.plist"));
-  ASSERT_TRUE(list.has_value());
-  Array longOne;
-  for (int number = 0; number < 300; ++number)
-    longOne.emplace_back(number);
-  const Dictionary expected = {
-      {"array", Array{1, "two", Array{}, Dictionary{}}},
-      {"data", Data{0, 1, 2, 3, 4, 5}},
-      {"date", Date{utc("2069-07-20 12:34:56").timeIntervalSince1970()}},
-      {"early", Date{utc("1901-02-03 04:05:06").timeIntervalSince1970()}},
-      {"false", false},
-      {"integers", Array{0, 255, 256, 65536, int64_t{1} << 32, -1, Minimum, Maximum}},
-      {"long", longOne},
-      {"reals", Array{0.1, 1e-300, 1.0 / 3, -2.5}},
-      {"text", "plain"},
-      {"true", true},
-      {"unicode", "Zürich \U0001F600 &<>"}};
-  for (const auto& [key, value] : expected) {
-    ASSERT_TRUE(list->dictionary()->contains(key)) << key;
-    EXPECT_EQ(list->dictionary()->at(key), value) << key;
-  }
-  EXPECT_EQ(list->dictionary()->size(), expected.size());
-  // References, and an integer that is too wide.
+TEST(PropertyListFiles, HoldWhatAnotherWriterWrote) {
+  const auto binary = propertyListWithContentsOfFile(fixture("every-kind.plist"));
+  ASSERT_TRUE(binary.has_value());
+  EXPECT_EQ(binary, propertyListWithContentsOfFile(fixture("every-kind.xml")));
+  const Dictionary& values = *binary->dictionary();
+  EXPECT_EQ(values.size(), 11U);
+  EXPECT_EQ(values.at("date"), Date{utc("2069-07-20 12:34:56").timeIntervalSince1970()});
+  EXPECT_EQ(values.at("integers"),
+            (Array{0, 255, 256, 65536, int64_t{1} << 32, -1, Minimum, Maximum}));
+  EXPECT_EQ(values.at("data"), (Data{0, 1, 2, 3, 4, 5}));
+  EXPECT_EQ(values.at("unicode"), "Zürich \U0001F600 &<>");
+  // References, of a keyed archive and to one text.
   EXPECT_EQ(propertyListWithContentsOfFile(fixture("references.plist")),
             PropertyList(Dictionary{{"$objects", Array{"$null", "x"}},
                                     {"$top", Dictionary{{"root", Dictionary{{"CF$UID", 1}}}}}}));
-  for (const char* none : {"wide-integer.plist", "missing", "."})
+  EXPECT_EQ(propertyListWithContentsOfFile(fixture("repeated.plist")),
+            PropertyList(Array(3000, std::string(50, 'x'))));
+}
+
+// Two of these would take the memory of 2^40 lists and of a thousand long texts.
+TEST(PropertyListFiles, GiveNothingForWhatItCannotHold) {
+  for (const char* none :
+       {"wide-integer.plist", "doubling.plist", "oversized.plist", "missing", "."}) {
     EXPECT_FALSE(propertyListWithContentsOfFile(fixture(none)).has_value()) << none;
+  }
+}
+
+std::string xmlOfManyKinds() {
+  return dataWithPropertyList(Dictionary{
+      {"a", Array{1, 2.5, "x &", Data{1, 2}, Date{0}}}, {"b", true}, {"c", Dictionary{}}});
 }
 
 TEST(DamagedPropertyList, GivesNothingWhereverItIsCut) {
-  const std::string xml = dataWithPropertyList(Dictionary{
-      {"a", Array{1, 2.5, "x &", Data{1, 2}, Date{0}}}, {"b", true}, {"c", Dictionary{}}});
+  const std::string xml = xmlOfManyKinds();
   const size_t end = xml.find("</plist>") + std::string_view("</plist>").size();
-  for (size_t length = 0; length < end; ++length) {
-    EXPECT_FALSE(propertyListWithData(xml.substr(0, length)).has_value()) << length;
-  }
-  const std::string binary = readFile(fixture("every-kind.plist"));
-  for (size_t length = 0; length < binary.size(); ++length) {
-    EXPECT_FALSE(propertyListWithData(binary.substr(0, length)).has_value()) << length;
+  for (const std::string& whole : {xml.substr(0, end), readFile(fixture("every-kind.plist"))}) {
+    for (size_t length = 0; length < whole.size(); ++length)
+      EXPECT_FALSE(propertyListWithData(whole.substr(0, length)).has_value()) << length;
   }
 }
 
 // Whatever the bytes say: nothing or a value, but an end and no trap.
 TEST(DamagedPropertyList, GarbageIsNoTrap) {
   std::mt19937 random(20240229);
-  for (const std::string& whole :
-       {readFile(fixture("every-kind.plist")), readFile(fixture("references.plist")),
-        dataWithPropertyList(Dictionary{{"a", Array{1, 2.5, "x &", Data{1, 2}, Date{0}}}})}) {
+  for (const std::string& whole : {readFile(fixture("every-kind.plist")),
+                                   readFile(fixture("references.plist")), xmlOfManyKinds()}) {
     for (int round = 0; round < 2000; ++round) {
       std::string bytes = whole;
-      for (int count = 1 + round % 5; count > 0; --count) {
+      for (int count = 1 + round % 5; count > 0; --count)
         bytes[random() % bytes.size()] = static_cast<char>(random());
-      }
       propertyListWithData(bytes);
     }
   }
@@ -181,12 +170,12 @@ TEST(DamagedPropertyList, GarbageIsNoTrap) {
 
 TEST(DamagedPropertyList, DeepNestingIsNoTrap) {
   for (const int depth : {64, 65, 1'000'000}) {
-    std::string xml = "<plist version=\"1.0\">";
+    std::string lists;
     for (int level = 0; level < depth; ++level)
-      xml += "<array>";
+      lists += "<array>";
     for (int level = 0; level < depth; ++level)
-      xml += "</array>";
-    EXPECT_EQ(propertyListWithData(xml + "</plist>").has_value(), depth == 64) << depth;
+      lists += "</array>";
+    EXPECT_EQ(propertyListWithData("<plist>" + lists + "</plist>").has_value(), depth == 64);
   }
 }
 
@@ -202,47 +191,6 @@ TEST(DamagedPropertyList, LosesOnlyTheEntryOfABadValue) {
     EXPECT_EQ(list, PropertyList(Dictionary{{"c", true}})) << bad;
     EXPECT_EQ(dropped, std::vector<std::string>{"b"}) << bad;
   }
-}
-
-/// A list that is `count` references to one text.
-std::string repeatingList(uint16_t count, uint16_t length) {
-  const auto number = [](uint64_t value, int width) {
-    std::string bytes;
-    while (width-- > 0)
-      bytes += static_cast<char>(value >> (8 * width));
-    return bytes;
-  };
-  const std::string array = "\xAF\x11" + number(count, 2) + std::string(count, '\1');
-  const std::string text = "\x5F\x11" + number(length, 2) + std::string(length, 'x');
-  const std::string head = "bplist00";
-  return head + array + text + number(head.size(), 4) + number(head.size() + array.size(), 4) +
-         std::string(6, '\0') + "\4\1" + number(2, 8) + number(0, 8) +
-         number(head.size() + array.size() + text.size(), 8);
-}
-
-/// Arrays in a row, each with two references to the next, and a truth value at the end.
-std::string doublingList(size_t levels) {
-  std::string list = "bplist00";
-  std::string offsets;
-  for (size_t level = 0; level < levels; ++level) {
-    offsets += static_cast<char>(list.size());
-    list += {'\xA2', static_cast<char>(level + 1), static_cast<char>(level + 1)};
-  }
-  offsets += static_cast<char>(list.size());
-  list += '\x09';
-  const auto table = static_cast<char>(list.size());
-  list += offsets + std::string(6, '\0') + "\1\1" + std::string(7, '\0');
-  list += static_cast<char>(levels + 1);
-  return list + std::string(15, '\0') + table;
-}
-
-// A list of 100 bytes would otherwise take the memory of 2^40 arrays, one of 130 KB that of 4 GB.
-TEST(DamagedPropertyList, DoublingReferencesDoNotFillTheMemory) {
-  EXPECT_TRUE(propertyListWithData(doublingList(3)).has_value());
-  EXPECT_FALSE(propertyListWithData(doublingList(40)).has_value());
-  EXPECT_EQ(propertyListWithData(repeatingList(3000, 50)),
-            PropertyList(Array(3000, std::string(50, 'x'))));
-  EXPECT_FALSE(propertyListWithData(repeatingList(65535, 65535)).has_value());
 }
 
 }  // namespace

@@ -5,7 +5,6 @@
 #include <cmath>
 #include <cstdio>
 #include <filesystem>
-#include <memory>
 #include <string>
 
 #include "Platform/Foundation/LibraryHandle.h"
@@ -13,40 +12,15 @@
 #include "Platform/Foundation/Zones/TimeZonePlace.h"
 #include "Platform/Foundation/Zones/TimeZoneRules.h"
 #include "Tests/Platform/Support/Files.h"
+#include "Tests/Platform/Support/Table.h"
+
+namespace fs = std::filesystem;
 
 namespace {
 
-NSTimeZone zoneNamed(std::string_view name) {
-  const auto zone = NSTimeZone::timeZoneWithName(name);
-  if (!zone) throw std::runtime_error("the system has no zone " + std::string(name));
-  return *zone;
-}
+constexpr auto Table = "Platform/Foundation/TimeZoneTests.tsv";
 
-struct Change {
-  const char* zone;
-  const char* moment;  ///< UTC, the first second of the new offset.
-  int before;
-  int after;
-};
-
-// Government announcements, as the news file of the tz database quotes them. All are past, so no
-// later edition of the database changes them.
-TEST(ZoneChanges, HaveBothSides) {
-  for (const auto& [name, moment, before, after] :
-       {Change{"Europe/Berlin", "2024-03-31 01:00:00", 3600, 7200},
-        Change{"Europe/Berlin", "2024-10-27 01:00:00", 7200, 3600},
-        Change{"America/New_York", "2007-03-11 07:00:00", -18000, -14400},
-        Change{"Asia/Kathmandu", "1985-12-31 18:30:00", 19800, 20700},
-        Change{"Australia/Lord_Howe", "2024-10-05 15:30:00", 37800, 39600},
-        Change{"Pacific/Apia", "2011-12-30 10:00:00", -36000, 50400},
-        Change{"Europe/Dublin", "2024-10-27 01:00:00", 3600, 0},
-        Change{"Africa/Cairo", "2023-04-27 22:00:00", 7200, 10800}}) {
-    const NSTimeZone zone = zoneNamed(name);
-    const NSDate date = utc(moment);
-    EXPECT_EQ(zone.secondsFromGMTForDate(date.dateByAddingTimeInterval(-0.25)), before) << name;
-    EXPECT_EQ(zone.secondsFromGMTForDate(date), after) << name;
-  }
-}
+NSTimeZone zoneNamed(std::string_view name) { return NSTimeZone::timeZoneWithName(name).value(); }
 
 // Another reader of the same files: any difference is a fault of one of the two. Readings of the
 // wall clock that are skipped are taken by the clocks before the jump, repeated ones the first
@@ -66,12 +40,12 @@ TEST(ZoneFiles, AgreeWithAnotherReader) {
   while (std::fscanf(output.get(), "%63s %7s %lld %d", name, side, &seconds, &offset) == 4) {
     ++samples;
     if (zone.name() != name) zone = zoneNamed(name);
-    const bool local = std::string_view(side) == "local";
-    const auto period =
-        local ? zone.rules().periodAtLocal(seconds) : zone.rules().periodAt(seconds);
-    if (period.offset == offset) continue;
-    ADD_FAILURE() << name << " " << side << " " << seconds << ": " << period.offset
-                  << " instead of " << offset;
+    // At the end of the second: a part of one counts to it, before 1970 as well.
+    const auto moment = NSDate::dateWithTimeIntervalSince1970(static_cast<double>(seconds) + 0.75);
+    const int found = std::string_view(side) == "local" ? zone.rules().periodAtLocal(seconds).offset
+                                                        : zone.secondsFromGMTForDate(moment);
+    if (found == offset) continue;
+    ADD_FAILURE() << name << " " << side << " " << seconds << ": " << found << ", not " << offset;
     ASSERT_LT(++faults, 20);
   }
   EXPECT_GT(samples, 10'000);
@@ -95,61 +69,40 @@ TEST(ZoneNames, AnInstantBeyondAllRulesIsNoTrap) {
   }
 }
 
-struct Setting {
-  std::optional<std::string> variable;
-  const char* name;
-  int winter;  ///< On 2024-01-01.
-  int summer;  ///< On 2024-07-01.
-};
-
-class SystemZone : public testing::Test {
- protected:
-  void expect(const Setting& setting) {
-    const EnvironmentVariable variable("TZ", setting.variable);
-    NSTimeZone::resetSystemTimeZone();
-    const NSTimeZone zone = NSTimeZone::systemTimeZone();
-    const std::string label = setting.variable.value_or("(unset)");
-    EXPECT_EQ(zone.name(), setting.name) << label;
-    EXPECT_EQ(zone.secondsFromGMTForDate(utc("2024-01-01 00:00:00")), setting.winter) << label;
-    EXPECT_EQ(zone.secondsFromGMTForDate(utc("2024-07-01 00:00:00")), setting.summer) << label;
-  }
-
-  ~SystemZone() override { NSTimeZone::resetSystemTimeZone(); }
-};
-
-TEST_F(SystemZone, FollowsTheVariable) {
-  const std::string rule = "EST5EDT,M3.2.0,M11.1.0";
-  for (const Setting& setting :
-       {Setting{":Europe/Paris", "Europe/Paris", 3600, 7200},
-        Setting{"Asia/Tokyo", "Asia/Tokyo", 32400, 32400},
-        Setting{rule, rule.c_str(), -18000, -14400},
-        Setting{"<+0330>-3:30", "<+0330>-3:30", 12600, 12600}, Setting{"", "UTC", 0, 0},
-        Setting{"EST5EDT,M13.2.0,M11.1.0", "UTC", 0, 0},
-        Setting{"../../etc/passwd", "UTC", 0, 0}}) {
-    expect(setting);
-  }
-}
-
-TEST_F(SystemZone, FollowsAFile) {
-  const std::filesystem::path folder = freshFolder();
-  const std::filesystem::path link = folder / "localtime";
-  const EnvironmentVariable file("VELMORA_LOCALTIME_FILE", link.string());
-  std::filesystem::create_symlink("/usr/share/zoneinfo/Asia/Kathmandu", link);
-  expect({std::nullopt, "Asia/Kathmandu", 20700, 20700});
-  expect({":" + link.string(), "Asia/Kathmandu", 20700, 20700});
-  std::filesystem::remove(link);
-  expect({std::nullopt, "UTC", 0, 0});
-  std::filesystem::copy_file("/usr/share/zoneinfo/Europe/Berlin", link);
-  expect({std::nullopt, "Local", 3600, 7200});
-  std::filesystem::remove(link);
-  std::filesystem::create_directory(link);
-  expect({std::nullopt, "UTC", 0, 0});
-}
-
-TEST_F(SystemZone, IsKeptUntilTheReset) {
-  const EnvironmentVariable before("TZ", "Asia/Tokyo");
+/// The system's zone under a `TZ`: its name and its offsets on 2024-01-01 and 2024-07-01.
+std::string systemZone(const std::optional<std::string>& setting) {
+  const EnvironmentVariable variable("TZ", setting);
   NSTimeZone::resetSystemTimeZone();
-  ASSERT_EQ(NSTimeZone::systemTimeZone().name(), "Asia/Tokyo");
+  const NSTimeZone zone = NSTimeZone::systemTimeZone();
+  const auto offsetAt = [&](const char* moment) {
+    return " " + std::to_string(zone.secondsFromGMTForDate(utc(moment)));
+  };
+  return zone.name() + offsetAt("2024-01-01 00:00:00") + offsetAt("2024-07-01 00:00:00");
+}
+
+TEST(SystemZone, FollowsTheVariable) {
+  for (const auto& [variable, name, winter, summer] : tableRows<4>(Table, "variables"))
+    EXPECT_EQ(systemZone(variable), name + " " + winter + " " + summer) << variable;
+}
+
+TEST(SystemZone, FollowsAFile) {
+  const fs::path folder = freshFolder();
+  const fs::path link = folder / "localtime";
+  const EnvironmentVariable file("VELMORA_LOCALTIME_FILE", link.string());
+  fs::create_symlink("/usr/share/zoneinfo/Asia/Kathmandu", link);
+  EXPECT_EQ(systemZone(std::nullopt), "Asia/Kathmandu 20700 20700");
+  EXPECT_EQ(systemZone(":" + link.string()), "Asia/Kathmandu 20700 20700");
+  fs::remove(link);
+  EXPECT_EQ(systemZone(std::nullopt), "UTC 0 0") << "missing";
+  fs::copy_file("/usr/share/zoneinfo/Europe/Berlin", link);
+  EXPECT_EQ(systemZone(std::nullopt), "Local 3600 7200");
+  fs::remove(link);
+  fs::create_directory(link);
+  EXPECT_EQ(systemZone(std::nullopt), "UTC 0 0") << "a folder";
+}
+
+TEST(SystemZone, IsKeptUntilTheReset) {
+  EXPECT_EQ(systemZone("Asia/Tokyo"), "Asia/Tokyo 32400 32400");
   const EnvironmentVariable after("TZ", "Asia/Kolkata");
   EXPECT_EQ(NSTimeZone::systemTimeZone().name(), "Asia/Tokyo");
   NSTimeZone::resetSystemTimeZone();
@@ -157,20 +110,19 @@ TEST_F(SystemZone, IsKeptUntilTheReset) {
 }
 
 // An update of the zone files counts from the next reset on, though a zone of the old ones lives.
-TEST_F(SystemZone, AResetReadsTheFilesAnew) {
-  const std::filesystem::path folder = freshFolder();
+TEST(SystemZone, AResetReadsTheFilesAnew) {
+  const fs::path folder = freshFolder();
   const EnvironmentVariable directory("TZDIR", folder.string());
-  std::filesystem::copy_file("/usr/share/zoneinfo/Asia/Tokyo", folder / "Here");
+  fs::copy_file("/usr/share/zoneinfo/Asia/Tokyo", folder / "Here");
   const NSTimeZone before = zoneNamed("Here");
-  std::filesystem::copy_file("/usr/share/zoneinfo/Asia/Kolkata", folder / "Here",
-                             std::filesystem::copy_options::overwrite_existing);
+  fs::copy_file("/usr/share/zoneinfo/Asia/Kolkata", folder / "Here",
+                fs::copy_options::overwrite_existing);
   NSTimeZone::resetSystemTimeZone();
   EXPECT_EQ(before.secondsFromGMTForDate(utc("2024-01-01 00:00:00")), 32400);
   EXPECT_EQ(zoneNamed("Here").secondsFromGMTForDate(utc("2024-01-01 00:00:00")), 19800);
-  NSTimeZone::resetSystemTimeZone();
 }
 
-TEST_F(SystemZone, AnInstalledZoneStands) {
+TEST(SystemZone, AnInstalledZoneStands) {
   NSTimeZone::setSystemTimeZone(zoneNamed("Pacific/Apia"));
   NSTimeZone::resetSystemTimeZone();
   EXPECT_EQ(NSTimeZone::systemTimeZone().name(), "Pacific/Apia");
@@ -178,24 +130,12 @@ TEST_F(SystemZone, AnInstalledZoneStands) {
   EXPECT_EQ(NSTimeZone::systemTimeZone().name(), "UTC");
 }
 
-// By hand from the coordinates of the tz database: Sydney -3352+15113, Troll -720041+0023206. Old
-// names go by its links: Buenos Aires -3436-05827, Hobart -4253+14719, Kolkata +2232+08822.
 TEST(TimeZonePlace, IsThatOfThePrincipalCity) {
-  struct Case {
-    const char* zone;
-    double latitude;
-    double longitude;
-  };
-  for (const Case& sample : {Case{"Australia/Sydney", -33.8667, 151.2167},
-                             {"Australia/NSW", -33.8667, 151.2167},
-                             {"America/Buenos_Aires", -34.6, -58.45},
-                             {"Australia/Currie", -42.8833, 147.3167},
-                             {"Asia/Calcutta", 22.5333, 88.3667},
-                             {"Antarctica/Troll", -72.0114, 2.5350}}) {
-    const auto place = placeOfTimeZone(sample.zone);
-    ASSERT_TRUE(place) << sample.zone;
-    EXPECT_NEAR(place->latitude, sample.latitude, 1e-4) << sample.zone;
-    EXPECT_NEAR(place->longitude, sample.longitude, 1e-4) << sample.zone;
+  for (const auto& [zone, latitude, longitude] : tableRows<3>(Table, "places")) {
+    const auto place = placeOfTimeZone(zone);
+    ASSERT_TRUE(place) << zone;
+    EXPECT_NEAR(place->latitude, std::stod(latitude), 1e-4) << zone;
+    EXPECT_NEAR(place->longitude, std::stod(longitude), 1e-4) << zone;
   }
   for (const char* zone : {"", "Etc/GMT+5", "No/Where"})
     EXPECT_FALSE(placeOfTimeZone(zone)) << zone;

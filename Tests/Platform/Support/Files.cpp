@@ -36,19 +36,14 @@ fs::path fixture(std::string_view name) {
 }
 
 NSDate utc(std::string_view text) {
-  int year = 0;
-  int month = 0;
-  int day = 0;
-  int hour = 0;
-  int minute = 0;
+  int year = 0, month = 0, day = 0, hour = 0, minute = 0;
   double second = 0;
-  if (std::sscanf(std::string(text).c_str(), "%d-%d-%d %d:%d:%lf", &year, &month, &day, &hour,
-                  &minute, &second) != 6) {
-    throw std::invalid_argument(std::string(text));
-  }
-  const auto date = std::chrono::sys_days(std::chrono::year(year) / month / day);
+  const int read = std::sscanf(std::string(text).c_str(), "%d-%d-%d %d:%d:%lf", &year, &month, &day,
+                               &hour, &minute, &second);
+  if (read < 3) throw std::invalid_argument(std::string(text));
+  const auto days = std::chrono::sys_days(std::chrono::year(year) / month / day);
   return NSDate::dateWithTimeIntervalSince1970(
-      static_cast<double>(date.time_since_epoch().count()) * 86'400 + hour * 3600 + minute * 60 +
+      static_cast<double>(days.time_since_epoch().count()) * 86'400 + hour * 3600 + minute * 60 +
       second);
 }
 

@@ -16,7 +16,7 @@ std::string readFile(const std::filesystem::path& file);
 /// A file of this folder's `Fixtures`.
 std::filesystem::path fixture(std::string_view name);
 
-/// "2024-03-31 01:00:00" in UTC.
+/// "2024-03-31 01:00:00" in UTC, or less of it down to the date.
 NSDate utc(std::string_view text);
 
 /// Sets an environment variable, or unsets it, for as long as this object lives.

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "Platform/AppKit/Drawing/NSBezierPath.h"
+
 Ink inkOf(const BitmapSurface& surface) {
   Ink ink{surface.pixelWidth(), -1, surface.pixelHeight(), -1};
   for (int row = 0; row < surface.pixelHeight(); ++row) {
@@ -18,3 +20,5 @@ Ink inkOf(const BitmapSurface& surface) {
   }
   return ink;
 }
+
+void fill(NSRect rect) { NSBezierPath::bezierPathWithRect(rect).fill(); }

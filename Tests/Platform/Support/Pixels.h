@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "Platform/AppKit/Drawing/CairoGraphicsContext.h"
 
 /// The pixels of a picture that are not clear: the box around them, ends included, and their sum.
@@ -15,3 +17,15 @@ struct Ink {
 };
 
 Ink inkOf(const BitmapSurface& surface);
+
+/// A surface of so many points, drawn on.
+class Drawn : public BitmapSurface {
+ public:
+  Drawn(NSSize size, double scale, const std::function<void()>& draw) : BitmapSurface(size, scale) {
+    const NSCurrentGraphicsContext current(context());
+    draw();
+  }
+};
+
+/// Fills a rectangle in the current context.
+void fill(NSRect rect);

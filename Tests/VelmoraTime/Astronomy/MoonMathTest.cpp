@@ -1,5 +1,7 @@
 #include "Targets/VelmoraTime/Classes/MoonMath.h"
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "Targets/VelmoraTime/Classes/JulianDate.h"
@@ -9,31 +11,19 @@
 
 namespace {
 
-struct JulianCase {
-  int32_t year, month, day, hour, minute, second;
-  double julianDate;
-};
-
-// Meeus, "Astronomical Algorithms", ch. 7, examples and the table of page 62; the second last is
-// the last Julian, the last the first Gregorian day.
-constexpr JulianCase JulianCases[] = {
-    {1957, 10, 4, 19, 26, 24, 2436116.31}, {1988, 1, 27, 0, 0, 0, 2447187.5},
-    {837, 4, 10, 7, 12, 0, 2026871.8},     {-1000, 7, 12, 12, 0, 0, 1356001.0},
-    {-4712, 1, 1, 12, 0, 0, 0.0},          {1582, 10, 4, 0, 0, 0, 2299159.5},
-    {1582, 10, 15, 0, 0, 0, 2299160.5},
-};
-
 TEST(JulianDate, PublishedExamplesBothWays) {
-  for (const JulianCase& c : JulianCases) {
-    SCOPED_TRACE(c.julianDate);
-    EXPECT_NEAR(ucttoj(c.year, c.month - 1, c.day, c.hour, c.minute, c.second), c.julianDate, 1e-6);
-    int32_t year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;
-    jyear(year, month, day, c.julianDate);
-    jhms(hour, minute, second, c.julianDate);
-    EXPECT_EQ(year, c.year);
-    EXPECT_EQ(month, c.month);
-    EXPECT_EQ(day, c.day);
-    EXPECT_EQ(hour * 3600 + minute * 60 + second, c.hour * 3600 + c.minute * 60 + c.second);
+  for (const auto& row : rowsOf<7>("julian dates")) {
+    SCOPED_TRACE(row[6]);
+    const double julianDate = std::stod(row[6]);
+    std::array<int32_t, 6> fields{};
+    std::transform(row.begin(), row.begin() + 6, fields.begin(),
+                   [](const std::string& column) { return std::stoi(column); });
+    auto [year, month, day, hour, minute, second] = fields;
+    EXPECT_NEAR(ucttoj(year, month - 1, day, hour, minute, second), julianDate, 1e-6);
+    std::array<int32_t, 6> found{};
+    jyear(found[0], found[1], found[2], julianDate);
+    jhms(found[3], found[4], found[5], julianDate);
+    EXPECT_EQ(found, fields);
   }
   // The nearest second of the last half second is hour 24 of the same day.
   int32_t hour = 0, minute = 0, second = 0;
@@ -73,94 +63,76 @@ TEST(LunarSeries, SquareOfTheEccentricity) {
   EXPECT_NEAR(twice.latitude - 2 * once.latitude + none.latitude, 2 * -409, 1e-6);
 }
 
-struct SkyCase {
-  int32_t year, month, day, hour, minute;
-  double azimuth, altitude, distance;
+struct Sky {
+  double azimuth = 0;
+  double altitude = 0;
+  double distance = 0;
 };
 
-// PyEphem 4.1.4, geocentric, as from latitude 0, longitude 0; the first is the worked example,
-// whose distance is 368409.7 km. UTC stands for dynamical time: half a second of arc in a second.
+Sky skyOf(std::array<int32_t, 5> moment, int32_t zoneMinutes = 0, double longitude = 0,
+          double latitude = 0) {
+  Sky sky;
+  const auto& [year, month, day, hour, minute] = moment;
+  fetchMoonSkyData(year, month, day, hour, minute, zoneMinutes, sky.azimuth, sky.altitude,
+                   sky.distance, longitude, latitude);
+  return sky;
+}
+
 TEST(MoonSky, AgreesWithAnIndependentCalculation) {
-  const SkyCase cases[] = {
-      {1992, 4, 12, 0, 0, 285.039, 23.512, 368410},
-      {2024, 4, 8, 18, 20, 277.939, -4.688, 359806},
-      {2030, 11, 17, 21, 45, 78.858, -27.493, 394934},
-      {2024, 12, 15, 6, 30, 298.540, -9.275, 370035},
-  };
-  for (const SkyCase& c : cases) {
-    SCOPED_TRACE(c.year);
-    double azimuth = 0, altitude = 0, distance = 0;
-    fetchMoonSkyData(c.year, c.month, c.day, c.hour, c.minute, 0, azimuth, altitude, distance, 0,
-                     0);
-    EXPECT_NEAR(azimuth, c.azimuth, 0.02);
-    EXPECT_NEAR(altitude, c.altitude, 0.02);
-    EXPECT_NEAR(distance, c.distance, 12);
-    EXPECT_EQ(distance, std::round(distance));
+  for (const auto& row : rowsOf<8>("moon sky")) {
+    SCOPED_TRACE(row[0]);
+    const Sky sky = skyOf({std::stoi(row[0]), std::stoi(row[1]), std::stoi(row[2]),
+                           std::stoi(row[3]), std::stoi(row[4])});
+    EXPECT_NEAR(sky.azimuth, std::stod(row[5]), 0.02);
+    EXPECT_NEAR(sky.altitude, std::stod(row[6]), 0.02);
+    EXPECT_NEAR(sky.distance, std::stod(row[7]), 12);
+    EXPECT_EQ(sky.distance, std::round(sky.distance));
   }
 }
 
 // Zone minutes make the time of day UTC, and longitude counts westward here: the same instant seen
 // 90 degrees further west is six hours of sidereal time earlier in the Moon's day.
 TEST(MoonSky, ZoneMinutesAndWesternLongitude) {
-  double azimuth = 0, altitude = 0, distance = 0;
-  double shiftedAzimuth = 0, shiftedAltitude = 0, shiftedDistance = 0;
-  fetchMoonSkyData(2024, 12, 15, 6, 30, 0, azimuth, altitude, distance, 20, 45);
-  fetchMoonSkyData(2024, 12, 15, 12, 15, -345, shiftedAzimuth, shiftedAltitude, shiftedDistance, 20,
-                   45);
-  EXPECT_NEAR(azimuth, shiftedAzimuth, 1e-6);
-  EXPECT_NEAR(altitude, shiftedAltitude, 1e-6);
+  const Sky sky = skyOf({2024, 12, 15, 6, 30}, 0, 20, 45);
+  const Sky shifted = skyOf({2024, 12, 15, 12, 15}, -345, 20, 45);
+  EXPECT_NEAR(sky.azimuth, shifted.azimuth, 1e-6);
+  EXPECT_NEAR(sky.altitude, shifted.altitude, 1e-6);
 
   // The Moon is 80.7 degrees west of the meridian at 0 (altitude -9.3 with declination 28): west of
   // there it stands high, east of there deep.
-  fetchMoonSkyData(2024, 12, 15, 6, 30, 0, azimuth, altitude, distance, 90, 0);
-  fetchMoonSkyData(2024, 12, 15, 6, 30, 0, azimuth, shiftedAltitude, distance, -90, 0);
-  EXPECT_GT(altitude, 55);
-  EXPECT_LT(shiftedAltitude, -55);
+  EXPECT_GT(skyOf({2024, 12, 15, 6, 30}, 0, 90).altitude, 55);
+  EXPECT_LT(skyOf({2024, 12, 15, 6, 30}, 0, -90).altitude, -55);
 }
 
-// Apparent positions by PyEphem 4.1.4; the first is Meeus' worked example (134.688470 and 13.768368
-// degrees). MiniMoon keeps to 5 minutes of arc in longitude and 1 in latitude, nutation apart.
+// MiniMoon keeps to 5 minutes of arc in longitude and 1 in latitude, nutation apart.
 TEST(MoonPosition, AgreesWithPublishedPositions) {
-  struct {
-    double modifiedJulianDate, rightAscension, declination;
-  } const cases[] = {{48724, 134.688470 / 15, 13.768368},
-                     {51564 + 4 / 24.0 + 40 / 1440.0, 8.17075, 19.76263},
-                     {60659 + 6.5 / 24, 5.42526, 28.13382}};
-  for (const auto& c : cases) {
+  for (const auto& [modifiedJulianDate, east, north] : rowsOf<3>("moon positions")) {
+    SCOPED_TRACE(modifiedJulianDate);
     double declination = 0, rightAscension = 0;
-    moonPosition(declination, rightAscension, (c.modifiedJulianDate - 51544.5) / 36525);
-    EXPECT_NEAR(rightAscension, c.rightAscension, 0.1 / 15);
-    EXPECT_NEAR(declination, c.declination, 0.05);
+    moonPosition(declination, rightAscension, (std::stod(modifiedJulianDate) - 51544.5) / 36525);
+    EXPECT_NEAR(rightAscension, std::stod(east) / 15, 0.1 / 15);
+    EXPECT_NEAR(declination, std::stod(north), 0.05);
   }
 }
 
-// Illuminated fraction: Meeus, "Astronomical Algorithms", ch. 48 (1992 April 12: 0.6786), and
-// PyEphem 4.1.4; the age is its elongation (110.836, 268.397, 179.996 degrees) in parts of a month.
 // The 1980 elements keep to half a degree.
 TEST(Phase, IlluminationAndAge) {
-  struct {
-    double julianDate, illumination, age;
-  } const cases[] = {
-      {2448724.5, 0.6786, 9.0918},
-      {2442595.04653, 0.5153, 22.0165},
-      {2451564.69444, 1.0, 14.7649},  // A total lunar eclipse.
-      {2460409.26458, 0.0, 29.5306},  // A total solar eclipse.
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.julianDate);
+  for (const auto& [julianDate, illuminated, days] : rowsOf<3>("illumination")) {
+    SCOPED_TRACE(julianDate);
     double illumination = 0, age = 0, distance = 0, diameter = 0, sunDistance = 0, sunDiameter = 0;
-    const double fraction =
-        phase(illumination, age, distance, diameter, sunDistance, sunDiameter, c.julianDate);
-    EXPECT_NEAR(illumination, c.illumination, 0.005);
-    EXPECT_NEAR(std::remainder(age - c.age, 29.53058868), 0, 0.05);
+    const double fraction = phase(illumination, age, distance, diameter, sunDistance, sunDiameter,
+                                  std::stod(julianDate));
+    EXPECT_NEAR(illumination, std::stod(illuminated), 0.005);
+    EXPECT_NEAR(std::remainder(age - std::stod(days), 29.53058868), 0, 0.05);
     EXPECT_NEAR(age, fraction * 29.53058868, 1e-9);
     // Apparent diameters of both bodies at any time.
     EXPECT_NEAR(diameter, 0.52, 0.05);
     EXPECT_NEAR(sunDiameter, 0.533, 0.01);
     EXPECT_NEAR(sunDistance, 149.6e6, 2.6e6);
     // An ellipse without perturbations, good to two percent; Meeus' example has 368409.7 km.
-    if (c.julianDate != 2448724.5) continue;
-    EXPECT_NEAR(distance, 368410, 7400);
+    if (julianDate == "2448724.5") {
+      EXPECT_NEAR(distance, 368410, 7400);
+    }
   }
 }
 

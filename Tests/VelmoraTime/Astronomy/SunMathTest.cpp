@@ -2,7 +2,8 @@
 
 #include "Targets/VelmoraTime/Classes/RiseSetSearch.h"
 
-#include <cmath>
+#include <array>
+#include <tuple>
 
 #include "Targets/VelmoraTime/Classes/JulianDate.h"
 #include "Tests/VelmoraTime/Astronomy/AstronomyTesting.h"
@@ -29,22 +30,14 @@ TEST(LocalMeanSiderealTime, PublishedExamples) {
   EXPECT_GE(lmst(40000, 0), 0);
 }
 
-struct PositionCase {
-  double modifiedJulianDate, rightAscension, declination;
-};
-
-// Apparent positions by PyEphem 4.1.4; the first is the worked example of Meeus, "Astronomical
-// Algorithms", ch. 25 (198.38083 and -7.78507 degrees, 0h TD). MiniSun keeps to 0.02 degree.
+// MiniSun keeps to 0.02 degree.
 TEST(SunPosition, AgreesWithPublishedPositions) {
-  const PositionCase cases[] = {{48908, 198.38083 / 15, -7.78507},
-                                {40738.25, 4.58117, 22.0038},
-                                {69806.75, 18.76090, -23.0165}};
-  for (const PositionCase& position : cases) {
-    SCOPED_TRACE(position.modifiedJulianDate);
+  for (const auto& [modifiedJulianDate, east, north] : rowsOf<3>("sun positions")) {
+    SCOPED_TRACE(modifiedJulianDate);
     double declination = 0, rightAscension = 0;
-    sunPosition(declination, rightAscension, (position.modifiedJulianDate - 51544.5) / 36525);
-    EXPECT_NEAR(rightAscension, position.rightAscension, 0.02 / 15);
-    EXPECT_NEAR(declination, position.declination, 0.02);
+    sunPosition(declination, rightAscension, (std::stod(modifiedJulianDate) - 51544.5) / 36525);
+    EXPECT_NEAR(rightAscension, std::stod(east) / 15, 0.02 / 15);
+    EXPECT_NEAR(declination, std::stod(north), 0.02);
   }
 }
 
@@ -54,35 +47,14 @@ TEST(SunHorizon, HoursAndMinutesCount) {
               1e-9);
 }
 
-// In the zenith of the subsolar point and below it. 51544.5 is J2000.0: declination -23.03 degrees,
-// the Sun 0.8 degrees east of Greenwich (equation of time -3.3 minutes).
-TEST(SunHorizon, ZenithAndNadir) {
-  EXPECT_NEAR(sunAltitude2(51544.5F, 0.82, -23.03), 90, 0.1);
-  EXPECT_NEAR(sunAltitude2(51544.5F, 180.82, 23.03), -90, 0.1);
-}
-
-struct QuadCase {
-  double yMinus, y0, yPlus;
-  double nz, z1, z2, xe, ye;
-};
-
-// Parabolas with known roots.
-TEST(Quad, RootsAndExtrema) {
-  const QuadCase cases[] = {
-      {6, 2, 0, 1, 1, 2, 1.5, -0.25},               // (x - 1)(x - 2): a zero at the very end counts
-      {0.75, -0.25, 0.75, 2, -0.5, 0.5, 0, -0.25},  // (x - 1/2)(x + 1/2)
-      {2, 1, 2, 0, 0, 0, 0, 1},                     // x^2 + 1: none
-      {-1.25, 0.75, 0.75, 1, -0.5, 1.5, 0.5, 1},    // (x + 1/2)(3/2 - x)
-      {0.75, 0.75, -1.25, 1, 0.5, 0.5, -0.5, 1},  // (x + 3/2)(1/2 - x): the zero in range is first
-  };
-  for (const QuadCase& c : cases) {
-    double nz = 0, z1 = 0, z2 = 0, xe = 0, ye = 0;
-    quad(nz, z1, z2, xe, ye, c.yMinus, c.y0, c.yPlus);
-    EXPECT_EQ(nz, c.nz);
-    EXPECT_NEAR(z1, c.z1, 1e-12);
-    EXPECT_NEAR(z2, c.z2, 1e-12);
-    EXPECT_NEAR(xe, c.xe, 1e-12);
-    EXPECT_NEAR(ye, c.ye, 1e-12);
+TEST(Quad, RootsAndExtremaOfParabolas) {
+  for (const auto& row : rowsOf<8>("parabolas")) {
+    std::array<double, 8> found{};
+    for (size_t index : {0, 1, 2})
+      found[index] = std::stod(row[index]);
+    quad(found[3], found[4], found[5], found[6], found[7], found[0], found[1], found[2]);
+    for (size_t index = 3; index < row.size(); ++index)
+      EXPECT_NEAR(found[index], std::stod(row[index]), 1e-12) << row[0] << ", " << row[1];
   }
 }
 
@@ -94,12 +66,10 @@ TEST(DayOffset, FractionOfTheUtcDay) {
 }
 
 TEST(Lengths, WholeHoursAndMinutes) {
-  struct {
-    int32_t seconds, hours, minutes;
-  } const cases[] = {{3599, 0, 59}, {3600, 1, 0}, {59929, 16, 38}, {86400, 24, 0}, {-1, -1, 59}};
-  for (const auto& c : cases) {
-    EXPECT_EQ(hourFromSeconds(c.seconds), c.hours) << c.seconds;
-    EXPECT_EQ(minuteFromSeconds(c.seconds), c.minutes) << c.seconds;
+  for (const auto& [seconds, hours, minutes] :
+       {std::tuple{3599, 0, 59}, {3600, 1, 0}, {59929, 16, 38}, {86400, 24, 0}, {-1, -1, 59}}) {
+    EXPECT_EQ(hourFromSeconds(seconds), hours) << seconds;
+    EXPECT_EQ(minuteFromSeconds(seconds), minutes) << seconds;
   }
 }
 
