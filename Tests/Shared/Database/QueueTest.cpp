@@ -10,8 +10,6 @@
 
 namespace {
 
-using Lines = std::vector<std::string>;
-
 constexpr const char* Increment = "update numbers set n = n + 1";
 constexpr const char* OpenSetWarning =
     "Warning: there is at least one open result set around after performing [FMDatabaseQueue "
@@ -79,14 +77,15 @@ TEST_F(Queue, UndoesAndReports) {
     throw std::runtime_error("in a transaction");
   }),
                std::runtime_error);
-  EXPECT_EQ(shared->inSavePoint([](FMDatabase_Time& db, bool& rollback) {
-    db.executeUpdate(Increment);
-    rollback = true;
-  }),
-            std::nullopt);
-  EXPECT_EQ(numberIn(*shared), 1);
-  shared->inSavePoint([](FMDatabase_Time& db, bool&) { db.executeUpdate(Increment); });
-  EXPECT_EQ(numberIn(*shared), 2);
+  for (const bool isUndone : {true, false}) {
+    EXPECT_EQ(shared->inSavePoint([&](FMDatabase_Time& db, bool& rollback) {
+      EXPECT_TRUE(db.inTransaction());
+      db.executeUpdate(Increment);
+      rollback = isUndone;
+    }),
+              std::nullopt);
+    EXPECT_EQ(numberIn(*shared), isUndone ? 1 : 2);
+  }
   // A rule that is checked at the end: the commit fails, and the next piece begins afresh.
   EXPECT_TRUE(shared->inDatabase([](FMDatabase_Time& db) {
     db.executeStatements(
@@ -113,9 +112,8 @@ TEST_F(Queue, ReopensWhatWasClosed) {
   shared->close();
   std::filesystem::remove(pathTo("queue.db"));
   std::filesystem::create_directory(pathTo("queue.db"));
-  EXPECT_FALSE(shared->inDatabase([](FMDatabase_Time&) { ADD_FAILURE(); }));
   EXPECT_TRUE(shared->inSavePoint([](FMDatabase_Time&, bool&) { ADD_FAILURE(); }).has_value());
-  EXPECT_EQ(logLines().at(1),
+  EXPECT_EQ(logLines().back(),
             "FMDatabaseQueue could not reopen database for path " + pathTo("queue.db"));
   EXPECT_EQ(FMDatabaseQueue_Time::databaseQueueWithPath(pathTo("queue.db")), nullptr);
   EXPECT_EQ(logLines().back(), "Could not create database queue for path " + pathTo("queue.db"));
@@ -130,14 +128,11 @@ TEST_F(Pool, GivesEachUserAConnection) {
   FMDatabasePool_Time pool(pathTo("pool.db"));
   onThreads(3, [&] {
     for (int pass = 0; pass < 20; ++pass) {
-      EXPECT_TRUE(pool.inTransaction([](FMDatabase_Time& db, bool&) {
-        // On a loaded machine the others may hold the lock for long.
-        EXPECT_TRUE(db.executeUpdate(Increment));
-      }));
+      EXPECT_TRUE(pool.inTransaction(
+          [](FMDatabase_Time& db, bool&) { EXPECT_TRUE(db.executeUpdate(Increment)); }));
     }
   });
   EXPECT_EQ(pool.countOfCheckedOutDatabases(), 0U);
-  EXPECT_GE(pool.countOfOpenDatabases(), 1U);
   EXPECT_LE(pool.countOfOpenDatabases(), 3U);
   EXPECT_TRUE(pool.inDatabase([&](FMDatabase_Time& outer) {
     EXPECT_EQ(outer.intForQuery("select n from numbers"), 61);
@@ -170,10 +165,9 @@ TEST_F(Pool, KeepsItsLimitAndItsBooks) {
   EXPECT_TRUE(first->shouldCacheStatements());
   EXPECT_TRUE(first->checkedOut());
   EXPECT_EQ(pool.db(), nullptr);
-  EXPECT_FALSE(pool.inDatabase([](FMDatabase_Time&) { ADD_FAILURE(); }));
   EXPECT_TRUE(pool.inSavePoint([](FMDatabase_Time&, bool&) { ADD_FAILURE(); }).has_value());
   const std::string limit = "Maximum number of databases (2) has already been reached!";
-  EXPECT_EQ(logLines(), (Lines{limit, limit, limit}));
+  EXPECT_EQ(logLines(), (Lines{limit, limit}));
   pool.pushDatabaseBackInPool(second);
   EXPECT_FALSE(second->checkedOut());
   EXPECT_THROW(pool.pushDatabaseBackInPool(second), std::logic_error);

@@ -89,27 +89,24 @@ TEST_F(Log, FormatsOnTheCallersThread) {
   EXPECT_EQ(notes, std::vector<std::string>({"before 002.5", longText, "100 %d as it stands"}));
 }
 
-TEST_F(Log, AMessageKnowsWhereItComesFrom) {
-  const auto queue = dispatch_queue_create("a queue of the test's");
-  std::unique_ptr<DDLogMessage_Time> message;
+TEST_F(Log, AMessageKnowsItsThreadAndKeepsWhatItIsToldToCopy) {
   std::string file = "file.cpp";
   std::string function = "work";
-  for (const int32_t options : {0, 1, 2, 3}) {
-    file = "file.cpp";
-    function = "work";
-    dispatch_sync(queue, [&] {
-      message = std::make_unique<DDLogMessage_Time>("text", 13, 4, 7, file.c_str(),
-                                                    function.c_str(), 99, nullptr, options);
-    });
-    file.front() = 'F';
-    function.front() = 'W';
-    EXPECT_STREQ(message->file, (options & 1) != 0 ? "file.cpp" : "File.cpp");
-    EXPECT_STREQ(message->function, (options & 2) != 0 ? "work" : "Work");
-  }
-  EXPECT_EQ(message->queueLabel, "a queue of the test's");
-  EXPECT_EQ(message->machThreadID, static_cast<uint32_t>(getpid())) << "the main thread's";
-  EXPECT_EQ(std::stoul(message->threadID(), nullptr, 16), message->machThreadID);
-  EXPECT_EQ(message->threadName, std::string("logging_tests").substr(0, 15));
+  const auto make = [&](int32_t options) {
+    return DDLogMessage_Time("text", 13, 4, 7, file.c_str(), function.c_str(), 99, nullptr,
+                             options);
+  };
+  const DDLogMessage_Time copiesFile = make(1);
+  const DDLogMessage_Time copiesFunction = make(2);
+  dispatch_sync(dispatch_queue_create("a queue of the test's"),
+                [&] { EXPECT_EQ(make(0).queueLabel, "a queue of the test's"); });
+  file.front() = 'F';
+  function.front() = 'W';
+  EXPECT_EQ(std::string(copiesFile.file) + copiesFile.function, "file.cppWork");
+  EXPECT_EQ(std::string(copiesFunction.file) + copiesFunction.function, "File.cppwork");
+  EXPECT_EQ(copiesFile.machThreadID, static_cast<uint32_t>(getpid())) << "the main thread's";
+  EXPECT_EQ(std::stoul(copiesFile.threadID(), nullptr, 16), copiesFile.machThreadID);
+  EXPECT_EQ(copiesFile.threadName, std::string("logging_tests").substr(0, 15));
 }
 
 TEST_F(Log, ALineOfTheProgramIsAnInformationOfItsPlace) {
