@@ -129,16 +129,14 @@ void WaylandInput::move(double x, double y) {
   connection_->sync();
 }
 
-void WaylandInput::press(uint32_t button) {
-  zwlr_virtual_pointer_v1_button(connection_->pointer, milliseconds(), button,
-                                 WL_POINTER_BUTTON_STATE_PRESSED);
-  zwlr_virtual_pointer_v1_frame(connection_->pointer);
-  connection_->sync();
-}
+void WaylandInput::press(uint32_t button) { this->button(button, WL_POINTER_BUTTON_STATE_PRESSED); }
 
 void WaylandInput::release(uint32_t button) {
-  zwlr_virtual_pointer_v1_button(connection_->pointer, milliseconds(), button,
-                                 WL_POINTER_BUTTON_STATE_RELEASED);
+  this->button(button, WL_POINTER_BUTTON_STATE_RELEASED);
+}
+
+void WaylandInput::button(uint32_t button, uint32_t state) {
+  zwlr_virtual_pointer_v1_button(connection_->pointer, milliseconds(), button, state);
   zwlr_virtual_pointer_v1_frame(connection_->pointer);
   connection_->sync();
 }
@@ -148,15 +146,10 @@ void WaylandInput::click(uint32_t button) {
   release(button);
 }
 
-void WaylandInput::scroll(double right, double down) {
+void WaylandInput::scroll(double down) {
   zwlr_virtual_pointer_v1_axis_source(connection_->pointer, WL_POINTER_AXIS_SOURCE_FINGER);
-  const auto axis = [this](uint32_t direction, double points) {
-    if (points == 0) return;
-    zwlr_virtual_pointer_v1_axis(connection_->pointer, milliseconds(), direction,
-                                 wl_fixed_from_double(points));
-  };
-  axis(WL_POINTER_AXIS_HORIZONTAL_SCROLL, right);
-  axis(WL_POINTER_AXIS_VERTICAL_SCROLL, down);
+  zwlr_virtual_pointer_v1_axis(connection_->pointer, milliseconds(),
+                               WL_POINTER_AXIS_VERTICAL_SCROLL, wl_fixed_from_double(down));
   zwlr_virtual_pointer_v1_frame(connection_->pointer);
   connection_->sync();
 }

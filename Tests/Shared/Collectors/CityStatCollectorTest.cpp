@@ -1,13 +1,14 @@
 #include "Shared/Collectors/CityStatCollector.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <atomic>
-#include <chrono>
 #include <thread>
 
 #include "Shared/External/fmdb/FMDatabase.h"
 #include "Tests/Platform/Support/Files.h"
+#include "Tests/Support/ChildProcess.h"
 #include "Tests/Targets/SimulatedTime.h"
 
 namespace {
@@ -34,6 +35,7 @@ constexpr City Cities[] = {
 /// Hears of everything on the collector's queue, which may still be calling when a test has ended.
 struct Listener : CityStatCollectorDelegate {
   void cityCollectorFinishedLoading() override {
+    ++loads;
     dispatch_semaphore_signal(loaded);
     if (holdsQueue.exchange(false)) dispatch_semaphore_wait(mayGoOn);
   }
@@ -44,6 +46,7 @@ struct Listener : CityStatCollectorDelegate {
     });
   }
 
+  std::atomic<int> loads = 0;
   const dispatch_semaphore_t loaded = dispatch_semaphore_create(0);
   const dispatch_semaphore_t mayGoOn = dispatch_semaphore_create(0);
   /// Keeps the queue from going on behind the next loading until it may.
@@ -53,8 +56,17 @@ struct Listener : CityStatCollectorDelegate {
 
 class CityCollector : public testing::Test {
  protected:
+  // A search that does not end must end its test, and no more than that.
+  CityCollector() { alarm(20); }
+  ~CityCollector() override { alarm(0); }
+
   /// A loading queues up behind whatever else the queue still has for the main loop.
   void TearDown() override { load(); }
+
+  void loadCities() {
+    writeCities({std::begin(Cities), std::end(Cities)});
+    load();
+  }
 
   void writeCities(const std::vector<City>& cities) {
     const auto database = FMDatabase_Time::databaseWithPath((folder / "cities.db").string());
@@ -77,13 +89,24 @@ class CityCollector : public testing::Test {
     dispatch_semaphore_wait(listener->loaded);
   }
 
-  /// Serves the main queue until so many answers have come.
-  void waitForAnswers(size_t count) {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-    while (listener->searches.size() < count && std::chrono::steady_clock::now() < end) {
+  /// Searches for one text after the other while the collector's queue is busy with a loading.
+  void searchBehindALoading(const std::vector<std::string>& texts) {
+    listener->holdsQueue = true;
+    loadCities();
+    for (const std::string& text : texts)
+      collector->searchWithString(text);
+    dispatch_semaphore_signal(listener->mayGoOn);
+  }
+
+  /// The answers to searches once there are so many, and whatever comes behind them.
+  std::vector<std::string> answers(size_t count) {
+    EXPECT_TRUE(waitUntil([&] {
       time.loop.runPending();
-      std::this_thread::yield();
-    }
+      return listener->searches.size() >= count;
+    }));
+    load();
+    time.loop.runPending();
+    return listener->searches;
   }
 
   /// The names found, in order.
@@ -104,8 +127,7 @@ class CityCollector : public testing::Test {
 };
 
 TEST_F(CityCollector, FindsByPrefixInTheOrderOfTheFile) {
-  writeCities({std::begin(Cities), std::end(Cities)});
-  load();
+  loadCities();
   struct Case {
     const char* text;
     const char* names;
@@ -129,8 +151,7 @@ TEST_F(CityCollector, FindsByPrefixInTheOrderOfTheFile) {
 }
 
 TEST_F(CityCollector, AnIdentifierMayBeANumberOrAText) {
-  writeCities({std::begin(Cities), std::end(Cities)});
-  load();
+  loadCities();
   const auto byText = collector->cityWithIdentifier("20");
   ASSERT_TRUE(byText);
   EXPECT_EQ(byText, collector->cityWithIdentifier(20));
@@ -157,29 +178,15 @@ TEST_F(CityCollector, ACountryIsAskedForWhereNamesGiveFewerThanAThousand) {
 }
 
 TEST_F(CityCollector, OnlyTheNewestSearchWaits) {
-  writeCities({std::begin(Cities), std::end(Cities)});
-  listener->holdsQueue = true;
-  load();
-  for (const char* text : {"sai", "st", "geo"})
-    collector->searchWithString(text);
-  dispatch_semaphore_signal(listener->mayGoOn);
-  waitForAnswers(2);
-  EXPECT_EQ(listener->searches, (std::vector<std::string>{"sai 2", "geo 2"}));
+  searchBehindALoading({"sai", "st", "geo"});
+  EXPECT_EQ(answers(2), (std::vector<std::string>{"sai 2", "geo 2"}));
 }
 
 TEST_F(CityCollector, AnEmptySearchClearsWhatWaitsAndStopsNothing) {
-  writeCities({std::begin(Cities), std::end(Cities)});
-  listener->holdsQueue = true;
-  load();
-  for (const char* text : {"", "sai", "st", "", "geo"})
-    collector->searchWithString(text);
-  collector->searchWithString("");
-  dispatch_semaphore_signal(listener->mayGoOn);
-  waitForAnswers(1);
-  // The next answer is of the next search, so nothing was left waiting.
+  searchBehindALoading({"", "sai", "st", "", "geo", ""});
+  EXPECT_EQ(answers(1), std::vector<std::string>{"sai 2"});
   collector->searchWithString("st.");
-  waitForAnswers(2);
-  EXPECT_EQ(listener->searches, (std::vector<std::string>{"sai 2", "st. 5"}));
+  EXPECT_EQ(answers(2), (std::vector<std::string>{"sai 2", "st. 5"}));
 }
 
 TEST_F(CityCollector, AMissingOrDamagedDatabaseHasNoCities) {
@@ -198,13 +205,9 @@ TEST_F(CityCollector, AMissingOrDamagedDatabaseHasNoCities) {
 }
 
 TEST_F(CityCollector, DelegatesAreToldOnceAndNoLongerWhenRemovedOrGone) {
-  struct Counting : CityStatCollectorDelegate {
-    void cityCollectorFinishedLoading() override { ++loads; }
-    std::atomic<int> loads = 0;
-  };
-  const auto kept = std::make_shared<Counting>();
-  const auto removed = std::make_shared<Counting>();
-  auto gone = std::make_shared<Counting>();
+  const auto kept = std::make_shared<Listener>();
+  const auto removed = std::make_shared<Listener>();
+  auto gone = std::make_shared<Listener>();
   collector->addDelegate(kept);
   collector->addDelegate(kept);
   collector->addDelegate(removed);
@@ -220,16 +223,13 @@ TEST_F(CityCollector, DelegatesAreToldOnceAndNoLongerWhenRemovedOrGone) {
 TEST_F(CityCollector, LookupsAndSearchesOfSeveralThreadsTakeNothingFromEachOther) {
   writeCities(std::vector<City>(3000, Cities[1]));
   load();
-  const auto lookUp = [&] {
-    for (int round = 0; round < 200; ++round)
-      EXPECT_TRUE(collector->cityWithIdentifier(10).has_value());
-  };
   const auto search = [&] {
     for (int round = 0; round < 5; ++round)
       EXPECT_EQ(collector->citiesWithMatch("saint p").size(), 1000U);
   };
-  std::thread threads[] = {std::thread(lookUp), std::thread(search), std::thread(search)};
-  lookUp();
+  std::thread threads[] = {std::thread(search), std::thread(search)};
+  for (int round = 0; round < 400; ++round)
+    EXPECT_TRUE(collector->cityWithIdentifier(10).has_value());
   for (std::thread& thread : threads)
     thread.join();
 }
