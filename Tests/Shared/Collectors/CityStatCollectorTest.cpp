@@ -13,24 +13,23 @@
 
 namespace {
 
-struct City {
-  int64_t identifier;
-  const char* city;
-  const char* plain;
-  const char* state;
-  const char* country;
-};
-
 // In another order than that of their identifiers.
-constexpr City Cities[] = {
-    {70, "São Paulo", "Sao Paulo", "São Paulo", "Brazil"},
-    {10, "Saint Paul", "Saint Paul", "Minnesota", "United States"},
-    {60, "St. Paul", "St. Paul", "Alberta", "Canada"},
-    {20, "St Paul", "St Paul", "Cornwall", "United Kingdom"},
-    {50, "Georgia", "Georgia", "Vermont", "Georgia"},
-    {30, "SaintPaul", "SaintPaul", "", "Nowhere"},
-    {40, "St  Paul", "St  Paul", "", nullptr},
-};
+constexpr const char* Cities = R"(values
+    (70, 'São Paulo', 'Sao Paulo', 'São Paulo', 'Brazil'),
+    (10, 'Saint Paul', 'Saint Paul', 'Minnesota', 'United States'),
+    (60, 'St. Paul', 'St. Paul', 'Alberta', 'Canada'),
+    (20, 'St Paul', 'St Paul', 'Cornwall', 'United Kingdom'),
+    (50, 'Georgia', 'Georgia', 'Vermont', 'Georgia'),
+    (30, 'SaintPaul', 'SaintPaul', '', 'Nowhere'),
+    (40, 'St  Paul', 'St  Paul', '', null))";
+
+/// A query for so many rows that are the same.
+std::string copies(int count, const std::string& row) {
+  return "select " + row +
+         " from (with recursive up(n) as (select 1 union all select n + 1 from "
+         "up limit " +
+         std::to_string(count) + ") select n from up)";
+}
 
 /// Hears of everything on the collector's queue, which may still be calling when a test has ended.
 struct Listener : CityStatCollectorDelegate {
@@ -63,24 +62,17 @@ class CityCollector : public testing::Test {
   /// A loading queues up behind whatever else the queue still has for the main loop.
   void TearDown() override { load(); }
 
-  void loadCities() {
-    writeCities({std::begin(Cities), std::end(Cities)});
-    load();
-  }
-
-  void writeCities(const std::vector<City>& cities) {
+  /// A database of the rows that a query gives.
+  void loadCities(const std::string& rows = Cities) {
+    std::filesystem::remove(folder / "cities.db");
     const auto database = FMDatabase_Time::databaseWithPath((folder / "cities.db").string());
     ASSERT_TRUE(database->open());
-    database->executeUpdate(
-        "CREATE TABLE cities (identifier INTEGER, city TEXT, city_plain TEXT, state TEXT, "
-        "country TEXT, timezone TEXT, latitude REAL, longitude REAL)");
-    database->beginTransaction();
-    for (const City& city : cities) {
-      ASSERT_TRUE(database->executeUpdate(
-          "INSERT INTO cities VALUES (?, ?, ?, ?, ?, 'Europe/Paris', 48.5, -2)", city.identifier,
-          city.city, city.plain, city.state, city.country));
-    }
-    database->commit();
+    ASSERT_TRUE(database->executeStatements(
+        "create table cities (identifier integer, city text, city_plain text, state text, country "
+        "text, timezone text default 'Europe/Paris', latitude real default 48.5, longitude real "
+        "default -2); insert into cities (identifier, city, city_plain, state, country) " +
+        rows));
+    load();
   }
 
   void load() {
@@ -166,12 +158,9 @@ TEST_F(CityCollector, AnIdentifierMayBeANumberOrAText) {
 }
 
 TEST_F(CityCollector, ACountryIsAskedForWhereNamesGiveFewerThanAThousand) {
-  for (const size_t named : {999, 1000}) {
-    std::vector<City> cities(named, City{1, "Xa", "Xa", "", "Y"});
-    cities.insert(cities.end(), 1100, City{2, "Z", "Z", "", "Xland"});
-    std::filesystem::remove(folder / "cities.db");
-    writeCities(cities);
-    load();
+  for (const int named : {999, 1000}) {
+    loadCities(copies(named, "1, 'Xa', 'Xa', '', 'Y'") + " union all " +
+               copies(1100, "2, 'Z', 'Z', '', 'Xland'"));
     EXPECT_EQ(collector->citiesWithMatch("x").size(), named == 999 ? 999 + 1000 : 1000);
     EXPECT_EQ(collector->citiesWithMatch("xl").size(), 1000);
   }
@@ -221,15 +210,17 @@ TEST_F(CityCollector, DelegatesAreToldOnceAndNoLongerWhenRemovedOrGone) {
 }
 
 TEST_F(CityCollector, LookupsAndSearchesOfSeveralThreadsTakeNothingFromEachOther) {
-  writeCities(std::vector<City>(3000, Cities[1]));
-  load();
+  loadCities(copies(3000, "10, 'Saint Paul', '', '', ''"));
+  const auto lookUp = [&] {
+    for (int round = 0; round < 200; ++round)
+      EXPECT_TRUE(collector->cityWithIdentifier(10).has_value());
+  };
   const auto search = [&] {
     for (int round = 0; round < 5; ++round)
       EXPECT_EQ(collector->citiesWithMatch("saint p").size(), 1000U);
   };
-  std::thread threads[] = {std::thread(search), std::thread(search)};
-  for (int round = 0; round < 400; ++round)
-    EXPECT_TRUE(collector->cityWithIdentifier(10).has_value());
+  std::thread threads[] = {std::thread(lookUp), std::thread(search), std::thread(search)};
+  lookUp();
   for (std::thread& thread : threads)
     thread.join();
 }

@@ -118,7 +118,6 @@ TEST_F(History, AnotherThreadsCallsCostNoWrite) {
   done = true;
   other.join();
   EXPECT_EQ(countIn(*store), 200);
-  EXPECT_EQ(logLines(), Lines{});
 }
 
 // The item's queue is held until the process is about to end. What was arranged first for the end
@@ -148,16 +147,13 @@ TEST_F(History, TheOrdinaryEndOfAProcessWritesWhatWasCommitted) {
 TEST_F(History, EndsTheProgramRatherThanWaitForItself) {
   const auto store = item();
   GTEST_FLAG_SET(death_test_style, "threadsafe");
-  const char* words =
-      "inDatabase: was called reentrantly on the same queue, which would lead to a deadlock";
-  EXPECT_DEATH(store->queryDatabase([&](FMDatabase_Time&) { countIn(*store); }), words);
-  EXPECT_DEATH(store->queryDatabase([&](FMDatabase_Time&) { store->commitSync(); }), words);
+  EXPECT_DEATH(store->queryDatabase([&](FMDatabase_Time&) { store->commitSync(); }),
+               "inDatabase: was called reentrantly on the same queue");
 }
 
 TEST_F(History, WarnsOfAnOpenCursor) {
-  const auto store = item();
   std::shared_ptr<FMResultSet_Time> left;
-  store->queryDatabase([&](FMDatabase_Time& db) { left = db.executeQuery("select 1"); });
+  item()->queryDatabase([&](FMDatabase_Time& db) { left = db.executeQuery("select 1"); });
   EXPECT_EQ(logLines(), Lines{"Warning: there is at least one open result set around after "
                               "performing [FMDatabaseQueue inDatabase:]"});
 }

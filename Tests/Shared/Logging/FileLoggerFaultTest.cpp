@@ -7,8 +7,11 @@
 #include <unistd.h>
 
 #include <array>
+#include <cstdlib>
+#include <limits>
 #include <thread>
 
+#include "Platform/Foundation/Text/NSString.h"
 #include "Tests/Shared/Logging/LogFolder.h"
 #include "Tests/Support/ChildProcess.h"
 
@@ -16,11 +19,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-size_t countOf(const std::string& text, const std::string& part) {
-  size_t count = 0;
-  for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1))
-    ++count;
-  return count;
+ptrdiff_t countOf(const std::string& text, const std::string& part) {
+  return static_cast<ptrdiff_t>(componentsSeparatedByString(text, part).size()) - 1;
 }
 
 class FileLoggerFault : public LogFolderTest {};
@@ -57,13 +57,10 @@ TEST_F(FileLoggerFault, ADeletedFileIsClosedThoughNothingIsLogged) {
   log("first");
   const fs::path path = pathOf(First);
   const auto isOpen = [&] {
-    for (const auto& descriptor : fs::directory_iterator("/proc/self/fd")) {
+    return std::ranges::any_of(fs::directory_iterator("/proc/self/fd"), [&](const auto& entry) {
       std::error_code error;
-      if (fs::read_symlink(descriptor.path(), error).string().starts_with(path.string())) {
-        return true;
-      }
-    }
-    return false;
+      return fs::read_symlink(entry.path(), error).string().starts_with(path.string());
+    });
   };
   EXPECT_TRUE(isOpen());
   fs::remove(path);
@@ -141,67 +138,66 @@ TEST_F(FileLoggerFault, ACutLineOfAKilledRunIsEndedFirst) {
   EXPECT_EQ(readFile(path), "whole\ncut li\n2026/11/21 15:04:05:000  next\n");
 }
 
+// Each run is this test anew in a process of its own, which logs into the first one's folder.
 TEST_F(FileLoggerFault, AKilledRunLeavesWholeLinesAndTheNextOneGoesOnToItsOrdinaryEnd) {
-  const auto log = [&] {
-    std::error_code error;
-    const fs::directory_iterator files(folder, error);
-    return files == end(files) ? fs::path() : files->path();
+  setenv("LOG_TEST_FOLDER", folder.c_str(), 0);
+  manager = std::make_shared<DDLogFileManagerDefault_Time>(std::getenv("LOG_TEST_FOLDER"));
+  const fs::path path = pathOf(First);
+  const auto logLines = [&](int count) {
+    startLogging();
+    logger->setMaximumFileSize(0);
+    for (int line = 1; line <= count; ++line)
+      DDLogLine("line " + std::to_string(line));
   };
-  {
-    ChildProcess helper({LOG_TEST_HELPER, folder.string(), "0"});
-    ASSERT_TRUE(waitUntil([&] { return !log().empty() && fs::file_size(log()) > 100'000; }));
-    helper.sendSignal(SIGKILL);
-    ASSERT_EQ(helper.waitForExit(), 128 + SIGKILL);
-  }
-  auto lines = messagesIn(log());
+  const auto logUntilKilled = [&] {
+    std::thread killer([&] {
+      waitUntil([&] { return fs::exists(path) && fs::file_size(path) > 100'000; });
+      raise(SIGKILL);
+    });
+    logLines(std::numeric_limits<int>::max());
+    killer.join();
+  };
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_EXIT(logUntilKilled(), testing::KilledBySignal(SIGKILL), "");
+  auto lines = messagesIn(path);
   const size_t count = lines.size();
+  EXPECT_GT(count, 1000U);
   for (size_t line = 0; line + 1 < count; ++line)
-    ASSERT_EQ(lines[line], "line " + std::to_string(line + 1) + " of the helper");
-  const auto next = runToEnd({LOG_TEST_HELPER, folder.string(), "900"});
-  EXPECT_EQ(next.status, 0);
-  EXPECT_EQ(next.errors, "");
-  EXPECT_EQ(names().size(), 1U);
-  lines = messagesIn(log());
+    ASSERT_EQ(lines[line], "line " + std::to_string(line + 1));
+  const auto logAndEnd = [&] {
+    logLines(900);
+    std::exit(0);
+  };
+  EXPECT_EXIT(logAndEnd(), testing::ExitedWithCode(0), "^$");
+  lines = messagesIn(path);
   ASSERT_EQ(lines.size(), count + 900);
-  EXPECT_EQ(lines[count], "line 1 of the helper");
-  EXPECT_EQ(lines.back(), "line 900 of the helper");
+  EXPECT_EQ(lines[count], "line 1");
+  EXPECT_EQ(lines.back(), "line 900");
 }
-
-/// Keeps this process's files from growing, as a full disk does.
-class FileSizeLimit {
- public:
-  explicit FileSizeLimit(rlim_t bytes) {
-    signal(SIGXFSZ, SIG_IGN);
-    getrlimit(RLIMIT_FSIZE, &before_);
-    const rlimit limited{bytes, before_.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &limited);
-  }
-  FileSizeLimit(const FileSizeLimit&) = delete;
-  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-  ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &before_); }
-
- private:
-  rlimit before_{};
-};
 
 TEST_F(FileLoggerFault, AFullDiskCostsLinesAndNothingElse) {
   const std::string before(1899, 'x');
   const fs::path path = leave(First, before + "\n");
   startLogging();
   log("whole");
+  // Keeps this process's files from growing, as a full disk does.
+  signal(SIGXFSZ, SIG_IGN);
+  const auto limitFileSize = [](rlim_t bytes) {
+    const rlimit limit{bytes, RLIM_INFINITY};
+    EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+  };
   testing::internal::CaptureStderr();
-  {
-    const FileSizeLimit limit(2000);
-    for (int line = 0; line < 30; ++line)
-      log("lost " + std::to_string(line));
-    for (int line = 0; line < 20'000; ++line)
-      DDLogLine("lost in a flood");
-    DDLog_Time::flushLog();
-  }
+  limitFileSize(2000);
+  for (int line = 0; line < 30; ++line)
+    log("lost " + std::to_string(line));
+  for (int line = 0; line < 20'000; ++line)
+    DDLogLine("lost in a flood");
+  DDLog_Time::flushLog();
+  limitFileSize(RLIM_INFINITY);
   log("room again");
   const std::string errors = testing::internal::GetCapturedStderr();
-  EXPECT_EQ(countOf(errors, "DDFileLogger.logMessage: "), 11U) << errors;
-  EXPECT_EQ(countOf(errors, "File too large"), 10U) << errors;
+  EXPECT_EQ(countOf(errors, "DDFileLogger.logMessage: "), 11) << errors;
+  EXPECT_EQ(countOf(errors, "File too large"), 10) << errors;
   EXPECT_TRUE(errors.ends_with(
       "DDFileLogger.logMessage: Too many exceptions -- will not log any more of them.\n"));
   // 1900 bytes, 31, twice 32, and 5 of the line that no longer fits.
@@ -230,8 +226,8 @@ TEST_F(FileLoggerFault, AFolderThatTakesNoFileHoldsNobodyUp) {
       DDLogLine("lost");
     stopLogging();
     const std::string errors = testing::internal::GetCapturedStderr();
-    EXPECT_EQ(countOf(errors, entry.words), 1U) << errors;
-    EXPECT_EQ(countOf(errors, "\n"), 1U) << errors;
+    EXPECT_EQ(countOf(errors, entry.words), 1) << errors;
+    EXPECT_EQ(countOf(errors, "\n"), 1) << errors;
   }
 }
 

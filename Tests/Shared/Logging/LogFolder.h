@@ -81,7 +81,8 @@ class LogFolderTest : public testing::Test {
   }
 
   std::filesystem::path pathOf(const std::string& nameBehindApplication) {
-    return folder / (makeManager()->applicationName() + nameBehindApplication);
+    const auto names = manager ? manager : makeManager();
+    return names->logsDirectory() / (names->applicationName() + nameBehindApplication);
   }
 
   bool isArchived(const std::string& nameBehindApplication) {
