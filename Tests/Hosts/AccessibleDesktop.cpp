@@ -66,7 +66,8 @@ AccessibleDesktop::Answer AccessibleDesktop::call(const Reference& object, const
   const Answer answer(g_dbus_connection_call_sync(
       bus_.get(), object.owner.c_str(), object.path.c_str(), interface, method, arguments, nullptr,
       G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr));
-  return Answer(answer ? g_variant_get_child_value(answer.get(), 0) : nullptr);
+  const bool isEmpty = !answer || g_variant_n_children(answer.get()) == 0;
+  return Answer(isEmpty ? nullptr : g_variant_get_child_value(answer.get(), 0));
 }
 
 std::string AccessibleDesktop::name(const Reference& object) const {

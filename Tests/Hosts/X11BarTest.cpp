@@ -94,22 +94,17 @@ TEST_F(X11Bar, ReservesSpaceOnItsOwnMonitorOnly) {
       {"400/80x60/15+0+0", "400/80x60/15+240+60", {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}},
       {"640/160x60/15+0+60", "640/160x60/15+0+0", {0, 0, 22, 0, 0, 0, 0, 0, 0, 639, 0, 0}},
   };
-  const auto randr = [&](const std::vector<std::string>& arguments) {
-    std::vector<std::string> command{"xrandr"};
-    command.insert(command.end(), arguments.begin(), arguments.end());
-    runToEnd(command, screen_.environment());
-  };
   start(screen_, {"--output-name", "OWN"});
   for (const Case& tested : cases) {
     SCOPED_TRACE(tested.own);
-    for (const char* name : {"OTHER", "OWN"})
-      randr({"--delmonitor", name});
-    randr({"--setmonitor", "OTHER", tested.other, "screen"});
-    randr({"--setmonitor", "OWN", tested.own, "none"});
+    screen_.setMonitors({"--setmonitor", "OTHER", tested.other, "screen"});
+    screen_.setMonitors({"--setmonitor", "OWN", tested.own, "none"});
     EXPECT_TRUE(waitUntil([&] {
       return screen_.property(screen_.windowOfClass("velmora-menubar"), "_NET_WM_STRUT_PARTIAL") ==
              tested.strut;
     }));
+    for (const char* name : {"OTHER", "OWN"})
+      screen_.setMonitors({"--delmonitor", name});
   }
 }
 

@@ -23,15 +23,10 @@ class X11Menus : public testing::Test, protected HeardMenus {
   static constexpr uint32_t Background = 0;
 
   X11Menus() {
-    monitor({"--setmonitor", "LEFT", "200/80x500/130+0+0", "screen"});
-    monitor({"--setmonitor", "RIGHT", "600/150x500/130+200+0", "none"});
+    screen_.setMonitors({"--setmonitor", "LEFT", "200/80x500/130+0+0", "screen"});
+    screen_.setMonitors({"--setmonitor", "RIGHT", "600/150x500/130+200+0", "none"});
     setenv("DISPLAY", screen_.environment().at("DISPLAY")->c_str(), 1);
     display_ = openX11Display();
-  }
-
-  void monitor(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), "xrandr");
-    runToEnd(arguments, screen_.environment());
   }
 
   std::unique_ptr<MenuSession> begin() {
@@ -87,12 +82,12 @@ TEST_F(X11Menus, EndWithTheirMonitorAndBeforeALock) {
   screen_.setResources("Xft.dpi: 144\n");
   EXPECT_THAT(heardLines(1), ElementsAre("scale"));
   EXPECT_EQ(session->scale(), 1.5);
-  monitor({"--delmonitor", "RIGHT"});
+  screen_.setMonitors({"--delmonitor", "RIGHT"});
   EXPECT_THAT(heardLines(1), ElementsAre("ended"));
   EXPECT_TRUE(screen_.grab());
   screen_.ungrab();
   session.reset();
-  monitor({"--setmonitor", "RIGHT", "600/150x500/130+200+0", "none"});
+  screen_.setMonitors({"--setmonitor", "RIGHT", "600/150x500/130+200+0", "none"});
   ASSERT_TRUE(serveUntil([&] { return display_->monitors().size() == 2; }));
   session = begin();
   runToEnd({"xset", "s", "activate"}, screen_.environment());

@@ -251,11 +251,10 @@ void X11Server::ungrab() const {
   XSync(connection_->display, False);
 }
 
-void X11Server::input(const std::vector<std::string>& arguments) const {
-  std::vector<std::string> command{"xdotool"};
-  command.insert(command.end(), arguments.begin(), arguments.end());
-  const auto done = runToEnd(command, environment());
-  if (done.status != 0) throw std::runtime_error("no input: " + done.errors);
+void X11Server::run(const std::string& program, std::vector<std::string> arguments) const {
+  arguments.insert(arguments.begin(), program);
+  const auto done = runToEnd(arguments, environment());
+  if (done.status != 0) throw std::runtime_error(program + ": " + done.errors);
 }
 
 WaylandServer::WaylandServer(const std::vector<Output>& outputs) {

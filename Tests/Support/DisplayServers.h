@@ -73,12 +73,15 @@ class X11Server : public DisplayServer {
   void ungrab() const;
 
   /// Drives the pointer and the keyboard, as the program xdotool does with these arguments.
-  void input(const std::vector<std::string>& arguments) const;
+  void input(const std::vector<std::string>& arguments) const { run("xdotool", arguments); }
+  /// Divides the screen, as the program xrandr does.
+  void setMonitors(const std::vector<std::string>& arguments) const { run("xrandr", arguments); }
 
  private:
   struct Connection;
 
   bool windowManagerMapsWindows() const;
+  void run(const std::string& program, std::vector<std::string> arguments) const;
 
   std::unique_ptr<ChildProcess> server_;
   std::string name_;

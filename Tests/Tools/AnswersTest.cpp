@@ -117,21 +117,10 @@ TEST(Answers, Month) {
 }
 
 TEST(Answers, EventsOfAFolder) {
-  const auto folder = testFolder() / "calendars";
-  for (const auto& [name, lines] :
-       {std::pair{"work", "DTSTART:20261121T200000\r\nDTEND:20261121T213000\r\nSUMMARY:Talk\r\n"},
-        {"home", "DTSTART;VALUE=DATE:20261120\r\nDTEND;VALUE=DATE:20261122\r\nSUMMARY:Trip\r\n"}}) {
-    std::filesystem::create_directories(folder / name);
-    std::ofstream(folder / name / "color") << (name[0] == 'w' ? "#4576BB" : "#FF000080");
-    std::ofstream(folder / name / "event.ics")
-        << "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:x\r\nBEGIN:VEVENT\r\nUID:" << name
-        << "\r\nDTSTAMP:20260101T000000Z\r\n"
-        << lines << "END:VEVENT\r\nEND:VCALENDAR\r\n";
-  }
   const auto ask = [&](std::vector<std::string> command) {
     command.insert(command.begin(), {"--now", Now, "--locale", "de_DE", "--no-user-settings",
                                      "--set", "Time_Cities=[]"});
-    command.insert(command.end(), {"--calendar-dir", folder});
+    command.insert(command.end(), {"--calendar-dir", VELMORA_SOURCE_DIR "/Tests/Tools/Calendars"});
     return answer(command);
   };
   const Json trip = {{"name", "Trip"}, {"time", "Ganztägig"}, {"color", "#FF000080"}};

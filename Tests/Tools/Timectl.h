@@ -8,10 +8,12 @@
 
 #include "Tests/Support/ChildProcess.h"
 
+constexpr const char* Timectl = VELMORA_BINARY_DIR "/bin/velmora-timectl";
+
 /// Runs the real program to its end, in this test's own environment.
 inline FinishedProcess timectl(std::vector<std::string> arguments,
                                const Environment& environment = {}) {
-  arguments.insert(arguments.begin(), VELMORA_BINARY_DIR "/bin/velmora-timectl");
+  arguments.insert(arguments.begin(), Timectl);
   return runToEnd(arguments, environment);
 }
 
