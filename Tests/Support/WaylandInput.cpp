@@ -36,7 +36,8 @@ void globalAdded(void* data, wl_registry* registry, uint32_t name, const char* i
   const std::string_view kind = interface;
   const auto bind = [&]<typename Handle>(Handle& global, const wl_interface& wanted) {
     if (kind != wanted.name) return;
-    global.reset(static_cast<Handle::pointer>(wl_registry_bind(registry, name, &wanted, 1)));
+    global.reset(
+        static_cast<typename Handle::pointer>(wl_registry_bind(registry, name, &wanted, 1)));
   };
   bind(globals.seat, wl_seat_interface);
   bind(globals.pointers, zwlr_virtual_pointer_manager_v1_interface);

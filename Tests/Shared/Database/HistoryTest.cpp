@@ -78,14 +78,14 @@ TEST_F(History, WritesWaitForADatabaseThatTakesNone) {
   } cases[] = {{"locked", true, &Item::commitSync},
                {"locked until the close", true, &Item::close},
                {"full", false, &Item::commitSync}};
-  for (const auto& [name, isLocked, triesAgain] : cases) {
-    SCOPED_TRACE(name);
+  for (const auto& entry : cases) {
+    SCOPED_TRACE(entry.name);
     std::filesystem::remove(pathTo("history.db"));
     const auto store = item();
     const auto locker = openedDatabase("history.db");
     store->database()->setMaxBusyRetryTimeInterval(0);
     const auto setFailing = [&](bool fails) {
-      if (!isLocked) {
+      if (!entry.isLocked) {
         limitPages(*store->database(), fails ? "3" : "1000");
       } else {
         EXPECT_TRUE(fails ? locker->beginTransaction() : locker->commit());
@@ -99,7 +99,7 @@ TEST_F(History, WritesWaitForADatabaseThatTakesNone) {
     setFailing(false);
     EXPECT_FALSE(store->database()->inTransaction());
     EXPECT_EQ(countIn(*locker), 0);
-    ((*store).*triesAgain)();
+    ((*store).*entry.triesAgain)();
     EXPECT_EQ(locker->stringForQuery("select group_concat(n) from numbers"), "2,3,4");
   }
 }

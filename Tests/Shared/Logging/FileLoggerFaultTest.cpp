@@ -126,8 +126,9 @@ TEST_F(FileLoggerFault, FilesTakenAwayUnderLoadLoseNothingBehindThem) {
     close(file.descriptor);
   }
   auto infos = manager->sortedLogFileInfos();
-  for (auto info = infos.rbegin(); info != infos.rend(); ++info)
-    expectInOrder(info->filePath());
+  std::ranges::reverse(infos);
+  for (const DDLogFileInfo_Time& info : infos)
+    expectInOrder(info.filePath());
   EXPECT_EQ(next, (std::array{LinesOfThread, LinesOfThread, LinesOfThread, LinesOfThread, 20}));
 }
 
