@@ -171,6 +171,7 @@ TEST_P(BarMenus, FollowPointerAndKeys) {
   EXPECT_TRUE(shows(MenuLeft + 4, middleOfRow(1), LightRow));
   desk_->key("Escape");
   EXPECT_TRUE(told("close"));
+  EXPECT_TRUE(isClosed());
   click(600, 10);
   EXPECT_TRUE(shows(MenuLeft + 4, middleOfRow(1), LightRow));
   click(100, 300);
