@@ -134,6 +134,11 @@ class TimeZoneWatch : public testing::Test {
     fs::rename(fresh, link_);
   }
 
+  static std::string zoneAfterReset() {
+    NSTimeZone::resetSystemTimeZone();
+    return NSTimeZone::systemTimeZone().name();
+  }
+
   fs::path link_ = testFolder() / "localtime";
 };
 
@@ -147,8 +152,7 @@ TEST_F(TimeZoneWatch, TellsANewTargetOnce) {
   desktop.zoneChanged();
   EXPECT_EQ(zones.countAfterAWhile(), 1);
   EXPECT_EQ(NSTimeZone::systemTimeZone().name(), "Europe/Berlin") << "kept until it is reset";
-  NSTimeZone::resetSystemTimeZone();
-  EXPECT_EQ(NSTimeZone::systemTimeZone().name(), "Asia/Kathmandu");
+  EXPECT_EQ(zoneAfterReset(), "Asia/Kathmandu");
   point("America/New_York");
   EXPECT_TRUE(zones.reaches(2));
 }
@@ -158,12 +162,10 @@ TEST_F(TimeZoneWatch, SurvivesAMissingFile) {
   Counter zones("NSSystemTimeZoneDidChangeNotification");
   fs::remove(link_);
   EXPECT_TRUE(zones.reaches(1));
-  NSTimeZone::resetSystemTimeZone();
-  EXPECT_EQ(NSTimeZone::systemTimeZone().name(), "UTC");
+  EXPECT_EQ(zoneAfterReset(), "UTC");
   point("Asia/Tokyo");
   EXPECT_TRUE(zones.reaches(2));
-  NSTimeZone::resetSystemTimeZone();
-  EXPECT_EQ(NSTimeZone::systemTimeZone().name(), "Asia/Tokyo");
+  EXPECT_EQ(zoneAfterReset(), "Asia/Tokyo");
 }
 
 // New rules in the same file, as an update of the zone data brings them.

@@ -1,5 +1,6 @@
 #include "Tests/Hosts/AccessibleDesktop.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 namespace {
@@ -62,30 +63,27 @@ AccessibleDesktop::~AccessibleDesktop() {
 
 AccessibleDesktop::Answer AccessibleDesktop::call(const Reference& object, const char* interface,
                                                   const char* method, GVariant* arguments) const {
-  return Answer(g_dbus_connection_call_sync(bus_.get(), object.owner.c_str(), object.path.c_str(),
-                                            interface, method, arguments, nullptr,
-                                            G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr));
+  const Answer answer(g_dbus_connection_call_sync(
+      bus_.get(), object.owner.c_str(), object.path.c_str(), interface, method, arguments, nullptr,
+      G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr));
+  const bool isEmpty = !answer || g_variant_n_children(answer.get()) == 0;
+  return Answer(isEmpty ? nullptr : g_variant_get_child_value(answer.get(), 0));
 }
 
 std::string AccessibleDesktop::name(const Reference& object) const {
   const Answer answer = call(object, Properties, "Get", g_variant_new("(ss)", Accessible, "Name"));
   if (!answer) return "?";
-  GVariant* text = nullptr;
-  g_variant_get(answer.get(), "(v)", &text);
-  const Answer held(text);
-  return g_variant_get_string(text, nullptr);
+  return g_variant_get_string(Answer(g_variant_get_variant(answer.get())).get(), nullptr);
 }
 
 std::vector<std::string> AccessibleDesktop::actions(const Reference& object) const {
   std::vector<std::string> names;
-  const Answer answer = call(object, Action, "GetActions");
-  if (!answer) return names;
-  GVariantIter* list = nullptr;
-  g_variant_get(answer.get(), "(a(sss))", &list);
-  const char* name = nullptr;
-  while (g_variant_iter_loop(list, "(&s&s&s)", &name, nullptr, nullptr))
+  const Answer list = call(object, Action, "GetActions");
+  for (size_t index = 0; list && index < g_variant_n_children(list.get()); ++index) {
+    const char* name = nullptr;
+    g_variant_get_child(list.get(), index, "(&s&s&s)", &name, nullptr, nullptr);
     names.emplace_back(name);
-  g_variant_iter_free(list);
+  }
   return names;
 }
 
@@ -93,12 +91,10 @@ std::string AccessibleDesktop::lineOf(const Reference& object) const {
   const Answer role = call(object, Accessible, "GetRoleName");
   const Answer states = call(object, Accessible, "GetState");
   if (!role || !states) return "?";
-  const char* roleName = nullptr;
-  g_variant_get(role.get(), "(&s)", &roleName);
   uint32_t low = 0;
-  const Answer words(g_variant_get_child_value(states.get(), 0));
-  g_variant_get_child(words.get(), 0, "u", &low);
-  std::string text = std::string(roleName) + " \"" + name(object) + "\"";
+  g_variant_get_child(states.get(), 0, "u", &low);
+  std::string text = g_variant_get_string(role.get(), nullptr);
+  text += " \"" + name(object) + "\"";
   for (const std::string& action : actions(object))
     text += " (" + action + ")";
   for (const NamedState& state : States) {
@@ -111,15 +107,13 @@ std::string AccessibleDesktop::lineOf(const Reference& object) const {
 std::vector<AccessibleDesktop::Reference> AccessibleDesktop::children(
     const Reference& object) const {
   std::vector<Reference> found;
-  const Answer answer = call(object, Accessible, "GetChildren");
-  if (!answer) return found;
-  GVariantIter* list = nullptr;
-  g_variant_get(answer.get(), "(a(so))", &list);
-  const char* owner = nullptr;
-  const char* path = nullptr;
-  while (g_variant_iter_loop(list, "(&s&o)", &owner, &path))
+  const Answer list = call(object, Accessible, "GetChildren");
+  for (size_t index = 0; list && index < g_variant_n_children(list.get()); ++index) {
+    const char* owner = nullptr;
+    const char* path = nullptr;
+    g_variant_get_child(list.get(), index, "(&s&o)", &owner, &path);
     found.push_back({owner, path});
-  g_variant_iter_free(list);
+  }
   return found;
 }
 
@@ -157,15 +151,11 @@ bool AccessibleDesktop::perform(const std::string& name, const std::string& acti
   const auto object = find({Registry, RootPath}, name);
   if (!object) return false;
   const auto names = actions(*object);
-  for (size_t index = 0; index < names.size(); ++index) {
-    if (names[index] != action) continue;
-    gboolean isDone = FALSE;
-    const Answer answer =
-        call(*object, Action, "DoAction", g_variant_new("(i)", static_cast<int>(index)));
-    if (answer) g_variant_get(answer.get(), "(b)", &isDone);
-    return isDone;
-  }
-  return false;
+  const auto found = std::ranges::find(names, action);
+  if (found == names.end()) return false;
+  const auto index = static_cast<int>(found - names.begin());
+  const Answer isDone = call(*object, Action, "DoAction", g_variant_new("(i)", index));
+  return isDone && g_variant_get_boolean(isDone.get());
 }
 
 NSRect AccessibleDesktop::place(const std::string& name) const {
@@ -179,7 +169,7 @@ NSRect AccessibleDesktop::place(const std::string& name) const {
   int y = 0;
   int width = 0;
   int height = 0;
-  g_variant_get(answer.get(), "((iiii))", &x, &y, &width, &height);
+  g_variant_get(answer.get(), "(iiii)", &x, &y, &width, &height);
   return NSMakeRect(x, y, width, height);
 }
 

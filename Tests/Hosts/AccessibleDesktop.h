@@ -50,7 +50,8 @@ class AccessibleDesktop {
   };
   using Answer = std::unique_ptr<GVariant, Unreference>;
 
-  /// Null where the object has gone, or cannot do this.
+  /// The first value of the answer. Null where there is none, the object has gone, or cannot do
+  /// this.
   Answer call(const Reference& object, const char* interface, const char* method,
               GVariant* arguments = nullptr) const;
   std::string name(const Reference& object) const;

@@ -3,8 +3,10 @@
 #include <fstream>
 #include <iomanip>
 #include <sstream>
+#include <string_view>
 
 #include "Platform/Foundation/Notifications/NSDistributedNotificationCenter.h"
+#include "Tests/Platform/Support/Files.h"
 #include "Tests/Support/TestEnvironment.h"
 
 namespace fs = std::filesystem;
@@ -47,6 +49,12 @@ std::string hairlineFault(const ScreenPicture& picture, int left, int row, int s
   return "";
 }
 
+std::unique_ptr<DisplayServer> makeScreen(std::string_view name,
+                                          const WaylandServer::Output& output) {
+  if (name.starts_with("X11")) return std::make_unique<X11Server>(output.width, output.height);
+  return std::make_unique<WaylandServer>(std::vector{output});
+}
+
 }  // namespace
 
 fs::path menuBarProgram() { return fs::path(VELMORA_BINARY_DIR) / "bin" / "velmora-menubar"; }
@@ -82,15 +90,11 @@ std::string itemFault(const ScreenPicture& monitor, const ExpectedItem& expected
 }
 
 bool hasLoaded(pid_t process, const std::string& library) {
-  std::ifstream maps("/proc/" + std::to_string(process) + "/maps");
-  const std::string text(std::istreambuf_iterator<char>(maps), {});
-  return text.find("/" + library) != std::string::npos;
+  const std::string maps = readFile("/proc/" + std::to_string(process) + "/maps");
+  return maps.find("/" + library) != std::string::npos;
 }
 
-BarTest::BarTest() : itemLog_(testFolder() / "item.log") {
-  fs::remove(itemLog_);
-  startSessionBus();
-}
+BarTest::BarTest() : itemLog_(testFolder() / "item.log") {}
 
 void BarTest::start(const DisplayServer& screen, const std::vector<std::string>& arguments,
                     const Environment& environment) {
@@ -114,4 +118,14 @@ std::vector<std::string> BarTest::itemLog() const {
   for (std::string line; std::getline(file, line);)
     lines.push_back(line);
   return lines;
+}
+
+DesktopTest::DesktopTest(int width, int height)
+    : scale_(std::string_view(GetParam()).ends_with("AtScale2") ? 2 : 1),
+      environment_(scale_ == 2 ? Environment{{"GDK_SCALE", "2"}} : Environment{}),
+      screen_(makeScreen(GetParam(), {.width = width, .height = height, .scale = scale_})) {}
+
+void DesktopTest::startBar(const std::vector<std::string>& arguments, Environment environment) {
+  environment.insert(environment_.begin(), environment_.end());
+  start(*screen_, arguments, environment);
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <filesystem>
 #include <memory>
@@ -10,6 +10,7 @@
 #include "Platform/Foundation/PropertyLists/PropertyList.h"
 #include "Tests/Support/ChildProcess.h"
 #include "Tests/Support/DisplayServers.h"
+#include "Tests/Support/TestBus.h"
 
 /// The program under test.
 std::filesystem::path menuBarProgram();
@@ -67,6 +68,20 @@ class BarTest : public testing::Test {
   }
 
  private:
+  TestBus bus_{"DBUS_SESSION_BUS_ADDRESS"};
   std::filesystem::path itemLog_;
   std::unique_ptr<ChildProcess> bar_;
+};
+
+/// The same on a screen that the parameter names: "X11" or "Wayland", and "AtScale2" behind it.
+class DesktopTest : public BarTest, public testing::WithParamInterface<const char*> {
+ protected:
+  /// The screen's size, in pixels.
+  DesktopTest(int width, int height);
+
+  void startBar(const std::vector<std::string>& arguments = {}, Environment environment = {});
+
+  const int scale_;
+  const Environment environment_;  ///< What tells an X11 desktop's scale.
+  const std::unique_ptr<DisplayServer> screen_;
 };

@@ -4,6 +4,7 @@
 
 #include "Tests/Hosts/BarTest.h"
 #include "Tests/Support/TestEnvironment.h"
+#include "Tests/Support/Transcript.h"
 
 namespace {
 
@@ -17,42 +18,11 @@ FinishedProcess run(const std::vector<std::string>& arguments) {
   return runToEnd(command, noDisplay);
 }
 
-struct Refusal {
-  std::vector<std::string> arguments;
-  int status;
-  const char* told;  ///< What is wrong and what would be right.
-};
-
 // Would catch: an argument that is passed over, and a message that does not help.
 TEST(CommandLine, RefusesWhatItCannotUse) {
-  const Refusal refusals[] = {
-      {{"--loud"}, 2, "\"--loud\"; --help"},
-      {{"clock"}, 2, "\"clock\"; --help"},
-      {{"--headless"}, 2, "--headless --output DIR"},
-      {{"--headless", "--output", "--dark"}, 2, "--output pictures"},
-      {{"--headless", "--output", ""}, 2, "--output pictures"},
-      {{"--headless", "--output", "out", "--scale"}, 2, "--scale 2"},
-      {{"--headless", "--output", "out", "--scale", "0"}, 2, "above 0 and up to 16"},
-      {{"--headless", "--output", "out", "--scale", "17"}, 2, "not \"17\""},
-      {{"--headless", "--output", "out", "--scale", "2x"}, 2, "not \"2x\""},
-      {{"--headless", "--output", "out", "--scale", "nan"}, 2, "not \"nan\""},
-      {{"--headless", "--output", "out", "--output-name", "DP-1"}, 2, "--output-name"},
-      {{"--scale", "2"}, 2, "--headless --output DIR"},
-      {{"--output", "out"}, 2, "--headless --output DIR"},
-      {{"--output-name"}, 2, "--output-name DP-1"},
-      {{"--bundle"}, 2, "--bundle Name.bundle"},
-      {{"--headless", "--output", "out", "--bundle", "Missing.bundle"}, 1, "Missing.so"},
-      {{"--headless", "--output", "/dev/null/out", "--bundle", testBundle()}, 1, "/dev/null/out"},
-      {{}, 1, "--headless --output DIR"},
-  };
-  for (const Refusal& tested : refusals) {
-    const auto done = run(tested.arguments);
-    SCOPED_TRACE(testing::PrintToString(tested.arguments));
-    EXPECT_EQ(done.status, tested.status);
-    EXPECT_EQ(done.output, "");
-    EXPECT_THAT(done.errors, testing::MatchesRegex("velmora-menubar: [^\n]*\n"));
-    EXPECT_THAT(done.errors, HasSubstr(tested.told));
-  }
+  expectTranscript(VELMORA_SOURCE_DIR "/Tests/Hosts/refusals.txt", menuBarProgram(), noDisplay);
+  expectComplaint(run({"--headless", "--output", "/dev/null/out", "--bundle", testBundle()}),
+                  menuBarProgram(), 1, "/dev/null/out");
 }
 
 // Would catch: a host that goes on with the extra that it did not get.
@@ -60,8 +30,7 @@ TEST(CommandLine, RefusesABundleWithoutAnExtra) {
   const auto done = runToEnd({menuBarProgram().string(), "--headless", "--output",
                               testFolder().string(), "--bundle", testBundle().string()},
                              {{"TEST_EXTRA_IS_MISSING", "1"}});
-  EXPECT_EQ(done.status, 1);
-  EXPECT_THAT(done.errors, testing::MatchesRegex("velmora-menubar: [^\n]*makes no extra\n"));
+  expectComplaint(done, menuBarProgram(), 1, "makes no extra\n");
 }
 
 // Would catch: an option that --help has forgotten.

@@ -3,12 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
+#include <iterator>
 
 #include "Platform/AppKit/Drawing/RecordingGraphicsContext.h"
 #include "Platform/Foundation/Notifications/NSDistributedNotificationCenter.h"
 #include "Platform/Foundation/Settings/CFPreferences.h"
+#include "Platform/Foundation/Text/NSString.h"
 #include "Platform/SystemUIPlugin/NSMenuBarSlot.h"
+#include "Tests/Platform/Support/Files.h"
 #include "Tests/Support/ChildProcess.h"
 #include "Tests/Support/TestEnvironment.h"
 #include "Tests/Targets/SimulatedTime.h"
@@ -20,6 +22,8 @@ constexpr const char* Domain = "com.wenmark.velmora5.extras";
 class SlotReload : public testing::Test {
  protected:
   SlotReload() {
+    for (int day = 1; day <= 9; ++day)
+      writeFile(logs_ / ("hosts_tests 2026-11-0" + std::to_string(day) + " 10-00.log"), "");
     write("Time_MenubarFormat", PropertyList::Array{"EEEE", "' '", "HH", ":", "mm"});
     slot_.onNeedsDisplay = [this] { ++redraws_; };
     slot_.onLengthChanged = [this] { lengths_.push_back(slot_.length()); };
@@ -45,6 +49,7 @@ class SlotReload : public testing::Test {
     return context.joinedText();
   }
 
+  const std::filesystem::path logs_ = testFolder() / "state/velmora5/Logs/Velmora/time";
   SimulatedTime time_;
   NSMenuBarSlot slot_;
   std::vector<double> lengths_;
@@ -78,20 +83,15 @@ TEST_F(SlotReload, FollowsTheLanguageWithoutATrace) {
   slot_.unload();
   time_.loop.advance(2);
   EXPECT_EQ(redraws_, 10);
-  // What was logged is written when the work on its way is done.
-  const auto folder = testFolder() / "state/velmora5/Logs/Velmora/time";
-  const auto lines = [&] {
-    int count = 0;
-    std::error_code error;
-    for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
-      std::ifstream file(entry.path());
-      for (std::string line; std::getline(file, line);)
-        count += line.ends_with("Unloading...") ? 1 : 0;
-    }
-    return count;
+  // What was logged is written when the work on its way is done. The newest log of before, twelve
+  // days old, takes it, and seven older ones are kept.
+  const auto unloads = [&] {
+    const std::string log = readFile(logs_ / "hosts_tests 2026-11-09 10-00.log");
+    return componentsSeparatedByString(log, "Unloading...\n").size() - 1;
   };
-  EXPECT_TRUE(waitUntil([&] { return lines() >= 54; }));
-  EXPECT_EQ(lines(), 54);
+  EXPECT_TRUE(waitUntil([&] { return unloads() >= 54; }));
+  EXPECT_EQ(unloads(), 54);
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(logs_), {}), 8);
 }
 
 }  // namespace

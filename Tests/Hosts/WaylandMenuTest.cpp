@@ -3,23 +3,21 @@
 #include <stdlib.h>
 
 #include <algorithm>
-#include <array>
 #include <filesystem>
 #include <functional>
 #include <memory>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "Hosts/Wayland/WaylandDisplay.h"
-#include "Platform/Foundation/RunLoop/NSRunLoop.h"
+#include "Tests/Hosts/HeardMenus.h"
 #include "Tests/Support/DisplayServers.h"
 #include "Tests/Support/WaylandInput.h"
 
 namespace {
 
-/// Notes what it is told, a word or a line each.
-class Menus : public MenuSessionClient {
+/// One session with one window.
+class Menus : public HeardMenus {
  public:
   void open(Display& display, const std::string& output) {
     for (const Monitor& monitor : display.monitors()) {
@@ -31,51 +29,20 @@ class Menus : public MenuSessionClient {
     window.reset();
     session.reset();
   }
-  /// A window of one colour.
   void show(PixelRect frame, uint32_t color) {
     if (!window) window = session->makeWindow();
-    const std::vector<uint32_t> pixels(static_cast<size_t>(frame.width * frame.height), color);
-    window->present(frame, {pixels, frame.width, frame.height, frame.width},
-                    {0, 0, frame.width, frame.height});
-  }
-
-  void menuFrameReady(MenuWindow&) override { ++frames; }
-  void menuScaleChanged() override { heard.push_back("scale"); }
-  void menuPointerEvent(const PointerEvent& event) override {
-    static constexpr std::array Kinds = {"enter",   "move",   "leave", "press",
-                                         "release", "cancel", "scroll"};
-    std::ostringstream line;
-    line << Kinds.at(static_cast<size_t>(event.kind)) << " " << event.place.x << ","
-         << event.place.y;
-    if (event.kind == PointerEvent::Kind::Scroll) line << " by " << event.scroll.y;
-    heard.push_back(line.str());
-  }
-  void menuTouchEvent(const TouchEvent&) override {}
-  void menuKeyEvent(const NSEvent& event) override {
-    std::ostringstream line;
-    line << (event.type == NSEventType::KeyDown ? "down " : "up ") << event.keyCode << " "
-         << event.characters << (event.isARepeat ? " again" : "");
-    heard.push_back(line.str());
+    HeardMenus::show(*window, frame, color, {0, 0, frame.width, frame.height});
   }
   void menuSessionEnded() override {
-    heard.push_back("ended");
+    HeardMenus::menuSessionEnded();
     close();
   }
 
   std::unique_ptr<MenuSession> session;
   std::unique_ptr<MenuWindow> window;
-  std::vector<std::string> heard;
-  int frames = 0;
 };
 
-/// Serves the run loop until `condition` holds.
-bool serveUntil(const std::function<bool()>& condition) {
-  return waitUntil([&] {
-    while (NSRunLoop::mainRunLoop().runPending()) {
-    }
-    return condition();
-  });
-}
+bool serveUntil(const std::function<bool()>& condition) { return Menus::serveUntil(condition); }
 
 std::unique_ptr<Display> connectTo(const WaylandServer& screen) {
   for (const auto& [name, value] : screen.environment())
@@ -109,14 +76,14 @@ TEST(WaylandMenus, TakeTheInputOfEveryOutput) {
   input.move(500, 60);
   expect({"leave 300,50", "enter 500,60"});
   input.click(BTN_LEFT);
-  input.scroll(0, 15);
-  expect({"press 500,60", "release 500,60", "scroll 500,60 by 15"});
+  input.scroll(15);
+  expect({"press 500,60", "release 500,60", "scroll 500,60 by 0,15"});
   input.keyDown(KEY_LEFTSHIFT);
   input.type(KEY_A);
-  expect({"down 256 ", "down 256 A", "up 256 A"});
+  expect({"down 256 ", "down 256 A shifted", "up 256 A shifted"});
   input.keyUp(KEY_LEFTSHIFT);
   input.keyDown(KEY_DOWN);
-  expect({"up 256 ", "down 125 "});
+  expect({"up 256  shifted", "down 125 "});
   EXPECT_TRUE(serveUntil([&] { return menus.heard.size() > 1; }));
   EXPECT_THAT(menus.heard, testing::Each("down 125  again"));
 }
@@ -139,9 +106,8 @@ TEST(WaylandMenus, AreSeenWhereTheyStand) {
     });
   };
   menus.show({20, 22, 100, 60}, 0xFF000000 | Red);
-  menus.window->requestFrame();
+  menus.showFrames(*menus.window, 1);
   EXPECT_TRUE(shows({20, 22, 100, 60}, Red));
-  EXPECT_TRUE(serveUntil([&] { return menus.frames == 1; }));
   menus.show({30, 40, 120, 90}, 0xFF000000 | Green);
   EXPECT_TRUE(shows({30, 40, 120, 90}, Green));
   screen.command("output HEADLESS-1 scale 1.5");
@@ -168,9 +134,7 @@ TEST(WaylandMenus, LeaveNothingBehind) {
   for (int opening = 0; opening < 10; ++opening) {
     menus.open(*display, "HEADLESS-1");
     menus.show({20, 22, 100, 60}, 0xFF000000 | Red);
-    menus.frames = 0;
-    menus.window->requestFrame();
-    ASSERT_TRUE(serveUntil([&] { return menus.frames == 1; }));
+    menus.showFrames(*menus.window, 1);
     menus.heard.clear();
     input.type(KEY_ESC);
     ASSERT_TRUE(serveUntil([&] { return std::ranges::count(menus.heard, "up 53 ") == 1; }));

@@ -1,6 +1,6 @@
-#include <gmock/gmock.h>
-
+#include <fstream>
 #include <functional>
+#include <sstream>
 
 #include "Tests/Hosts/BarTest.h"
 
@@ -45,72 +45,9 @@ TEST_F(X11Bar, IsADockThatReservesItsHeight) {
   }
 }
 
-struct Setting {
-  enum Type { Number, Text, Color };
-
-  Type type;
-  std::string name;
-  uint32_t value;  // Of a text, its length.
-};
-
-/// A settings manager's property (freedesktop.org, XSETTINGS 0.5), with the numbers' bytes in
-/// either order.
-std::string settingsBytes(bool isMostSignificantFirst, const std::vector<Setting>& settings) {
-  std::string bytes(1, isMostSignificantFirst ? 1 : 0);
-  const auto add = [&](uint32_t number, uint32_t size) {
-    for (uint32_t index = 0; index < size; ++index) {
-      const uint32_t place = isMostSignificantFirst ? size - 1 - index : index;
-      bytes += static_cast<char>(number >> (8 * place));
-    }
-  };
-  const auto fill = [&] { bytes.resize((bytes.size() + 3) / 4 * 4); };
-  fill();
-  add(7, 4);
-  add(static_cast<uint32_t>(settings.size()), 4);
-  for (const Setting& setting : settings) {
-    add(setting.type, 1);
-    add(0, 1);
-    add(static_cast<uint32_t>(setting.name.size()), 2);
-    bytes += setting.name;
-    fill();
-    add(1, 4);
-    add(setting.value, 4);
-    if (setting.type == Setting::Text) bytes.append(setting.value, 'x');
-    if (setting.type == Setting::Color) add(0, 4);
-    fill();
-  }
-  return bytes;
-}
-
 // Would catch: a bar of the wrong size on a dense screen, one that does not follow the settings of
 // a running session, and a settings manager's damaged words that end it.
 TEST_F(X11Bar, FollowsTheDesktopsScale) {
-  constexpr uint32_t Dot = 1024;
-  const auto factor = [](uint32_t value) {
-    return Setting{Setting::Number, "Gdk/WindowScalingFactor", value};
-  };
-  const auto resolution = [](uint32_t value) {
-    return Setting{Setting::Number, "Xft/DPI", value * Dot};
-  };
-  const std::string full = settingsBytes(false, {{Setting::Text, "Net/ThemeName", 5},
-                                                 {Setting::Color, "Other/Color", 9},
-                                                 factor(2),
-                                                 resolution(240)});
-  struct Case {
-    std::string settings;
-    unsigned long height;  // 22 points.
-  };
-  const Case cases[] = {
-      {settingsBytes(false, {factor(1), resolution(120)}), 28},
-      {settingsBytes(true, {factor(2), resolution(96)}), 44},
-      {settingsBytes(true, {resolution(101)}), 22},
-      {full, 55},
-      {full.substr(0, full.size() - 1), 44},
-      {settingsBytes(false, {factor(1), resolution(1)}), 22},
-      {full.substr(0, 40), 33},
-      {settingsBytes(false, {resolution(168)}), 39},
-      {"", 33},
-  };
   screen_.setResources("*background: grey\nXft.dpi:\t144\n");
   start(screen_);
   const auto expectHeight = [&](unsigned long height) {
@@ -121,12 +58,22 @@ TEST_F(X11Bar, FollowsTheDesktopsScale) {
     })) << height;
   };
   expectHeight(33);
-  for (const Case& tested : cases) {
-    screen_.publishSettings(tested.settings);
-    expectHeight(tested.height);
+  std::ifstream settings(VELMORA_SOURCE_DIR "/Tests/Hosts/xsettings.txt");
+  ASSERT_TRUE(settings.is_open());
+  for (std::string line; std::getline(settings, line);) {
+    if (line.starts_with('#')) continue;
+    SCOPED_TRACE(line);
+    std::istringstream fields(line);
+    unsigned long height = 0;
+    fields >> height;
+    std::string bytes;
+    for (std::string digits; fields >> digits;) {
+      for (size_t at = 0; at < digits.size(); at += 2)
+        bytes += static_cast<char>(std::stoi(digits.substr(at, 2), nullptr, 16));
+    }
+    screen_.publishSettings(bytes);
+    expectHeight(height);
   }
-  screen_.publishSettings(full);
-  expectHeight(55);
   screen_.withdrawSettings();
   expectHeight(33);
   screen_.setResources("Xft.dpi: 192\n");
@@ -147,22 +94,17 @@ TEST_F(X11Bar, ReservesSpaceOnItsOwnMonitorOnly) {
       {"400/80x60/15+0+0", "400/80x60/15+240+60", {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}},
       {"640/160x60/15+0+60", "640/160x60/15+0+0", {0, 0, 22, 0, 0, 0, 0, 0, 0, 639, 0, 0}},
   };
-  const auto randr = [&](const std::vector<std::string>& arguments) {
-    std::vector<std::string> command{"xrandr"};
-    command.insert(command.end(), arguments.begin(), arguments.end());
-    runToEnd(command, screen_.environment());
-  };
   start(screen_, {"--output-name", "OWN"});
   for (const Case& tested : cases) {
     SCOPED_TRACE(tested.own);
-    for (const char* name : {"OTHER", "OWN"})
-      randr({"--delmonitor", name});
-    randr({"--setmonitor", "OTHER", tested.other, "screen"});
-    randr({"--setmonitor", "OWN", tested.own, "none"});
+    screen_.setMonitors({"--setmonitor", "OTHER", tested.other, "screen"});
+    screen_.setMonitors({"--setmonitor", "OWN", tested.own, "none"});
     EXPECT_TRUE(waitUntil([&] {
       return screen_.property(screen_.windowOfClass("velmora-menubar"), "_NET_WM_STRUT_PARTIAL") ==
              tested.strut;
     }));
+    for (const char* name : {"OTHER", "OWN"})
+      screen_.setMonitors({"--delmonitor", name});
   }
 }
 

@@ -2,22 +2,20 @@
 
 #include <gmock/gmock.h>
 #include <stdlib.h>
-#include <X11/keysym.h>
 
 #include <algorithm>
-#include <functional>
 #include <utility>
 
 #include "Hosts/X11/X11Display.h"
-#include "Platform/Foundation/RunLoop/NSRunLoop.h"
-#include "Tests/Support/X11Input.h"
+#include "Tests/Hosts/HeardMenus.h"
+#include "Tests/Support/DisplayServers.h"
 
 namespace {
 
 using testing::ElementsAre;
 
 /// Two monitors side by side; the session is on the right one.
-class X11Menus : public testing::Test, protected MenuSessionClient {
+class X11Menus : public testing::Test, protected HeardMenus {
  protected:
   static constexpr int Width = 800;
   static constexpr int Height = 500;
@@ -25,15 +23,10 @@ class X11Menus : public testing::Test, protected MenuSessionClient {
   static constexpr uint32_t Background = 0;
 
   X11Menus() {
-    monitor({"--setmonitor", "LEFT", "200/80x500/130+0+0", "screen"});
-    monitor({"--setmonitor", "RIGHT", "600/150x500/130+200+0", "none"});
+    screen_.setMonitors({"--setmonitor", "LEFT", "200/80x500/130+0+0", "screen"});
+    screen_.setMonitors({"--setmonitor", "RIGHT", "600/150x500/130+200+0", "none"});
     setenv("DISPLAY", screen_.environment().at("DISPLAY")->c_str(), 1);
     display_ = openX11Display();
-  }
-
-  void monitor(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), "xrandr");
-    runToEnd(arguments, screen_.environment());
   }
 
   std::unique_ptr<MenuSession> begin() {
@@ -41,49 +34,18 @@ class X11Menus : public testing::Test, protected MenuSessionClient {
     return display_->beginMenus(*std::ranges::find(monitors, "RIGHT", &Monitor::name), *this);
   }
 
-  bool serveUntil(const std::function<bool()>& condition) {
-    return waitUntil([&] {
-      for (int passes = 0; passes < 100 && NSRunLoop::mainRunLoop().runPending();)
-        ++passes;
-      return condition();
-    });
-  }
-
-  /// The words for what has happened since the last call, once there are `count`.
-  std::vector<std::string> heard(size_t count) {
-    EXPECT_TRUE(serveUntil([&] { return heard_.size() >= count; }));
-    return std::exchange(heard_, {});
-  }
-
-  void menuFrameReady(MenuWindow& window) override {
-    heard_.push_back("frame");
-    window.requestFrame();
-  }
-  void menuScaleChanged() override { heard_.push_back("scale"); }
-  void menuPointerEvent(const PointerEvent& event) override {
-    using enum PointerEvent::Kind;
-    if (event.kind == Enter) return;  // Wherever the pointer was.
-    heard_.push_back(std::to_string(static_cast<int>(event.kind)) + " at " + text(event.place) +
-                     (event.kind == Scroll ? " by " + text(event.scroll) : ""));
-  }
-  void menuTouchEvent(const TouchEvent&) override {}
-  void menuKeyEvent(const NSEvent& event) override {
-    heard_.push_back((event.type == NSEventType::KeyDown ? "+" : "-") +
-                     std::to_string(event.keyCode) + event.characters +
-                     (event.isARepeat ? " again" : "") +
-                     (event.modifierFlags == NSEventModifierFlagShift ? " shifted" : ""));
-  }
-  void menuSessionEnded() override { heard_.push_back("ended"); }
-
-  static std::string text(NSPoint point) {
-    return std::to_string(static_cast<int>(point.x)) + "," +
-           std::to_string(static_cast<int>(point.y));
+  /// What has been heard since the last call, once there is that much; without where the pointer
+  /// was at first.
+  std::vector<std::string> heardLines(size_t count) {
+    EXPECT_TRUE(serveUntil([&] {
+      std::erase_if(heard, [](const std::string& line) { return line.starts_with("enter"); });
+      return heard.size() >= count;
+    }));
+    return std::exchange(heard, {});
   }
 
   X11Server screen_{Width, Height};
-  X11Input input_{screen_};
   std::unique_ptr<Display> display_;
-  std::vector<std::string> heard_;
 };
 
 // Would catch: places in pixels or from the monitor's corner, releases of a wheel as scrolling, a
@@ -91,29 +53,24 @@ class X11Menus : public testing::Test, protected MenuSessionClient {
 TEST_F(X11Menus, TakesAllInputWhileTheyAreOpen) {
   screen_.setResources("Xft.dpi: 192\n");
   ASSERT_TRUE(serveUntil([&] { return display_->monitors()[0].scale == 2; }));
-  ASSERT_TRUE(input_.grab());
+  ASSERT_TRUE(screen_.grab());
   EXPECT_EQ(begin(), nullptr);
-  input_.ungrab();
+  screen_.ungrab();
   auto session = begin();
   ASSERT_NE(session, nullptr);
-  EXPECT_FALSE(input_.grab());
-  input_.move(300, 100);
-  input_.press(3);
-  input_.release(3);
-  input_.scroll(-1, 2);
-  EXPECT_THAT(heard(6),
-              ElementsAre("1 at 150,50", "3 at 150,50", "4 at 150,50", "6 at 150,50 by 0,15",
-                          "6 at 150,50 by 0,15", "6 at 150,50 by -15,0"));
-  input_.key(XK_Down);
-  input_.pressKey(XK_Shift_L);
-  input_.key(XK_g);
-  input_.releaseKey(XK_Shift_L);
-  EXPECT_THAT(heard(6), ElementsAre("+125", "-125", "+256", "+256G shifted", "-256G shifted",
-                                    "-256 shifted"));
-  input_.pressKey(XK_g);
-  EXPECT_THAT(heard(2), ElementsAre("+256g", "+256g again"));
+  EXPECT_FALSE(screen_.grab());
+  screen_.input(
+      {"mousemove", "300", "100", "click", "3", "click", "--repeat", "2", "5", "click", "6"});
+  EXPECT_THAT(heardLines(6),
+              ElementsAre("move 150,50", "press 150,50", "release 150,50", "scroll 150,50 by 0,15",
+                          "scroll 150,50 by 0,15", "scroll 150,50 by -15,0"));
+  screen_.input({"key", "Down", "keydown", "Shift_L", "key", "g", "keyup", "Shift_L"});
+  EXPECT_THAT(heardLines(6), ElementsAre("down 125 ", "up 125 ", "down 256 ", "down 256 G shifted",
+                                         "up 256 G shifted", "up 256  shifted"));
+  screen_.input({"keydown", "g"});
+  EXPECT_THAT(heardLines(2), ElementsAre("down 256 g", "down 256 g again"));
   session.reset();
-  EXPECT_TRUE(input_.grab());
+  EXPECT_TRUE(screen_.grab());
 }
 
 // Would catch: menus on a monitor that is gone, at a scale that is not the desktop's, a session
@@ -123,18 +80,18 @@ TEST_F(X11Menus, EndWithTheirMonitorAndBeforeALock) {
   auto session = begin();
   ASSERT_NE(session, nullptr);
   screen_.setResources("Xft.dpi: 144\n");
-  EXPECT_THAT(heard(1), ElementsAre("scale"));
+  EXPECT_THAT(heardLines(1), ElementsAre("scale"));
   EXPECT_EQ(session->scale(), 1.5);
-  monitor({"--delmonitor", "RIGHT"});
-  EXPECT_THAT(heard(1), ElementsAre("ended"));
-  EXPECT_TRUE(input_.grab());
-  input_.ungrab();
+  screen_.setMonitors({"--delmonitor", "RIGHT"});
+  EXPECT_THAT(heardLines(1), ElementsAre("ended"));
+  EXPECT_TRUE(screen_.grab());
+  screen_.ungrab();
   session.reset();
-  monitor({"--setmonitor", "RIGHT", "600/150x500/130+200+0", "none"});
+  screen_.setMonitors({"--setmonitor", "RIGHT", "600/150x500/130+200+0", "none"});
   ASSERT_TRUE(serveUntil([&] { return display_->monitors().size() == 2; }));
   session = begin();
   runToEnd({"xset", "s", "activate"}, screen_.environment());
-  EXPECT_THAT(heard(1), ElementsAre("ended"));
+  EXPECT_THAT(heardLines(1), ElementsAre("ended"));
 }
 
 // Would catch: a window at the wrong monitor, a picture larger than a request cut off, remains of
@@ -161,8 +118,7 @@ TEST_F(X11Menus, ShowTheirPictures) {
     auto window = session->makeWindow();
     for (const Case& tested : cases) {
       const PixelRect& frame = tested.frame;
-      const std::vector pixels(static_cast<size_t>(frame.width * frame.height), tested.color);
-      window->present(frame, {pixels, frame.width, frame.height, frame.width}, tested.changed);
+      show(*window, frame, tested.color, tested.changed);
       const auto expected = [&](int x, int y) -> uint32_t {
         const bool isInside = x >= Left + frame.x && x < Left + frame.x + frame.width &&
                               y >= frame.y && y < frame.y + frame.height;
@@ -181,12 +137,10 @@ TEST_F(X11Menus, ShowTheirPictures) {
       })) << tested.color;
     }
     const int64_t start = NSRunLoop::mainRunLoop().now();
-    window->requestFrame();
-    EXPECT_THAT(heard(5), testing::Each("frame"));
+    showFrames(*window, 5);
     EXPECT_GE(NSRunLoop::mainRunLoop().now() - start, 4 * 16'000'000);
     window.reset();
     session.reset();
-    heard_.clear();
   }
 }
 

@@ -52,19 +52,6 @@ ScreenPicture pictureFromPng(const fs::path& file) {
   return picture;
 }
 
-void startSessionBus() {
-  static std::unique_ptr<ChildProcess> bus;
-  if (!bus) {
-    bus = std::make_unique<ChildProcess>(std::vector<std::string>{
-        "dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address=1"});
-    if (!waitUntil([] { return bus->output().ends_with('\n'); })) {
-      throw std::runtime_error("no session bus: " + bus->errors());
-    }
-  }
-  const std::string line = bus->output();
-  setenv("DBUS_SESSION_BUS_ADDRESS", line.substr(0, line.find('\n')).c_str(), 1);
-}
-
 struct X11Server::Connection {
   explicit Connection(const std::string& name) : display(XOpenDisplay(name.c_str())) {
     if (display == nullptr) throw std::runtime_error("no connection to the X11 server " + name);
@@ -247,11 +234,27 @@ void X11Server::claimSelection(const std::string& name) {
   XSync(display, False);
 }
 
-void X11Server::input(const std::vector<std::string>& arguments) const {
-  std::vector<std::string> command{"xdotool"};
-  command.insert(command.end(), arguments.begin(), arguments.end());
-  const auto done = runToEnd(command, environment());
-  if (done.status != 0) throw std::runtime_error("no input: " + done.errors);
+bool X11Server::grab() const {
+  Display* display = connection_->display;
+  const Window root = DefaultRootWindow(display);
+  const bool isOurs =
+      XGrabPointer(display, root, False, ButtonPressMask, GrabModeAsync, GrabModeAsync, None, None,
+                   CurrentTime) == GrabSuccess &&
+      XGrabKeyboard(display, root, False, GrabModeAsync, GrabModeAsync, CurrentTime) == GrabSuccess;
+  if (!isOurs) ungrab();
+  return isOurs;
+}
+
+void X11Server::ungrab() const {
+  XUngrabPointer(connection_->display, CurrentTime);
+  XUngrabKeyboard(connection_->display, CurrentTime);
+  XSync(connection_->display, False);
+}
+
+void X11Server::run(const std::string& program, std::vector<std::string> arguments) const {
+  arguments.insert(arguments.begin(), program);
+  const auto done = runToEnd(arguments, environment());
+  if (done.status != 0) throw std::runtime_error(program + ": " + done.errors);
 }
 
 WaylandServer::WaylandServer(const std::vector<Output>& outputs) {

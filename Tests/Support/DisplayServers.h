@@ -23,10 +23,6 @@ struct ScreenPicture {
 /// Reads a PNG file. An empty picture if it cannot be read.
 ScreenPicture pictureFromPng(const std::filesystem::path& file);
 
-/// The one session bus of this test program. `DBUS_SESSION_BUS_ADDRESS` names it from the first
-/// call on.
-void startSessionBus();
-
 /// A screen of the test's own. It ends with this object.
 class DisplayServer {
  public:
@@ -71,13 +67,21 @@ class X11Server : public DisplayServer {
   /// Owns a selection from now on, as a manager does by which others know that there is one.
   void claimSelection(const std::string& name);
 
+  /// Takes the pointer and the keyboard as another program's menu does. False if the server refuses
+  /// one of them; then it has neither.
+  bool grab() const;
+  void ungrab() const;
+
   /// Drives the pointer and the keyboard, as the program xdotool does with these arguments.
-  void input(const std::vector<std::string>& arguments) const;
+  void input(const std::vector<std::string>& arguments) const { run("xdotool", arguments); }
+  /// Divides the screen, as the program xrandr does.
+  void setMonitors(const std::vector<std::string>& arguments) const { run("xrandr", arguments); }
 
  private:
   struct Connection;
 
   bool windowManagerMapsWindows() const;
+  void run(const std::string& program, std::vector<std::string> arguments) const;
 
   std::unique_ptr<ChildProcess> server_;
   std::string name_;

@@ -15,6 +15,8 @@
 #include <virtual-keyboard-unstable-v1-client.h>
 #include <wlr-virtual-pointer-unstable-v1-client.h>
 
+#include "Platform/Foundation/LibraryHandle.h"
+
 namespace {
 
 uint32_t milliseconds() {
@@ -23,19 +25,19 @@ uint32_t milliseconds() {
 }
 
 struct Globals {
-  wl_seat* seat = nullptr;
-  zwlr_virtual_pointer_manager_v1* pointers = nullptr;
-  zwp_virtual_keyboard_manager_v1* keyboards = nullptr;
+  LibraryHandle<wl_seat, wl_seat_destroy> seat;
+  LibraryHandle<zwlr_virtual_pointer_manager_v1, zwlr_virtual_pointer_manager_v1_destroy> pointers;
+  LibraryHandle<zwp_virtual_keyboard_manager_v1, zwp_virtual_keyboard_manager_v1_destroy> keyboards;
 };
 
 void globalAdded(void* data, wl_registry* registry, uint32_t name, const char* interface,
                  uint32_t) {
   Globals& globals = *static_cast<Globals*>(data);
   const std::string_view kind = interface;
-  const auto bind = [&](auto*& global, const wl_interface& wanted) {
-    using Pointer = std::remove_reference_t<decltype(global)>;
+  const auto bind = [&]<typename Handle>(Handle& global, const wl_interface& wanted) {
     if (kind != wanted.name) return;
-    global = static_cast<Pointer>(wl_registry_bind(registry, name, &wanted, 1));
+    global.reset(
+        static_cast<typename Handle::pointer>(wl_registry_bind(registry, name, &wanted, 1)));
   };
   bind(globals.seat, wl_seat_interface);
   bind(globals.pointers, zwlr_virtual_pointer_manager_v1_interface);
@@ -49,64 +51,54 @@ void globalRemoved(void*, wl_registry*, uint32_t) {}
 struct WaylandInput::Connection {
   explicit Connection(const std::string& socket) : display(wl_display_connect(socket.c_str())) {
     if (display == nullptr) throw std::runtime_error("no connection to the compositor " + socket);
-    registry = wl_display_get_registry(display);
+    registry.reset(wl_display_get_registry(display.get()));
     static constexpr wl_registry_listener Listener = {globalAdded, globalRemoved};
-    wl_registry_add_listener(registry, &Listener, &globals);
-    wl_display_roundtrip(display);
+    wl_registry_add_listener(registry.get(), &Listener, &globals);
+    wl_display_roundtrip(display.get());
     if (globals.seat == nullptr || globals.pointers == nullptr || globals.keyboards == nullptr) {
       throw std::runtime_error("the compositor takes no input from programs");
     }
-    pointer =
-        zwlr_virtual_pointer_manager_v1_create_virtual_pointer(globals.pointers, globals.seat);
-    keyboard =
-        zwp_virtual_keyboard_manager_v1_create_virtual_keyboard(globals.keyboards, globals.seat);
+    pointer.reset(zwlr_virtual_pointer_manager_v1_create_virtual_pointer(globals.pointers.get(),
+                                                                         globals.seat.get()));
+    keyboard.reset(zwp_virtual_keyboard_manager_v1_create_virtual_keyboard(globals.keyboards.get(),
+                                                                           globals.seat.get()));
     sendKeymap();
     sync();
   }
 
-  ~Connection() {
-    xkb_state_unref(state);
-    zwlr_virtual_pointer_v1_destroy(pointer);
-    zwp_virtual_keyboard_v1_destroy(keyboard);
-    zwlr_virtual_pointer_manager_v1_destroy(globals.pointers);
-    zwp_virtual_keyboard_manager_v1_destroy(globals.keyboards);
-    wl_seat_destroy(globals.seat);
-    wl_registry_destroy(registry);
-    wl_display_disconnect(display);
-  }
-
   void sendKeymap() {
-    xkb_context* context = xkb_context_new(XKB_CONTEXT_NO_ENVIRONMENT_NAMES);
+    const LibraryHandle<xkb_context, xkb_context_unref> context(
+        xkb_context_new(XKB_CONTEXT_NO_ENVIRONMENT_NAMES));
     const xkb_rule_names names{"evdev", "pc105", "us", "", ""};
-    xkb_keymap* keymap = xkb_keymap_new_from_names(context, &names, XKB_KEYMAP_COMPILE_NO_FLAGS);
+    const LibraryHandle<xkb_keymap, xkb_keymap_unref> keymap(
+        xkb_keymap_new_from_names(context.get(), &names, XKB_KEYMAP_COMPILE_NO_FLAGS));
     if (keymap == nullptr) throw std::runtime_error("no keymap");
-    state = xkb_state_new(keymap);
-    char* const owned = xkb_keymap_get_as_string(keymap, XKB_KEYMAP_FORMAT_TEXT_V1);
-    const std::string text = owned;
-    free(owned);
-    xkb_keymap_unref(keymap);
-    xkb_context_unref(context);
+    state.reset(xkb_state_new(keymap.get()));
+    const LibraryHandle<char, free> owned(
+        xkb_keymap_get_as_string(keymap.get(), XKB_KEYMAP_FORMAT_TEXT_V1));
+    const std::string text = owned.get();
     const int descriptor = memfd_create("keymap", MFD_CLOEXEC);
     const size_t size = text.size() + 1;
     if (write(descriptor, text.c_str(), size) != static_cast<ssize_t>(size)) {
       throw std::runtime_error("no memory for the keymap");
     }
-    zwp_virtual_keyboard_v1_keymap(keyboard, WL_KEYBOARD_KEYMAP_FORMAT_XKB_V1, descriptor,
+    zwp_virtual_keyboard_v1_keymap(keyboard.get(), WL_KEYBOARD_KEYMAP_FORMAT_XKB_V1, descriptor,
                                    static_cast<uint32_t>(size));
-    wl_display_flush(display);
+    wl_display_flush(display.get());
     close(descriptor);
   }
 
   void sync() const {
-    if (wl_display_roundtrip(display) < 0) throw std::runtime_error("the compositor has gone");
+    if (wl_display_roundtrip(display.get()) < 0)
+      throw std::runtime_error("the compositor has gone");
   }
 
-  wl_display* display;
-  wl_registry* registry = nullptr;
+  LibraryHandle<wl_display, wl_display_disconnect> display;
+  LibraryHandle<wl_registry, wl_registry_destroy> registry;
   Globals globals;
-  zwlr_virtual_pointer_v1* pointer = nullptr;
-  zwp_virtual_keyboard_v1* keyboard = nullptr;
-  xkb_state* state = nullptr;
+  LibraryHandle<zwlr_virtual_pointer_v1, zwlr_virtual_pointer_v1_destroy> pointer;
+  LibraryHandle<zwp_virtual_keyboard_v1, zwp_virtual_keyboard_v1_destroy> keyboard;
+  LibraryHandle<xkb_state, xkb_state_unref> state;
 };
 
 WaylandInput::WaylandInput(const WaylandServer& screen, uint32_t width, uint32_t height)
@@ -123,23 +115,22 @@ void WaylandInput::move(double x, double y) {
   const auto steps = [](double points) {
     return static_cast<uint32_t>(std::lround(points * StepsPerPoint));
   };
-  zwlr_virtual_pointer_v1_motion_absolute(connection_->pointer, milliseconds(), steps(x), steps(y),
-                                          width_ * StepsPerPoint, height_ * StepsPerPoint);
-  zwlr_virtual_pointer_v1_frame(connection_->pointer);
+  zwlr_virtual_pointer_v1_motion_absolute(connection_->pointer.get(), milliseconds(), steps(x),
+                                          steps(y), width_ * StepsPerPoint,
+                                          height_ * StepsPerPoint);
+  zwlr_virtual_pointer_v1_frame(connection_->pointer.get());
   connection_->sync();
 }
 
-void WaylandInput::press(uint32_t button) {
-  zwlr_virtual_pointer_v1_button(connection_->pointer, milliseconds(), button,
-                                 WL_POINTER_BUTTON_STATE_PRESSED);
-  zwlr_virtual_pointer_v1_frame(connection_->pointer);
-  connection_->sync();
-}
+void WaylandInput::press(uint32_t button) { this->button(button, WL_POINTER_BUTTON_STATE_PRESSED); }
 
 void WaylandInput::release(uint32_t button) {
-  zwlr_virtual_pointer_v1_button(connection_->pointer, milliseconds(), button,
-                                 WL_POINTER_BUTTON_STATE_RELEASED);
-  zwlr_virtual_pointer_v1_frame(connection_->pointer);
+  this->button(button, WL_POINTER_BUTTON_STATE_RELEASED);
+}
+
+void WaylandInput::button(uint32_t button, uint32_t state) {
+  zwlr_virtual_pointer_v1_button(connection_->pointer.get(), milliseconds(), button, state);
+  zwlr_virtual_pointer_v1_frame(connection_->pointer.get());
   connection_->sync();
 }
 
@@ -148,27 +139,22 @@ void WaylandInput::click(uint32_t button) {
   release(button);
 }
 
-void WaylandInput::scroll(double right, double down) {
-  zwlr_virtual_pointer_v1_axis_source(connection_->pointer, WL_POINTER_AXIS_SOURCE_FINGER);
-  const auto axis = [this](uint32_t direction, double points) {
-    if (points == 0) return;
-    zwlr_virtual_pointer_v1_axis(connection_->pointer, milliseconds(), direction,
-                                 wl_fixed_from_double(points));
-  };
-  axis(WL_POINTER_AXIS_HORIZONTAL_SCROLL, right);
-  axis(WL_POINTER_AXIS_VERTICAL_SCROLL, down);
-  zwlr_virtual_pointer_v1_frame(connection_->pointer);
+void WaylandInput::scroll(double down) {
+  zwlr_virtual_pointer_v1_axis_source(connection_->pointer.get(), WL_POINTER_AXIS_SOURCE_FINGER);
+  zwlr_virtual_pointer_v1_axis(connection_->pointer.get(), milliseconds(),
+                               WL_POINTER_AXIS_VERTICAL_SCROLL, wl_fixed_from_double(down));
+  zwlr_virtual_pointer_v1_frame(connection_->pointer.get());
   connection_->sync();
 }
 
 void WaylandInput::key(uint32_t key, bool isDown) {
   constexpr uint32_t XkbOffset = 8;
   zwp_virtual_keyboard_v1_key(
-      connection_->keyboard, milliseconds(), key,
+      connection_->keyboard.get(), milliseconds(), key,
       isDown ? WL_KEYBOARD_KEY_STATE_PRESSED : WL_KEYBOARD_KEY_STATE_RELEASED);
-  xkb_state* const state = connection_->state;
+  xkb_state* const state = connection_->state.get();
   xkb_state_update_key(state, key + XkbOffset, isDown ? XKB_KEY_DOWN : XKB_KEY_UP);
-  zwp_virtual_keyboard_v1_modifiers(connection_->keyboard,
+  zwp_virtual_keyboard_v1_modifiers(connection_->keyboard.get(),
                                     xkb_state_serialize_mods(state, XKB_STATE_MODS_DEPRESSED),
                                     xkb_state_serialize_mods(state, XKB_STATE_MODS_LATCHED),
                                     xkb_state_serialize_mods(state, XKB_STATE_MODS_LOCKED),

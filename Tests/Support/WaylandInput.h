@@ -20,7 +20,7 @@ class WaylandInput {
   void release(uint32_t button);
   void click(uint32_t button);
   /// Points.
-  void scroll(double right, double down);
+  void scroll(double down);
 
   /// Of a keyboard with the United States' layout. Modifiers act on what follows.
   void keyDown(uint32_t key);
@@ -30,6 +30,7 @@ class WaylandInput {
  private:
   struct Connection;
 
+  void button(uint32_t button, uint32_t state);
   void key(uint32_t key, bool isDown);
 
   std::unique_ptr<Connection> connection_;

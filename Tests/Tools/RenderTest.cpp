@@ -2,11 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
-#include <nlohmann/json.hpp>
-
 #include "Platform/AppKit/Drawing/NSImage.h"
+#include "Tests/Platform/Support/Files.h"
 #include "Tests/Support/TestEnvironment.h"
 #include "Tests/Tools/Timectl.h"
 
@@ -24,15 +21,12 @@ Picture render(std::vector<std::string> globals, const std::vector<std::string>&
   const std::string path = testFolder() / "clock.png";
   globals.insert(globals.end(), {"--now", "2026-11-21T15:04:05Z", "render", surface, "-o", path});
   globals.insert(globals.end(), options.begin(), options.end());
-  const auto result = timectl(globals);
-  EXPECT_EQ(result.status, 0) << result.errors;
+  const auto told = answer(globals);
   const auto image = NSImage::imageWithContentsOfFile(path);
   if (image == nullptr) throw std::runtime_error("no picture");
   const auto [width, height] = image->size();
-  EXPECT_EQ(nlohmann::json::parse(result.output),
-            (nlohmann::json{{"file", path}, {"width", width}, {"height", height}}));
-  std::ifstream stream(path, std::ios::binary);
-  return {{std::istreambuf_iterator<char>(stream), {}}, width, height};
+  EXPECT_EQ(told, (nlohmann::json{{"file", path}, {"width", width}, {"height", height}}));
+  return {readFile(path), width, height};
 }
 
 TEST(Render, FollowsScaleThemeAndSettings) {

@@ -2,19 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <nlohmann/json.hpp>
-
 #include "Platform/AppKit/Text/NSFont.h"
 #include "Platform/AppKit/Text/NSStringDrawing.h"
 #include "Tests/Tools/Timectl.h"
 
 namespace {
-
-nlohmann::json sunPanel(std::vector<std::string> arguments) {
-  const auto result = timectl(arguments);
-  EXPECT_EQ(result.status, 0) << result.errors;
-  return nlohmann::json::parse(result.output);
-}
 
 double width(const nlohmann::json& text, const char* font, double size) {
   NSTextAttributes attributes;
@@ -26,8 +18,8 @@ double width(const nlohmann::json& text, const char* font, double size) {
 TEST(SunPanel, TextsFitInEveryLanguage) {
   for (const char* language : {"en", "de", "es", "fr", "pt_PT", "ja", "ar"}) {
     for (const char* now : {"2026-03-20T22:55:00Z", "2026-05-10T10:48:00Z"}) {
-      const auto panel = sunPanel({"--locale", language, "--now", now, "sun-panel", "--zone",
-                                   "Arctic/Longyearbyen", "--lat", "65.8", "--lon", "15.6"});
+      const auto panel = answer({"--locale", language, "--now", now, "sun-panel", "--zone",
+                                 "Arctic/Longyearbyen", "--lat", "65.8", "--lon", "15.6"});
       ASSERT_EQ(panel.size(), 14U);
       for (size_t index = 0; index + 1 < panel.size(); ++index) {
         const bool isHeader = index == 0 || index == 9;
@@ -50,8 +42,8 @@ TEST(SunPanel, AnEventThatDoesNotTakePlaceIsADash) {
                                             {"2026-06-21T12:00:00Z", "-78.2", false},
                                             {"2026-12-21T12:00:00Z", "-78.2", true}}) {
     const auto panel =
-        sunPanel({"--set", R"(Time_DropdownFormat=["HH","':'","mm"])", "--now", now, "sun-panel",
-                  "--zone", "Europe/Oslo", "--lat", latitude, "--lon", "15.6"});
+        answer({"--set", R"(Time_DropdownFormat=["HH","':'","mm"])", "--now", now, "sun-panel",
+                "--zone", "Europe/Oslo", "--lat", latitude, "--lon", "15.6"});
     for (const size_t rise : {2U, 4U, 10U})
       EXPECT_EQ(panel[rise]["field"].get<std::string>() + panel[rise]["value2"].get<std::string>(),
                 "--");

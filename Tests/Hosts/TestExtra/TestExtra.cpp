@@ -50,23 +50,14 @@ std::shared_ptr<NSMenu> TestExtra::menu() {
 void TestExtra::willUnload() { log("willUnload"); }
 
 void TestExtra::obey(const PropertyList::Dictionary& command) {
-  if (const auto length = command.find("length"); length != command.end()) {
-    wantedLength_ = length->second.doubleValue();
-  }
-  if (const auto failure = command.find("failure"); failure != command.end()) {
-    failure_ = *failure->second.string();
-  }
-  if (const auto mark = command.find("mark"); mark != command.end()) {
-    mark_ = *mark->second.string();
-  }
-  if (const auto rows = command.find("rows"); menu_ && rows != command.end()) {
-    menu_->setRows(static_cast<int>(rows->second.doubleValue()));
-  }
-  if (const auto name = command.find("name"); menu_ && name != command.end()) {
-    menu_->setName(*name->second.string());
-  }
-  if (const auto width = command.find("width"); menu_ && width != command.end()) {
-    menu_->setWidth(width->second.doubleValue());
+  for (const auto& [name, value] : command) {
+    if (name == "length") wantedLength_ = value.doubleValue();
+    if (name == "failure") failure_ = *value.string();
+    if (name == "mark") mark_ = *value.string();
+    if (!menu_) continue;
+    if (name == "rows") menu_->setRows(static_cast<int>(value.doubleValue()));
+    if (name == "name") menu_->setName(*value.string());
+    if (name == "width") menu_->setWidth(value.doubleValue());
   }
   view()->setNeedsDisplay(true);
 }

@@ -1,39 +1,40 @@
 #include "Shared/Collectors/CityStatCollector.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <atomic>
-#include <chrono>
 #include <thread>
 
 #include "Shared/External/fmdb/FMDatabase.h"
 #include "Tests/Platform/Support/Files.h"
+#include "Tests/Support/ChildProcess.h"
 #include "Tests/Targets/SimulatedTime.h"
 
 namespace {
 
-struct City {
-  int64_t identifier;
-  const char* city;
-  const char* plain;
-  const char* state;
-  const char* country;
-};
-
 // In another order than that of their identifiers.
-constexpr City Cities[] = {
-    {70, "São Paulo", "Sao Paulo", "São Paulo", "Brazil"},
-    {10, "Saint Paul", "Saint Paul", "Minnesota", "United States"},
-    {60, "St. Paul", "St. Paul", "Alberta", "Canada"},
-    {20, "St Paul", "St Paul", "Cornwall", "United Kingdom"},
-    {50, "Georgia", "Georgia", "Vermont", "Georgia"},
-    {30, "SaintPaul", "SaintPaul", "", "Nowhere"},
-    {40, "St  Paul", "St  Paul", "", nullptr},
-};
+constexpr const char* Cities = R"(values
+    (70, 'São Paulo', 'Sao Paulo', 'São Paulo', 'Brazil'),
+    (10, 'Saint Paul', 'Saint Paul', 'Minnesota', 'United States'),
+    (60, 'St. Paul', 'St. Paul', 'Alberta', 'Canada'),
+    (20, 'St Paul', 'St Paul', 'Cornwall', 'United Kingdom'),
+    (50, 'Georgia', 'Georgia', 'Vermont', 'Georgia'),
+    (30, 'SaintPaul', 'SaintPaul', '', 'Nowhere'),
+    (40, 'St  Paul', 'St  Paul', '', null))";
+
+/// A query for so many rows that are the same.
+std::string copies(int count, const std::string& row) {
+  return "select " + row +
+         " from (with recursive up(n) as (select 1 union all select n + 1 from "
+         "up limit " +
+         std::to_string(count) + ") select n from up)";
+}
 
 /// Hears of everything on the collector's queue, which may still be calling when a test has ended.
 struct Listener : CityStatCollectorDelegate {
   void cityCollectorFinishedLoading() override {
+    ++loads;
     dispatch_semaphore_signal(loaded);
     if (holdsQueue.exchange(false)) dispatch_semaphore_wait(mayGoOn);
   }
@@ -44,6 +45,7 @@ struct Listener : CityStatCollectorDelegate {
     });
   }
 
+  std::atomic<int> loads = 0;
   const dispatch_semaphore_t loaded = dispatch_semaphore_create(0);
   const dispatch_semaphore_t mayGoOn = dispatch_semaphore_create(0);
   /// Keeps the queue from going on behind the next loading until it may.
@@ -53,22 +55,24 @@ struct Listener : CityStatCollectorDelegate {
 
 class CityCollector : public testing::Test {
  protected:
+  // A search that does not end must end its test, and no more than that.
+  CityCollector() { alarm(20); }
+  ~CityCollector() override { alarm(0); }
+
   /// A loading queues up behind whatever else the queue still has for the main loop.
   void TearDown() override { load(); }
 
-  void writeCities(const std::vector<City>& cities) {
+  /// A database of the rows that a query gives.
+  void loadCities(const std::string& rows = Cities) {
+    std::filesystem::remove(folder / "cities.db");
     const auto database = FMDatabase_Time::databaseWithPath((folder / "cities.db").string());
     ASSERT_TRUE(database->open());
-    database->executeUpdate(
-        "CREATE TABLE cities (identifier INTEGER, city TEXT, city_plain TEXT, state TEXT, "
-        "country TEXT, timezone TEXT, latitude REAL, longitude REAL)");
-    database->beginTransaction();
-    for (const City& city : cities) {
-      ASSERT_TRUE(database->executeUpdate(
-          "INSERT INTO cities VALUES (?, ?, ?, ?, ?, 'Europe/Paris', 48.5, -2)", city.identifier,
-          city.city, city.plain, city.state, city.country));
-    }
-    database->commit();
+    ASSERT_TRUE(database->executeStatements(
+        "create table cities (identifier integer, city text, city_plain text, state text, country "
+        "text, timezone text default 'Europe/Paris', latitude real default 48.5, longitude real "
+        "default -2); insert into cities (identifier, city, city_plain, state, country) " +
+        rows));
+    load();
   }
 
   void load() {
@@ -77,13 +81,24 @@ class CityCollector : public testing::Test {
     dispatch_semaphore_wait(listener->loaded);
   }
 
-  /// Serves the main queue until so many answers have come.
-  void waitForAnswers(size_t count) {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-    while (listener->searches.size() < count && std::chrono::steady_clock::now() < end) {
+  /// Searches for one text after the other while the collector's queue is busy with a loading.
+  void searchBehindALoading(const std::vector<std::string>& texts) {
+    listener->holdsQueue = true;
+    loadCities();
+    for (const std::string& text : texts)
+      collector->searchWithString(text);
+    dispatch_semaphore_signal(listener->mayGoOn);
+  }
+
+  /// The answers to searches once there are so many, and whatever comes behind them.
+  std::vector<std::string> answers(size_t count) {
+    EXPECT_TRUE(waitUntil([&] {
       time.loop.runPending();
-      std::this_thread::yield();
-    }
+      return listener->searches.size() >= count;
+    }));
+    load();
+    time.loop.runPending();
+    return listener->searches;
   }
 
   /// The names found, in order.
@@ -104,8 +119,7 @@ class CityCollector : public testing::Test {
 };
 
 TEST_F(CityCollector, FindsByPrefixInTheOrderOfTheFile) {
-  writeCities({std::begin(Cities), std::end(Cities)});
-  load();
+  loadCities();
   struct Case {
     const char* text;
     const char* names;
@@ -129,8 +143,7 @@ TEST_F(CityCollector, FindsByPrefixInTheOrderOfTheFile) {
 }
 
 TEST_F(CityCollector, AnIdentifierMayBeANumberOrAText) {
-  writeCities({std::begin(Cities), std::end(Cities)});
-  load();
+  loadCities();
   const auto byText = collector->cityWithIdentifier("20");
   ASSERT_TRUE(byText);
   EXPECT_EQ(byText, collector->cityWithIdentifier(20));
@@ -145,41 +158,24 @@ TEST_F(CityCollector, AnIdentifierMayBeANumberOrAText) {
 }
 
 TEST_F(CityCollector, ACountryIsAskedForWhereNamesGiveFewerThanAThousand) {
-  for (const size_t named : {999, 1000}) {
-    std::vector<City> cities(named, City{1, "Xa", "Xa", "", "Y"});
-    cities.insert(cities.end(), 1100, City{2, "Z", "Z", "", "Xland"});
-    std::filesystem::remove(folder / "cities.db");
-    writeCities(cities);
-    load();
+  for (const int named : {999, 1000}) {
+    loadCities(copies(named, "1, 'Xa', 'Xa', '', 'Y'") + " union all " +
+               copies(1100, "2, 'Z', 'Z', '', 'Xland'"));
     EXPECT_EQ(collector->citiesWithMatch("x").size(), named == 999 ? 999 + 1000 : 1000);
     EXPECT_EQ(collector->citiesWithMatch("xl").size(), 1000);
   }
 }
 
 TEST_F(CityCollector, OnlyTheNewestSearchWaits) {
-  writeCities({std::begin(Cities), std::end(Cities)});
-  listener->holdsQueue = true;
-  load();
-  for (const char* text : {"sai", "st", "geo"})
-    collector->searchWithString(text);
-  dispatch_semaphore_signal(listener->mayGoOn);
-  waitForAnswers(2);
-  EXPECT_EQ(listener->searches, (std::vector<std::string>{"sai 2", "geo 2"}));
+  searchBehindALoading({"sai", "st", "geo"});
+  EXPECT_EQ(answers(2), (std::vector<std::string>{"sai 2", "geo 2"}));
 }
 
 TEST_F(CityCollector, AnEmptySearchClearsWhatWaitsAndStopsNothing) {
-  writeCities({std::begin(Cities), std::end(Cities)});
-  listener->holdsQueue = true;
-  load();
-  for (const char* text : {"", "sai", "st", "", "geo"})
-    collector->searchWithString(text);
-  collector->searchWithString("");
-  dispatch_semaphore_signal(listener->mayGoOn);
-  waitForAnswers(1);
-  // The next answer is of the next search, so nothing was left waiting.
+  searchBehindALoading({"", "sai", "st", "", "geo", ""});
+  EXPECT_EQ(answers(1), std::vector<std::string>{"sai 2"});
   collector->searchWithString("st.");
-  waitForAnswers(2);
-  EXPECT_EQ(listener->searches, (std::vector<std::string>{"sai 2", "st. 5"}));
+  EXPECT_EQ(answers(2), (std::vector<std::string>{"sai 2", "st. 5"}));
 }
 
 TEST_F(CityCollector, AMissingOrDamagedDatabaseHasNoCities) {
@@ -198,13 +194,9 @@ TEST_F(CityCollector, AMissingOrDamagedDatabaseHasNoCities) {
 }
 
 TEST_F(CityCollector, DelegatesAreToldOnceAndNoLongerWhenRemovedOrGone) {
-  struct Counting : CityStatCollectorDelegate {
-    void cityCollectorFinishedLoading() override { ++loads; }
-    std::atomic<int> loads = 0;
-  };
-  const auto kept = std::make_shared<Counting>();
-  const auto removed = std::make_shared<Counting>();
-  auto gone = std::make_shared<Counting>();
+  const auto kept = std::make_shared<Listener>();
+  const auto removed = std::make_shared<Listener>();
+  auto gone = std::make_shared<Listener>();
   collector->addDelegate(kept);
   collector->addDelegate(kept);
   collector->addDelegate(removed);
@@ -218,8 +210,7 @@ TEST_F(CityCollector, DelegatesAreToldOnceAndNoLongerWhenRemovedOrGone) {
 }
 
 TEST_F(CityCollector, LookupsAndSearchesOfSeveralThreadsTakeNothingFromEachOther) {
-  writeCities(std::vector<City>(3000, Cities[1]));
-  load();
+  loadCities(copies(3000, "10, 'Saint Paul', '', '', ''"));
   const auto lookUp = [&] {
     for (int round = 0; round < 200; ++round)
       EXPECT_TRUE(collector->cityWithIdentifier(10).has_value());

@@ -1,13 +1,11 @@
 #include "Tests/Shared/Database/DatabaseFixture.h"
 
-#include <atomic>
 #include <mutex>
 #include <utility>
 
 #include "Shared/External/Logging/DDAbstractLogger.h"
 #include "Shared/External/Logging/DDLog.h"
 #include "Shared/External/Logging/DDLogMessage.h"
-#include "Tests/Support/TestEnvironment.h"
 
 class LineCollector : public DDAbstractLogger_Time {
  public:
@@ -18,28 +16,24 @@ class LineCollector : public DDAbstractLogger_Time {
     lines_.push_back(message.logMsg);
   }
 
-  std::vector<std::string> takeLines() {
+  Lines takeLines() {
     const std::lock_guard lock(mutex_);
     return std::exchange(lines_, {});
   }
 
  private:
   std::mutex mutex_;
-  std::vector<std::string> lines_;
+  Lines lines_;
 };
 
 DatabaseFixture::DatabaseFixture() : collector_(std::make_shared<LineCollector>()) {
-  static std::atomic<int> count = 0;
-  folder_ = testFolder() / ("database-" + std::to_string(count++));
-  std::filesystem::create_directory(folder_);
   DDLog_Time::addLogger(collector_);
 }
 
 DatabaseFixture::~DatabaseFixture() { DDLog_Time::removeLogger(collector_); }
 
 std::shared_ptr<FMDatabase_Time> DatabaseFixture::numbers(std::string_view name, int count) const {
-  auto database = FMDatabase_Time::databaseWithPath(pathTo(name));
-  database->open();
+  auto database = openedDatabase(name);
   database->executeUpdate("create table numbers (n integer, word text)");
   database->beginTransaction();
   for (int number = 1; number <= count; ++number) {
@@ -50,7 +44,23 @@ std::shared_ptr<FMDatabase_Time> DatabaseFixture::numbers(std::string_view name,
   return database;
 }
 
-std::vector<std::string> DatabaseFixture::logLines() {
+std::shared_ptr<FMDatabase_Time> DatabaseFixture::openedDatabase(std::string_view name) const {
+  auto database = FMDatabase_Time::databaseWithPath(pathTo(name));
+  EXPECT_TRUE(database->open()) << name;
+  return database;
+}
+
+std::shared_ptr<FMDatabase_Time> DatabaseFixture::lockedDatabase(std::string_view name) const {
+  auto database = openedDatabase(name);
+  EXPECT_TRUE(database->beginTransaction()) << name;
+  return database;
+}
+
+Lines DatabaseFixture::logLines() {
   DDLog_Time::flushLog();
   return collector_->takeLines();
+}
+
+int countIn(FMDatabase_Time& database) {
+  return database.intForQuery("select count(*) from numbers");
 }

@@ -12,6 +12,7 @@
 #include "Tests/Platform/Support/Files.h"
 
 class LineCollector;
+using Lines = std::vector<std::string>;
 
 /// A folder of the test's own, and what the log says meanwhile.
 class DatabaseFixture : public testing::Test {
@@ -24,13 +25,21 @@ class DatabaseFixture : public testing::Test {
   /// An open database with the table "numbers (n integer, word text)" of the rows 1 to `count`.
   std::shared_ptr<FMDatabase_Time> numbers(std::string_view name, int count) const;
 
+  std::shared_ptr<FMDatabase_Time> openedDatabase(std::string_view name) const;
+
+  /// Another connection to a file, which has it for itself until it is done with its transaction.
+  std::shared_ptr<FMDatabase_Time> lockedDatabase(std::string_view name) const;
+
   /// The log's lines since the last call, or since the start.
-  std::vector<std::string> logLines();
+  Lines logLines();
 
  private:
-  std::filesystem::path folder_;
+  std::filesystem::path folder_ = freshFolder();
   std::shared_ptr<LineCollector> collector_;
 };
+
+/// How many rows the table "numbers" has.
+int countIn(FMDatabase_Time& database);
 
 /// What `work` writes to the system log.
 template <typename Work>

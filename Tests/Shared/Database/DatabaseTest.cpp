@@ -8,8 +8,6 @@
 
 namespace {
 
-using Lines = std::vector<std::string>;
-
 class Database : public DatabaseFixture {};
 
 TEST_F(Database, OpensOnceAndClosesTwice) {
@@ -17,33 +15,24 @@ TEST_F(Database, OpensOnceAndClosesTwice) {
   sqlite3* handle = database->db();
   EXPECT_TRUE(database->open());
   EXPECT_EQ(database->db(), handle);
-  EXPECT_TRUE(database->goodConnection());
-  EXPECT_TRUE(database->close());
-  EXPECT_EQ(database->db(), nullptr);
-  EXPECT_TRUE(database->close());
-  EXPECT_FALSE(database->goodConnection());
+  for (const char* time : {"once", "twice"}) {
+    EXPECT_TRUE(database->close()) << time;
+    EXPECT_EQ(database->db(), nullptr) << time;
+  }
   EXPECT_TRUE(database->open());
-  EXPECT_EQ(database->intForQuery("select count(*) from numbers"), 2);
-  EXPECT_EQ(logLines(), Lines{});
+  EXPECT_EQ(countIn(*database), 2);
 }
 
 // 14 is SQLITE_CANTOPEN.
 TEST_F(Database, SaysWhyItDoesNotOpen) {
   std::filesystem::create_directory(pathTo("folder"));
-  struct Case {
-    std::string path;
-    int flags;
-  };
-  for (const Case& attempt :
-       {Case{pathTo("folder"), FMOpenReadWrite | FMOpenCreate},
-        Case{pathTo("missing.db"), FMOpenReadOnly},
-        Case{pathTo("no/such/folder/new.db"), FMOpenReadWrite | FMOpenCreate}}) {
-    const auto database = FMDatabase_Time::databaseWithPath(attempt.path);
-    EXPECT_FALSE(database->openWithFlags(attempt.flags)) << attempt.path;
-    EXPECT_EQ(database->db(), nullptr);
+  for (const char* path : {"folder", "no/such/folder/new.db", "missing.db"}) {
+    const auto database = FMDatabase_Time::databaseWithPath(pathTo(path));
+    const bool mayCreate = std::string_view(path) != "missing.db";
+    EXPECT_FALSE(mayCreate ? database->open() : database->openWithFlags(FMOpenReadOnly)) << path;
     EXPECT_EQ(database->lastError(), (NSError{"FMDatabase", 14, "unable to open database file"}));
     EXPECT_TRUE(database->hadError());
-    EXPECT_EQ(logLines(), Lines{"error opening!: 14"}) << attempt.path;
+    EXPECT_EQ(logLines(), Lines{"error opening!: 14"}) << path;
   }
   EXPECT_FALSE(std::filesystem::exists(pathTo("missing.db")));
 }
@@ -55,29 +44,13 @@ TEST_F(Database, AClosedOneRefusesEveryCall) {
   EXPECT_FALSE(database->executeUpdate("create table t (a)"));
   EXPECT_FALSE(database->executeStatements("create table t (a)"));
   EXPECT_FALSE(database->validateSQL("select 1", nullptr));
-  EXPECT_EQ(logLines(), (Lines{words, words, words, words}));
+  EXPECT_EQ(logLines(), Lines(4, words));
   EXPECT_FALSE(database->isDatabaseValid());
   EXPECT_EQ(database->changes(), 0);
   EXPECT_EQ(database->lastInsertRowId(), 0);
   database->setCrashOnErrors(true);
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   EXPECT_DEATH(database->executeQuery("select 1"), "is not open\\.");
-}
-
-// 8 is SQLITE_READONLY. What the failed writes leave is read back.
-TEST_F(Database, AReadOnlyFileIsReadAndNotWritten) {
-  const std::string path = pathTo("read-only.db");
-  numbers("read-only.db", 3)->close();
-  const std::string before = readFile(path);
-  const auto database = FMDatabase_Time::databaseWithPath(path);
-  ASSERT_TRUE(database->openWithFlags(FMOpenReadOnly));
-  std::optional<NSError> error;
-  EXPECT_FALSE(database->executeUpdate("delete from numbers", &error, PropertyList::Array{}));
-  EXPECT_EQ(error, (NSError{"FMDatabase", 8, "attempt to write a readonly database"}));
-  EXPECT_EQ(logLines().front(),
-            "Unknown error calling sqlite3_step (8: attempt to write a readonly database) eu");
-  EXPECT_EQ(database->intForQuery("select count(*) from numbers"), 3);
-  EXPECT_EQ(readFile(path), before);
 }
 
 TEST_F(Database, NoticesDamage) {
@@ -92,14 +65,12 @@ TEST_F(Database, NoticesDamage) {
   bytes.replace(third, third, third, '\x5a');
   writeFile(path, bytes);
 
-  const auto damaged = FMDatabase_Time::databaseWithPath(path);
-  ASSERT_TRUE(damaged->open());
+  const auto damaged = openedDatabase("damaged.db");
   const std::string words = systemLogOf([&] { EXPECT_FALSE(damaged->isDatabaseValid()); });
   EXPECT_NE(words.find("ATTENTION: integrity_check response "), std::string::npos) << words;
 
   writeFile(pathTo("text.db"), std::string(4096, 'x'));
-  const auto text = FMDatabase_Time::databaseWithPath(pathTo("text.db"));
-  ASSERT_TRUE(text->open());
+  const auto text = openedDatabase("text.db");
   EXPECT_FALSE(text->isDatabaseValid());
   EXPECT_FALSE(text->goodConnection());
 }
@@ -109,18 +80,16 @@ TEST_F(Database, RefusesTooFewValues) {
   const std::string insert = "insert into numbers values (?, ?)";
   EXPECT_EQ(database->executeQuery("select * from numbers where n = ?"), nullptr);
   EXPECT_FALSE(database->executeUpdate(insert, 4));
-  EXPECT_FALSE(database->executeUpdate(insert));
   EXPECT_FALSE(database->executeUpdate("insert into numbers values (:n, :word)",
                                        PropertyList::Dictionary{{"n", 4}, {"wrd", "four"}}));
-  const auto refusal = [](const std::string& count, const std::string& query) {
-    return "Error: the bind count (" + count + ") is not correct for the # of variables in the " +
-           "query (2) (" + query + ") (executeUpdate)";
-  };
   EXPECT_EQ(logLines(),
             (Lines{"Error: the bind count is not correct for the # of variables (executeQuery)",
-                   refusal("1", insert), refusal("0", insert), "Could not find index for wrd",
-                   refusal("1", "insert into numbers values (:n, :word)")}));
-  EXPECT_EQ(database->intForQuery("select count(*) from numbers"), 3);
+                   "Error: the bind count (1) is not correct for the # of variables in the query "
+                   "(2) (insert into numbers values (?, ?)) (executeUpdate)",
+                   "Could not find index for wrd",
+                   "Error: the bind count (1) is not correct for the # of variables in the query "
+                   "(2) (insert into numbers values (:n, :word)) (executeUpdate)"}));
+  EXPECT_EQ(countIn(*database), 3);
   // The refusals leave nothing locked and nothing marked as in use.
   EXPECT_TRUE(database->executeUpdate(insert, 4, "four"));
   EXPECT_TRUE(database->executeUpdate("insert into numbers values (:n, :word)",
@@ -137,11 +106,7 @@ TEST_F(Database, AnUpdateThatReturnsARowFails) {
                                  "from numbers'",
                                  "DB Query: select n from numbers"}));
   }
-  // The row does not keep the file locked.
-  const auto other = FMDatabase_Time::databaseWithPath(database->databasePath());
-  other->setMaxBusyRetryTimeInterval(0);
-  ASSERT_TRUE(other->open());
-  EXPECT_TRUE(other->executeUpdate("delete from numbers"));
+  EXPECT_TRUE(lockedDatabase("row.db")->rollback()) << "the row does not keep the file locked";
 }
 
 TEST_F(Database, TellsAFaultyQuery) {
@@ -155,7 +120,7 @@ TEST_F(Database, TellsAFaultyQuery) {
   EXPECT_FALSE(database->validateSQL("selekt", &error));
   EXPECT_EQ(error->localizedDescription, "near \"selekt\": syntax error");
   EXPECT_TRUE(database->validateSQL("delete from numbers", nullptr));
-  EXPECT_EQ(database->intForQuery("select count(*) from numbers"), 1);
+  EXPECT_EQ(countIn(*database), 1);
   database->setLogsErrors(false);
   EXPECT_EQ(database->executeQuery("select * from missing"), nullptr);
   EXPECT_FALSE(database->executeUpdate("drop table missing"));
@@ -187,25 +152,18 @@ TEST_F(Database, FormatsBindTheirValues) {
 
 TEST_F(Database, UndoesWhatATransactionShouldNotLeave) {
   const auto database = numbers("undo.db", 1);
-  const auto count = [&] { return database->intForQuery("select count(*) from numbers"); };
   const auto insert = [&] { database->executeUpdate("insert into numbers values (9, 'x')"); };
 
   EXPECT_TRUE(database->beginTransaction());
   EXPECT_TRUE(database->inTransaction());
   EXPECT_FALSE(database->beginTransaction());
   insert();
-  EXPECT_EQ(database->inSavePoint([&](bool& rollback) {
-    insert();
-    rollback = true;
-  }),
-            std::nullopt);
-  EXPECT_EQ(database->inSavePoint([&](bool&) { insert(); }), std::nullopt);
   EXPECT_THROW(database->inSavePoint([&](bool&) {
     insert();
     throw std::runtime_error("in a save point");
   }),
                std::runtime_error);
-  EXPECT_EQ(count(), 3);
+  EXPECT_EQ(countIn(*database), 2);
   EXPECT_TRUE(database->startSavePointWithName("it's", nullptr));
   insert();
   EXPECT_TRUE(database->rollbackToSavePointWithName("it's", nullptr));
@@ -215,7 +173,7 @@ TEST_F(Database, UndoesWhatATransactionShouldNotLeave) {
   EXPECT_EQ(error->localizedDescription, "no such savepoint: it's");
   EXPECT_TRUE(database->rollback());
   EXPECT_FALSE(database->inTransaction());
-  EXPECT_EQ(count(), 1);
+  EXPECT_EQ(countIn(*database), 1);
 
   // Some failures undo the whole transaction by themselves.
   EXPECT_TRUE(database->beginTransaction());
@@ -227,7 +185,7 @@ TEST_F(Database, UndoesWhatATransactionShouldNotLeave) {
   database->close();
   EXPECT_FALSE(database->inTransaction());
   database->open();
-  EXPECT_EQ(count(), 1);
+  EXPECT_EQ(countIn(*database), 1);
 }
 
 TEST_F(Database, KnowsItsSchema) {
@@ -262,7 +220,7 @@ TEST_F(Database, RunsSeveralStatements) {
                                   [](const auto&) -> int { throw std::runtime_error("in a row"); }),
       std::runtime_error);
   EXPECT_FALSE(database->executeStatements("delete from numbers; nonsense; select 1"));
-  EXPECT_EQ(database->intForQuery("select count(*) from numbers"), 0);
+  EXPECT_EQ(countIn(*database), 0);
 }
 
 TEST_F(Database, TracesToStandardOutput) {
@@ -273,8 +231,7 @@ TEST_F(Database, TracesToStandardOutput) {
   database->executeUpdate("delete from numbers");
   const std::string output = testing::internal::GetCapturedStdout();
   EXPECT_NE(output.find(database->description() + " executeQuery: select 1\n"), std::string::npos);
-  EXPECT_NE(output.find(database->description() + " executeUpdate: delete from numbers\n"),
-            std::string::npos);
+  EXPECT_NE(output.find(" executeUpdate: delete from numbers\n"), std::string::npos);
 }
 
 }  // namespace

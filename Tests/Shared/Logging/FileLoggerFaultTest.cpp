@@ -7,10 +7,11 @@
 #include <unistd.h>
 
 #include <array>
-#include <functional>
-#include <set>
+#include <cstdlib>
+#include <limits>
 #include <thread>
 
+#include "Platform/Foundation/Text/NSString.h"
 #include "Tests/Shared/Logging/LogFolder.h"
 #include "Tests/Support/ChildProcess.h"
 
@@ -18,13 +19,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-using Names = std::vector<std::string>;
-
-size_t countOf(const std::string& text, const std::string& part) {
-  size_t count = 0;
-  for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1))
-    ++count;
-  return count;
+ptrdiff_t countOf(const std::string& text, const std::string& part) {
+  return static_cast<ptrdiff_t>(componentsSeparatedByString(text, part).size()) - 1;
 }
 
 class FileLoggerFault : public LogFolderTest {};
@@ -46,12 +42,10 @@ TEST_F(FileLoggerFault, ADeletedRenamedOrReplacedFileIsFollowedByANewOne) {
   for (const auto& entry : cases) {
     startLogging();
     log("first");
-    const fs::path path = pathOf(" 2026-11-21 15-04.log");
+    const fs::path path = pathOf(First);
     entry.change(path);
     log("second");
-    const auto lines = linesOf(contentsOf(path));
-    ASSERT_EQ(lines.size(), 1U) << entry.what;
-    EXPECT_EQ(messageOf(lines.front()), "second") << entry.what;
+    EXPECT_EQ(messagesIn(path), Names{"second"}) << entry.what;
     stopLogging();
     fs::remove_all(folder);
   }
@@ -61,15 +55,12 @@ TEST_F(FileLoggerFault, ADeletedRenamedOrReplacedFileIsFollowedByANewOne) {
 TEST_F(FileLoggerFault, ADeletedFileIsClosedThoughNothingIsLogged) {
   startLogging();
   log("first");
-  const fs::path path = pathOf(" 2026-11-21 15-04.log");
+  const fs::path path = pathOf(First);
   const auto isOpen = [&] {
-    for (const auto& descriptor : fs::directory_iterator("/proc/self/fd")) {
+    return std::ranges::any_of(fs::directory_iterator("/proc/self/fd"), [&](const auto& entry) {
       std::error_code error;
-      if (fs::read_symlink(descriptor.path(), error).string().starts_with(path.string())) {
-        return true;
-      }
-    }
-    return false;
+      return fs::read_symlink(entry.path(), error).string().starts_with(path.string());
+    });
   };
   EXPECT_TRUE(isOpen());
   fs::remove(path);
@@ -78,8 +69,9 @@ TEST_F(FileLoggerFault, ADeletedFileIsClosedThoughNothingIsLogged) {
   EXPECT_FALSE(isOpen());
 }
 
-// What is in a file that was taken away, and in those that followed it, must be every line, and
-// after its end a file takes no more than one write's lines.
+// What is in the files that were taken away, one after the other, and in those that followed must
+// be every line of every thread in its order, and after its end a file takes no more than one
+// write's lines.
 TEST_F(FileLoggerFault, FilesTakenAwayUnderLoadLoseNothingBehindThem) {
   constexpr size_t Threads = 4;
   constexpr int LinesOfThread = 20'000;
@@ -95,148 +87,136 @@ TEST_F(FileLoggerFault, FilesTakenAwayUnderLoadLoseNothingBehindThem) {
         DDLogLine(std::to_string(thread) + " " + std::to_string(line));
     });
   }
+  const auto sizeOf = [](int descriptor) {
+    struct stat status {};
+    fstat(descriptor, &status);
+    return status.st_size;
+  };
   struct Taken {
     int descriptor;
     off_t size;
   };
   std::vector<Taken> taken;
-  const fs::path path = pathOf(" 2026-11-21 15-04.log");
-  const auto open = [&] { return ::open(path.c_str(), O_RDONLY | O_CLOEXEC); };
+  const fs::path path = pathOf(First);
   for (int round = 0; round < 20; ++round) {
     int descriptor = -1;
-    EXPECT_TRUE(waitUntil([&] { return (descriptor = open()) >= 0; })) << round;
-    if (descriptor < 0) break;
+    const auto open = [&] { return descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC); };
+    ASSERT_TRUE(waitUntil([&] { return open() >= 0; })) << round;
     if (round % 2 == 0) {
       fs::remove(path);
     } else {
       fs::rename(path, folder / ("taken " + std::to_string(round)));
     }
-    struct stat status {};
-    fstat(descriptor, &status);
-    taken.push_back({descriptor, status.st_size});
-    DDLogLine("9 " + std::to_string(round));  // That there be a next line.
+    taken.push_back({descriptor, sizeOf(descriptor)});
+    DDLogLine(std::to_string(Threads) + " " + std::to_string(round));  // That there be a next line.
   }
   for (std::thread& thread : threads)
     thread.join();
   stopLogging();
-  std::multiset<std::string> messages;
-  const auto collect = [&](const std::string& text) {
-    for (const std::string& line : linesOf(text))
-      messages.insert(messageOf(line));
+  std::array<int, Threads + 1> next{};
+  const auto expectInOrder = [&](const fs::path& file) {
+    for (const std::string& message : messagesIn(file)) {
+      const size_t thread = std::stoul(message);
+      ASSERT_EQ(message, std::to_string(thread) + " " + std::to_string(next.at(thread)++));
+    }
   };
   for (const Taken& file : taken) {
-    struct stat status {};
-    fstat(file.descriptor, &status);
-    EXPECT_LE(status.st_size - file.size, OneWrite);
-    collect(contentsOf("/proc/self/fd/" + std::to_string(file.descriptor)));
+    EXPECT_LE(sizeOf(file.descriptor) - file.size, OneWrite);
+    expectInOrder("/proc/self/fd/" + std::to_string(file.descriptor));
     close(file.descriptor);
   }
-  for (const DDLogFileInfo_Time& info : manager->sortedLogFileInfos())
-    collect(contentsOf(info.filePath()));
-  EXPECT_EQ(messages.size(), Threads * LinesOfThread + taken.size());
-  for (size_t thread = 0; thread < Threads; ++thread) {
-    for (int line = 0; line < LinesOfThread; ++line)
-      ASSERT_EQ(messages.count(std::to_string(thread) + " " + std::to_string(line)), 1U);
-  }
+  auto infos = manager->sortedLogFileInfos();
+  std::ranges::reverse(infos);
+  for (const DDLogFileInfo_Time& info : infos)
+    expectInOrder(info.filePath());
+  EXPECT_EQ(next, (std::array{LinesOfThread, LinesOfThread, LinesOfThread, LinesOfThread, 20}));
 }
 
 TEST_F(FileLoggerFault, ACutLineOfAKilledRunIsEndedFirst) {
   const fs::path path = leave(" 2026-11-21 15-00.log", "whole\ncut li");
   startLogging();
   log("next");
-  EXPECT_EQ(contentsOf(path), "whole\ncut li\n2026/11/21 15:04:05:000  next\n");
+  EXPECT_EQ(readFile(path), "whole\ncut li\n2026/11/21 15:04:05:000  next\n");
 }
 
-TEST_F(FileLoggerFault, AKilledRunLeavesWholeLinesAndTheNextOneGoesOn) {
-  const auto logs = [&] {
-    std::vector<fs::path> files;
-    std::error_code error;
-    for (const auto& entry : fs::directory_iterator(folder, error))
-      files.push_back(entry.path());
-    return files;
+// Each run is this test anew in a process of its own, which logs into the first one's folder.
+TEST_F(FileLoggerFault, AKilledRunLeavesWholeLinesAndTheNextOneGoesOnToItsOrdinaryEnd) {
+  setenv("LOG_TEST_FOLDER", folder.c_str(), 0);
+  manager = std::make_shared<DDLogFileManagerDefault_Time>(std::getenv("LOG_TEST_FOLDER"));
+  const fs::path path = pathOf(First);
+  const auto logLines = [&](int count) {
+    startLogging();
+    logger->setMaximumFileSize(0);
+    for (int line = 1; line <= count; ++line)
+      DDLogLine("line " + std::to_string(line));
   };
-  {
-    ChildProcess helper({LOG_TEST_HELPER, folder.string(), "0"});
-    ASSERT_TRUE(
-        waitUntil([&] { return logs().size() == 1 && fs::file_size(logs()[0]) > 100'000; }));
-    helper.sendSignal(SIGKILL);
-    ASSERT_EQ(helper.waitForExit(), 128 + SIGKILL);
-  }
-  const fs::path path = logs().front();
-  const std::string left = contentsOf(path);
-  const auto lines = linesOf(left);
-  for (size_t line = 0; line + 1 < lines.size(); ++line)
-    ASSERT_EQ(messageOf(lines[line]), "line " + std::to_string(line + 1) + " of the helper");
-  ASSERT_EQ(runToEnd({LOG_TEST_HELPER, folder.string(), "1"}).status, 0);
-  ASSERT_EQ(logs().back(), path);
-  const std::string more = contentsOf(path);
-  ASSERT_TRUE(more.starts_with(left));
-  EXPECT_EQ(messageOf(linesOf(more).back()), "line 1 of the helper");
+  const auto logUntilKilled = [&] {
+    std::thread killer([&] {
+      waitUntil([&] { return fs::exists(path) && fs::file_size(path) > 100'000; });
+      raise(SIGKILL);
+    });
+    logLines(std::numeric_limits<int>::max());
+    killer.join();
+  };
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_EXIT(logUntilKilled(), testing::KilledBySignal(SIGKILL), "");
+  auto lines = messagesIn(path);
+  const size_t count = lines.size();
+  EXPECT_GT(count, 1000U);
+  for (size_t line = 0; line + 1 < count; ++line)
+    ASSERT_EQ(lines[line], "line " + std::to_string(line + 1));
+  const auto logAndEnd = [&] {
+    logLines(900);
+    std::exit(0);
+  };
+  EXPECT_EXIT(logAndEnd(), testing::ExitedWithCode(0), "^$");
+  lines = messagesIn(path);
+  ASSERT_EQ(lines.size(), count + 900);
+  EXPECT_EQ(lines[count], "line 1");
+  EXPECT_EQ(lines.back(), "line 900");
 }
-
-TEST_F(FileLoggerFault, TheOrdinaryEndOfAProcessWritesWhatWaits) {
-  const auto helper = runToEnd({LOG_TEST_HELPER, folder.string(), "900"});
-  EXPECT_EQ(helper.status, 0);
-  EXPECT_EQ(helper.errors, "");
-  const auto files = fs::directory_iterator(folder);
-  const auto lines = linesOf(contentsOf(files->path()));
-  ASSERT_EQ(lines.size(), 900U);
-  EXPECT_EQ(messageOf(lines.back()), "line 900 of the helper");
-}
-
-/// Keeps this process's files from growing, as a full disk does.
-class FileSizeLimit {
- public:
-  explicit FileSizeLimit(rlim_t bytes) {
-    signal(SIGXFSZ, SIG_IGN);
-    getrlimit(RLIMIT_FSIZE, &before_);
-    const rlimit limited{bytes, before_.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &limited);
-  }
-  FileSizeLimit(const FileSizeLimit&) = delete;
-  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-  ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &before_); }
-
- private:
-  rlimit before_{};
-};
 
 TEST_F(FileLoggerFault, AFullDiskCostsLinesAndNothingElse) {
   const std::string before(1899, 'x');
-  const fs::path path = leave(" 2026-11-21 15-04.log", before + "\n");
+  const fs::path path = leave(First, before + "\n");
   startLogging();
   log("whole");
+  // Keeps this process's files from growing, as a full disk does.
+  signal(SIGXFSZ, SIG_IGN);
+  const auto limitFileSize = [](rlim_t bytes) {
+    const rlimit limit{bytes, RLIM_INFINITY};
+    EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+  };
   testing::internal::CaptureStderr();
-  {
-    const FileSizeLimit limit(2000);
-    for (int line = 0; line < 30; ++line)
-      log("lost " + std::to_string(line));
-    for (int line = 0; line < 20'000; ++line)
-      DDLogLine("lost in a flood");
-    DDLog_Time::flushLog();
-  }
+  limitFileSize(2000);
+  for (int line = 0; line < 30; ++line)
+    log("lost " + std::to_string(line));
+  for (int line = 0; line < 20'000; ++line)
+    DDLogLine("lost in a flood");
+  DDLog_Time::flushLog();
+  limitFileSize(RLIM_INFINITY);
   log("room again");
   const std::string errors = testing::internal::GetCapturedStderr();
-  EXPECT_EQ(countOf(errors, "DDFileLogger.logMessage: "), 11U) << errors;
-  EXPECT_EQ(countOf(errors, "File too large"), 10U) << errors;
+  EXPECT_EQ(countOf(errors, "DDFileLogger.logMessage: "), 11) << errors;
+  EXPECT_EQ(countOf(errors, "File too large"), 10) << errors;
   EXPECT_TRUE(errors.ends_with(
       "DDFileLogger.logMessage: Too many exceptions -- will not log any more of them.\n"));
   // 1900 bytes, 31, twice 32, and 5 of the line that no longer fits.
-  EXPECT_EQ(contentsOf(path), before +
-                                  "\n2026/11/21 15:04:05:000  whole\n"
-                                  "2026/11/21 15:04:05:000  lost 0\n"
-                                  "2026/11/21 15:04:05:000  lost 1\n"
-                                  "2026/\n"
-                                  "2026/11/21 15:04:05:000  room again\n");
+  EXPECT_EQ(readFile(path), before +
+                                "\n2026/11/21 15:04:05:000  whole\n"
+                                "2026/11/21 15:04:05:000  lost 0\n"
+                                "2026/11/21 15:04:05:000  lost 1\n"
+                                "2026/\n"
+                                "2026/11/21 15:04:05:000  room again\n");
 }
 
 TEST_F(FileLoggerFault, AFolderThatTakesNoFileHoldsNobodyUp) {
-  std::ofstream(testFolder() / "a file") << "x";
+  writeFile(folder, "x");
   const struct {
     fs::path folder;
     const char* words;
   } cases[] = {
-      {testFolder() / "a file" / "Logs", "DDLogFileManagerDefault: Error creating logsDirectory: "},
+      {folder / "Logs", "DDLogFileManagerDefault: Error creating logsDirectory: "},
       {"/proc/self/fdinfo", "DDLogFileManagerDefault: Error creating a log file: "},
   };
   for (const auto& entry : cases) {
@@ -247,8 +227,8 @@ TEST_F(FileLoggerFault, AFolderThatTakesNoFileHoldsNobodyUp) {
       DDLogLine("lost");
     stopLogging();
     const std::string errors = testing::internal::GetCapturedStderr();
-    EXPECT_EQ(countOf(errors, entry.words), 1U) << errors;
-    EXPECT_EQ(countOf(errors, "\n"), 1U) << errors;
+    EXPECT_EQ(countOf(errors, entry.words), 1) << errors;
+    EXPECT_EQ(countOf(errors, "\n"), 1) << errors;
   }
 }
 

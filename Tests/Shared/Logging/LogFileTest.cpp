@@ -11,8 +11,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-using Names = std::vector<std::string>;
-
 class LogFile : public LogFolderTest {
  protected:
   LogFile() { manager = makeManager(); }
@@ -31,7 +29,7 @@ TEST_F(LogFile, IsToldByItsName) {
     const char* rest;  // Behind the application's name.
     bool counts;
   } cases[] = {
-      {" 2026-11-21 15-04.log", true},
+      {First, true},
       {" 2026-11-21 15-04 2.log", true},
       {" 2026-11-21 15-04 2 3.log", false},
       {" 2026-11-21.log", false},
@@ -50,42 +48,35 @@ TEST_F(LogFile, IsToldByItsName) {
     EXPECT_EQ(manager->isLogFile(manager->applicationName() + entry.rest), entry.counts)
         << entry.rest;
   EXPECT_FALSE(manager->isLogFile("another 2026-11-21 15-04.log"));
-  EXPECT_FALSE(manager->isLogFile(" 2026-11-21 15-04.log"));
-}
-
-TEST_F(LogFile, OfTheSameMinuteAreNumbered) {
-  create(3);
-  EXPECT_EQ(names(),
-            Names({" 2026-11-21 15-04 2.log", " 2026-11-21 15-04 3.log", " 2026-11-21 15-04.log"}));
+  EXPECT_FALSE(manager->isLogFile(First));
 }
 
 // A name that a deleted file leaves free would put the new file behind the older ones.
 TEST_F(LogFile, StaysTheNewestWhenOlderOnesOfItsMinuteAreDeleted) {
-  manager->setMaximumNumberOfLogFiles(7);
-  create(12);
-  const auto infos = manager->sortedLogFileInfos();
-  EXPECT_EQ(infos.size(), 8U);  // Seven, and the one that was being made.
-  EXPECT_TRUE(infos.front().fileName().ends_with(" 12.log")) << infos.front().fileName();
-  EXPECT_TRUE(infos.back().fileName().ends_with(" 5.log")) << infos.back().fileName();
+  manager->setMaximumNumberOfLogFiles(2);
+  create(4);
+  // Two, and the one that was being made.
+  EXPECT_EQ(names(), Names({" 2026-11-21 15-04 2.log", " 2026-11-21 15-04 3.log",
+                            " 2026-11-21 15-04 4.log"}));
+  create(7);
+  EXPECT_EQ(manager->sortedLogFileInfos().front().filePath(), pathOf(" 2026-11-21 15-04 11.log"));
 }
 
 TEST_F(LogFile, TheOldestBeyondTheNumberAreDeleted) {
   for (int day = 1; day <= 9; ++day)
-    leave(" 2026-11-0" + std::to_string(day) + " 10-00.log", "x", true);
-  std::ofstream(folder / "notes.txt") << "not a log";
-  manager->setMaximumNumberOfLogFiles(7);
-  DDLog_Time::flushLog();
-  auto left = manager->sortedLogFileInfos();
-  ASSERT_EQ(left.size(), 7U);
-  EXPECT_TRUE(left.back().fileName().ends_with(" 2026-11-03 10-00.log"));
-  EXPECT_TRUE(fs::exists(folder / "notes.txt"));
-  left.front().setIsArchived(false);
-  manager->setMaximumNumberOfLogFiles(6);
-  DDLog_Time::flushLog();
-  EXPECT_EQ(manager->sortedLogFileInfos().size(), 7U) << "one that is written to does not count";
-  manager->setMaximumNumberOfLogFiles(0);
-  DDLog_Time::flushLog();
-  EXPECT_EQ(manager->sortedLogFileInfos().size(), 7U) << "0 keeps all";
+    leave(" 2026-11-0" + std::to_string(day) + " 10-00.log", "x", day < 9);
+  writeFile(folder / "not a log.txt", "x");
+  const auto countWithMaximum = [&](uint64_t maximum) {
+    manager->setMaximumNumberOfLogFiles(maximum);
+    DDLog_Time::flushLog();
+    return manager->sortedLogFileInfos().size();
+  };
+  EXPECT_EQ(countWithMaximum(7), 8U) << "the one that is written to does not count";
+  EXPECT_EQ(names().front(), " 2026-11-02 10-00.log");
+  EXPECT_EQ(names().back(), " a log.txt");
+  EXPECT_EQ(countWithMaximum(0), 8U) << "0 keeps all";
+  manager->sortedLogFileInfos().front().setIsArchived(true);
+  EXPECT_EQ(countWithMaximum(6), 6U);
 }
 
 TEST_F(LogFile, TheNewOneIsKeptThoughTheClockWasSetBack) {
@@ -94,8 +85,7 @@ TEST_F(LogFile, TheNewOneIsKeptThoughTheClockWasSetBack) {
   manager->setMaximumNumberOfLogFiles(2);
   DDLog_Time::flushLog();
   create(1);
-  EXPECT_EQ(names(),
-            Names({" 2026-11-21 15-04.log", " 2027-01-02 10-00.log", " 2027-01-03 10-00.log"}));
+  EXPECT_EQ(names(), Names({First, " 2027-01-02 10-00.log", " 2027-01-03 10-00.log"}));
 }
 
 TEST_F(LogFile, KnowsItsAgeBySizeAndName) {
@@ -103,7 +93,7 @@ TEST_F(LogFile, KnowsItsAgeBySizeAndName) {
   EXPECT_EQ(info.fileSize(), 12U);
   EXPECT_EQ(info.creationDate().timeIntervalSince1970(), utc(2026, 11, 20, 15, 4));
   EXPECT_EQ(info.age(), 86'405);
-  std::ofstream(info.filePath(), std::ios::app) << "!";
+  writeFile(info.filePath(), "thirteen byte");
   EXPECT_EQ(info.fileSize(), 12U) << "kept";
   info.reset();
   EXPECT_EQ(info.fileSize(), 13U);
@@ -154,8 +144,8 @@ TEST_F(LogFile, IsMarkedBesideWhereItTakesNoAttribute) {
 }
 
 TEST_F(LogFile, ANewOneDoesNotInheritTheMarkOfADeletedOne) {
-  const fs::path path = leave(" 2026-11-21 15-04.log", "x");
-  std::ofstream(folder / ("." + path.filename().string() + ".archived"));
+  const fs::path path = leave(First, "x");
+  writeFile(folder / ("." + path.filename().string() + ".archived"), "");
   EXPECT_TRUE(DDLogFileInfo_Time(path).isArchived());
   fs::remove(path);
   const auto info = manager->createNewLogFile();

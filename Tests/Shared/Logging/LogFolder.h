@@ -4,49 +4,38 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "Shared/External/Logging/DDFileLogger.h"
 #include "Shared/External/Logging/DDLog.h"
 #include "Shared/External/Logging/DDLogLine.h"
-#include "Tests/Support/TestEnvironment.h"
+#include "Tests/Platform/Support/Files.h"
 #include "Tests/Targets/SimulatedTime.h"
 
-inline std::string contentsOf(const std::filesystem::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
+using Names = std::vector<std::string>;
 
-/// The pieces between line ends; a last one without an end counts.
-inline std::vector<std::string> linesOf(const std::string& text) {
-  std::vector<std::string> lines;
+/// What the lines of a file say behind their dates, "2026/11/21 15:04:05:000  "; a whole line where
+/// there is none. A last line without an end counts.
+inline std::vector<std::string> messagesIn(const std::filesystem::path& file) {
+  constexpr size_t Message = 25;
+  std::vector<std::string> messages;
+  const std::string text = readFile(file);
   for (size_t begin = 0; begin < text.size();) {
     const size_t end = std::min(text.find('\n', begin), text.size());
-    lines.push_back(text.substr(begin, end - begin));
+    const std::string line = text.substr(begin, end - begin);
+    const bool hasDate = line.size() >= Message && line.compare(23, 2, "  ") == 0;
+    messages.push_back(hasDate ? line.substr(Message) : line);
     begin = end + 1;
   }
-  return lines;
-}
-
-/// What a line says behind its date, "2026/11/21 15:04:05:000  "; the whole line if it has none.
-inline std::string messageOf(const std::string& line) {
-  constexpr size_t Message = 25;
-  return line.size() >= Message && line.compare(23, 2, "  ") == 0 ? line.substr(Message) : line;
+  return messages;
 }
 
 /// A folder of logs, a logger that is registered with the front door, and simulated time.
 class LogFolderTest : public testing::Test {
  protected:
-  LogFolderTest() { std::filesystem::remove_all(folder); }
-  ~LogFolderTest() override {
-    stopLogging();
-    std::filesystem::remove_all(folder);
-  }
+  ~LogFolderTest() override { stopLogging(); }
 
   std::shared_ptr<DDLogFileManagerDefault_Time> makeManager() {
     return std::make_shared<DDLogFileManagerDefault_Time>(folder.string());
@@ -73,18 +62,17 @@ class LogFolderTest : public testing::Test {
   /// Puts a file of an earlier run into the folder.
   std::filesystem::path leave(const std::string& nameBehindApplication, const std::string& text,
                               bool archived = false) {
-    std::filesystem::create_directories(folder);
-    const auto path = folder / (makeManager()->applicationName() + nameBehindApplication);
-    std::ofstream(path, std::ios::binary) << text;
+    const auto path = pathOf(nameBehindApplication);
+    writeFile(path, text);
     if (archived) DDLogFileInfo_Time(path).setIsArchived(true);
     return path;
   }
 
   /// The visible files' names behind the application's, sorted.
-  std::vector<std::string> names() const {
-    std::vector<std::string> names;
-    if (!std::filesystem::exists(folder)) return names;
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+  Names names() const {
+    Names names;
+    std::error_code error;
+    for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
       const std::string name = entry.path().filename();
       if (name.front() != '.') names.push_back(name.substr(name.find(' ')));
     }
@@ -93,11 +81,19 @@ class LogFolderTest : public testing::Test {
   }
 
   std::filesystem::path pathOf(const std::string& nameBehindApplication) {
-    return folder / (makeManager()->applicationName() + nameBehindApplication);
+    const auto names = manager ? manager : makeManager();
+    return names->logsDirectory() / (names->applicationName() + nameBehindApplication);
   }
 
+  bool isArchived(const std::string& nameBehindApplication) {
+    return DDLogFileInfo_Time(pathOf(nameBehindApplication)).isArchived();
+  }
+
+  /// What the first file that this program makes is called behind the application's name.
+  static constexpr const char* First = " 2026-11-21 15-04.log";
+
   SimulatedTime time;
-  const std::filesystem::path folder = testFolder() / "Logs";
+  const std::filesystem::path folder = freshFolder() / "Logs";
   std::shared_ptr<DDLogFileManagerDefault_Time> manager;
   std::shared_ptr<DDFileLogger_Time> logger;
 };
