@@ -225,4 +225,24 @@ TEST_F(CityCollector, LookupsAndSearchesOfSeveralThreadsTakeNothingFromEachOther
     thread.join();
 }
 
+TEST_F(CityCollector, WhomNobodyElseKeepsEndsOnTheMainThread) {
+  struct Mortal : Listener {
+    explicit Mortal(std::thread::id& place) : end(place) {}
+    ~Mortal() override { end = std::this_thread::get_id(); }
+    std::thread::id& end;
+  };
+  std::thread::id end;
+  auto mortal = std::make_shared<Mortal>(end);
+  collector->addDelegate(mortal);
+  listener->holdsQueue = true;
+  load();
+  mortal.reset();
+  dispatch_semaphore_signal(listener->mayGoOn);
+  EXPECT_TRUE(waitUntil([&] {
+    time.loop.runPending();
+    return end != std::thread::id();
+  }));
+  EXPECT_EQ(end, std::this_thread::get_id());
+}
+
 }  // namespace
