@@ -11,43 +11,23 @@
 #include "Targets/VelmoraTime/Dropdown/SunDetailPanel.h"
 #include "Targets/VelmoraTime/Dropdown/SunPanelTexts.h"
 #include "Targets/VelmoraTime/Map/StatInterfaceLightMap.h"
+#include "Tests/Targets/CaseTable.h"
 #include "Tests/Targets/SimulatedTime.h"
 
 namespace {
 
-// Worked by hand. The last length is a day's with a sunrise and no sunset: minus the rise and more.
 TEST(SunPanel, Texts) {
-  for (const auto& [seconds, text] : {std::pair{0.0, "0 minutes"},
-                                      {60, "1 minute"},
-                                      {3600, "1 hour and 0 minutes"},
-                                      {36301, "10 hours and 5 minutes"},
-                                      {86400, "24 hours and 0 minutes"},
-                                      {-3661, "58 minutes"},
-                                      {-1787200001, "33 minutes"}})
-    EXPECT_EQ(dayLengthFromValue(seconds), text + std::string(" of daylight"));
-  for (const auto& [change, text] : {std::pair{0.0, "Same as"},
-                                     {1, "1 second more than"},
-                                     {-30, "30 seconds less than"},
-                                     {90, "1 minute more than"},
-                                     {-3700, "1 hour and 1 minute less than"},
-                                     {7200, "2 hours and 0 minutes more than"}})
-    EXPECT_EQ(dayLengthDifference(40000 + change, 40000), text + std::string(" yesterday"));
-  for (const auto& [degrees, text] : {std::pair{-100000.0, "-"},
-                                      {-100001, "-"},
-                                      {-99999.5, "-99999.5º"},
-                                      {0.04, "0.0º"},
-                                      {-12.35, "-12.4º"},
-                                      {359.96, "360.0º"}})
-    EXPECT_EQ(degreesFromValue(degrees), text);
   NSDateFormatter formatter;
   formatter.setTimeZone(*NSTimeZone::timeZoneWithName("Asia/Kolkata"));
-  for (const auto& [time, text] : {std::pair{-100004.0, "-"},
-                                   {-1, "-"},
-                                   {-0.5, "05:29"},
-                                   {0, "05:30"},
-                                   {utc(2027, 1, 1), "05:30"},
-                                   {1e12, "07:16"}})
-    EXPECT_EQ(timeFromValue(time, {"HH", ":", "mm"}, formatter), text) << time;
+  for (const auto& [kind, value, text] :
+       casesIn<std::string, double, std::string>("VelmoraTime/Cases/sun-panel.txt")) {
+    const std::string shown = kind == "length"       ? dayLengthFromValue(value)
+                              : kind == "difference" ? dayLengthDifference(40000 + value, 40000)
+                              : kind == "degrees"
+                                  ? degreesFromValue(value)
+                                  : timeFromValue(value, {"HH", ":", "mm"}, formatter);
+    EXPECT_EQ(shown, text) << kind << " " << value;
+  }
 }
 
 class CitySubmenu : public testing::Test {
