@@ -9,6 +9,7 @@
 #include "Targets/Shared/Views/ZEVMenubarStyle.h"
 #include "Targets/Shared/ZEVColorText.h"
 #include "Targets/Shared/ZEVImageCache.h"
+#include "Tests/Targets/CaseTable.h"
 #include "Tests/Targets/SimulatedTime.h"
 
 namespace {
@@ -174,24 +175,7 @@ TEST(Preferences, AreGoneAfterCleanupUntilTheyBeginAgain) {
   EXPECT_EQ(ZEVIntegerForKey("Value"), 5);
 }
 
-TEST(Preferences, FontOffsets) {
-  constexpr std::pair<int64_t, int64_t> Offsets[] = {{7, 0},   {8, 3},   {9, 2},  {10, 1},
-                                                     {11, 1},  {12, 0},  {13, 0}, {14, 0},
-                                                     {15, -1}, {16, -2}, {17, 0}, {-8, 0}};
-  for (const auto& [size, offset] : Offsets) {
-    ZEVSetIntegerForKey("Size", size);
-    EXPECT_EQ(ZEVPreferences_Time::sharedPreferences()->offsetForFont("Size"), offset) << size;
-  }
-}
-
 TEST(Preferences, StylesFollowTheBarOnlyWhereTheyAreSeparate) {
-  struct Case {
-    bool isDark;
-    bool areSeparate;
-    int64_t theme;
-    int64_t barTheme;
-    double opacity;
-  };
   SimulatedTime time;
   ZEVSetIntegerForKey("DropdownTheme", 7);
   ZEVSetIntegerForKey("DropdownTheme-Light", 8);
@@ -206,10 +190,7 @@ TEST(Preferences, StylesFollowTheBarOnlyWhereTheyAreSeparate) {
   EXPECT_EQ(menubarGraphOpacity(), 1);
   ZEVSetIntegerForKey("MenubarTheme", 3);
   for (const auto& [isDark, areSeparate, theme, barTheme, opacity] :
-       {Case{false, false, 7, 3, 0.25},
-        {false, true, 8, 3, 0.25},
-        {true, false, 7, 0, 0.75},
-        {true, true, 9, 0, 0.75}}) {
+       casesIn<bool, bool, int64_t, int64_t, double>("Shared/Cases/bar-styles.txt")) {
     setDesktop(isDark, {});
     NSDistributedNotificationCenter::defaultCenter().postNotification(
         "AppleInterfaceThemeChangedNotification");

@@ -11,6 +11,8 @@
 #include "Targets/VelmoraTime/Calendar/CalendarKeys.h"
 #include "Targets/VelmoraTime/Calendar/HiddenCalendars.h"
 #include "Targets/VelmoraTime/Calendar/StatInterfaceCalendar.h"
+#include "Targets/VelmoraTime/Dropdown/StatInterfaceTime.h"
+#include "Tests/Targets/CaseTable.h"
 #include "Tests/Targets/SimulatedTime.h"
 
 namespace {
@@ -27,29 +29,16 @@ std::string dayText(double wallClockSeconds) {
   return NSDate::dateWithTimeIntervalSince1970(wallClockSeconds).description().substr(5, 5);
 }
 
-// Python's calendar module: Calendar(firstweekday).itermonthdates.
 TEST(MonthDays, AreSixWeeksFromTheUsersFirstWeekday) {
-  struct Case {
-    int year;
-    unsigned month;
-    int firstWeekday;
-    const char* first;
-    int before;  ///< Days of the month before, and behind.
-    int behind;
-  };
-  for (const auto& [year, month, firstWeekday, first, before, behind] :
-       {Case{2026, 11, 1, "11-01", 0, 12}, Case{2026, 11, 2, "10-26", 6, 6},
-        Case{2026, 11, 3, "10-27", 5, 7}, Case{2026, 11, 7, "10-31", 1, 11},
-        Case{2026, 7, 2, "06-29", 2, 9}, Case{2027, 2, 2, "02-01", 0, 14},
-        Case{2026, 2, 1, "02-01", 0, 14}, Case{2024, 2, 5, "02-01", 0, 13},
-        Case{2026, 12, 6, "11-27", 4, 7}, Case{1900, 1, 2, "01-01", 0, 11}}) {
-    const MonthDays days = daysOfMonth(utc(year, month, 17, 5), Saturday, firstWeekday);
+  for (const auto& [day, firstWeekday, first, before, behind] :
+       casesIn<NSDate, int, std::string, int, int>("VelmoraTime/Cases/month-days.txt")) {
+    const MonthDays days = daysOfMonth(day.timeIntervalSince1970(), Saturday, firstWeekday);
     EXPECT_EQ(dayText(days.start()), first);
     for (int index = 0; index < MonthDays::Count; ++index) {
-      const MonthDay& day = days.days[static_cast<size_t>(index)];
+      const MonthDay& shown = days.days[static_cast<size_t>(index)];
       const bool isOfMonth = index >= before && index < MonthDays::Count - behind;
-      EXPECT_EQ(day.type, isOfMonth ? DayOfMonthType : DayOfOtherMonthType) << first << index;
-      EXPECT_EQ(day.weekday, (firstWeekday - 1 + index) % 7 + 1);
+      EXPECT_EQ(shown.type, isOfMonth ? DayOfMonthType : DayOfOtherMonthType) << first << index;
+      EXPECT_EQ(shown.weekday, (firstWeekday - 1 + index) % 7 + 1);
     }
   }
 }
@@ -216,6 +205,10 @@ TEST_F(Month, NumbersItsWeeksAndLaysThemOut) {
     EXPECT_EQ(grid->weekCells()[2].view()->frame(), NSMakeRect(0, 118, 35, 32));
     EXPECT_EQ(grid->weekCells()[2].view()->isHidden(), !withWeeks);
     EXPECT_EQ(grid->cells()[9].label()->frame().origin.y, -3);
+    StatInterfaceTime_Time dropdown;
+    ZEVSetBoolForKey("Time_CalendarShowWeeks", withWeeks);
+    dropdown.updateCalendar();
+    EXPECT_EQ(dropdown.calendar().weekCells()[2].view()->isHidden(), !withWeeks);
   }
 }
 

@@ -126,6 +126,9 @@ TEST_F(ClockDrawing, AFlashingLineReadFromRightToLeftKeepsItsOrder) {
   EXPECT_EQ(layoutFromLeft(list, 1), "[ ב][15]:[04][א ]");
   EXPECT_EQ(layout(pieces(list, Saturday, 0)), "[א ][15]_[04][ ב]") << "told as they are read";
   EXPECT_EQ(pieces(list, Saturday, 1)[3].point, pieces(list, Saturday, 0)[3].point);
+  NSLocale::setCurrentLocale("ar_EG");
+  ZEVDateAndTimeUtilities::cleanup();
+  EXPECT_EQ(layoutFromLeft({"a", "':'", "'ב'"}, 0), "[ב]_[م]") << "all in one run";
 }
 
 TEST_F(ClockDrawing, OneItemShowsOneDay) {
@@ -171,12 +174,16 @@ TEST_F(ClockDrawing, TextAndLeafFollowTheSystemsZone) {
 }
 
 TEST_F(ClockDrawing, TextStandsByItsSize) {
-  for (const auto& [size, y] : {std::pair{8, 6.0}, {13, 3.0}, {16, 1.0}}) {
+  setFlashing();
+  std::string heights;
+  for (int size = 7; size <= 17; ++size) {
     ZEVSetIntegerForKey("Time_TextSize", size);
-    setFlashing();
-    for (const ClockPiece& piece : pieces({"h", "':'", "mm"}))
-      EXPECT_EQ(piece.point.y, y) << size;
+    const auto drawn = pieces({"h", "':'", "mm"});
+    for (const ClockPiece& piece : drawn)
+      EXPECT_EQ(piece.point.y, drawn[0].point.y) << size;
+    heights += std::to_string(std::lround(drawn[0].point.y)) + " ";
   }
+  EXPECT_EQ(heights, "3 6 5 4 4 3 3 3 2 1 3 ") << "sizes that are none stand like 13";
 }
 
 TEST_F(ClockDrawing, ARunIsDrawnInOneCall) {

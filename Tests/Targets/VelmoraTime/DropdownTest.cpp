@@ -3,25 +3,14 @@
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
-#include <optional>
-
-#include "Platform/AppKit/Menus/MenuSnapshot.h"
 #include "Platform/AppKit/Menus/RowText.h"
-#include "Platform/Foundation/Zones/NSTimeZone.h"
-#include "Targets/Shared/Dropdown/ZEVMenu.h"
-#include "Targets/Shared/ZEVPreferences.h"
-#include "Tests/Platform/Support/Files.h"
-#include "Tests/Targets/VelmoraTime/RunningClock.h"
+#include "Tests/Targets/VelmoraTime/OpenDropdown.h"
 
 namespace {
 
-using Array = PropertyList::Array;
-
-class Dropdown : public testing::Test {
+class Dropdown : public OpenDropdown {
  protected:
   Dropdown() {
-    setenv("TZ", "UTC", 1);
-    NSTimeZone::resetSystemTimeZone();
     ZEVSetObjectForKey("Time_Cities", Array{"2643743", "1850147"});
     ZEVSetObjectForKey("Time_CalendarEnabled", 0);
   }
@@ -29,20 +18,6 @@ class Dropdown : public testing::Test {
   void start(double now) {
     clock.emplace(now);
     clock->waitForCities();
-  }
-
-  /// Another process writes a setting.
-  void change(const std::string& key, const PropertyList& value, const std::string& resetKey) {
-    ZEVSetObjectForKey(key, value);
-    clock->post("VelmoraTimePreferencesChanged", {{"key", key}, {"resetKey", resetKey}});
-  }
-
-  std::shared_ptr<ZEVMenu_Time> menu() {
-    return std::static_pointer_cast<ZEVMenu_Time>(clock->module().menu());
-  }
-  void open() {
-    screen.tracker().open(menu(), NSMakeRect(700, 0, 60, 22), MenuOpening::Press,
-                          NSUserInterfaceLayoutDirection::LeftToRight);
   }
 
   /// A line for the rows: each one's key or first text, height, and "+" for a submenu.
@@ -63,16 +38,13 @@ class Dropdown : public testing::Test {
     const auto texts = rowTexts(*menu()->itemArray()[1]->submenu()->itemArray()[2]);
     return {texts.at(2 * index), texts.at(2 * index + 1)};
   }
-
-  std::optional<RunningClock> clock;
-  MenuSnapshot screen{NSMakeRect(0, 22, 800, 578)};
 };
 
 // Every change is seen in the open menu; each case begins with the settings that the one before
 // left.
 TEST_F(Dropdown, RowsFollowTheSettings) {
   start(Saturday);
-  open();
+  open(menu());
   struct Case {
     const char* key;
     PropertyList value;
@@ -115,7 +87,7 @@ TEST_F(Dropdown, FollowsTheTickAndTheFormatWhileItIsOpen) {
   int stateChanges = 0;
   const NSObservation observation = NSNotificationCenter::defaultCenter().addObserver(
       "ZEVMenuStateChanged", [&](const NSNotification&) { ++stateChanges; });
-  open();
+  open(menu());
   EXPECT_EQ(secondText(2), "03:04 PM");
   EXPECT_TRUE(menu()->isVisible());
   clock->time.loop.advance(55);
@@ -129,7 +101,7 @@ TEST_F(Dropdown, FollowsTheTickAndTheFormatWhileItIsOpen) {
   EXPECT_EQ(secondText(4), "00:05") << "a closed one stands still";
   EXPECT_FALSE(menu()->isVisible());
   EXPECT_EQ(stateChanges, 2);
-  open();
+  open(menu());
   change("Time_DropdownFormat", Array{"HH"}, "");
   EXPECT_EQ(secondText(4), "01") << "a faulty format is mended";
 }
@@ -164,7 +136,7 @@ TEST_F(Dropdown, GoesWithItsClock) {
   start(Saturday);
   clock->slot.onMenuShouldClose = [this] { screen.tracker().close(); };
   for (int count = 0; count < 50; ++count) {
-    open();
+    open(menu());
     const std::weak_ptr<ZEVMenu_Time> gone = menu();
     clock->slot.unload();
     EXPECT_FALSE(screen.tracker().isTracking());

@@ -5,14 +5,12 @@
 #include <sstream>
 
 #include "Platform/AppKit/Menus/MenuAccessibility.h"
-#include "Platform/AppKit/Menus/MenuSnapshot.h"
-#include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/VelmoraTime/Dropdown/StatInterfaceTimeItem.h"
 #include "Targets/VelmoraTime/Dropdown/SunDetailPanel.h"
 #include "Targets/VelmoraTime/Dropdown/SunPanelTexts.h"
 #include "Targets/VelmoraTime/Map/StatInterfaceLightMap.h"
 #include "Tests/Targets/CaseTable.h"
-#include "Tests/Targets/SimulatedTime.h"
+#include "Tests/Targets/VelmoraTime/OpenDropdown.h"
 
 namespace {
 
@@ -30,47 +28,44 @@ TEST(SunPanel, Texts) {
   }
 }
 
-class CitySubmenu : public testing::Test {
+class CitySubmenu : public OpenDropdown {
  protected:
   CitySubmenu() {
+    clock.emplace(Saturday);
     ZEVSetObjectForKey("Time_DropdownFormat", PropertyList::Array{"H", "':'", "mm"});
   }
   static std::shared_ptr<StatInterfaceTimeItem> city(const char* name, const char* zone,
                                                      double latitude, double longitude) {
-    const auto clock = std::make_shared<StatInterfaceTimeItem>();
-    clock->setDetails({7, name, name, "", "Land", zone, latitude, longitude});
-    clock->loadLocale();
-    clock->updateMode();
-    clock->updateStaticInfo();
-    return clock;
+    const auto item = std::make_shared<StatInterfaceTimeItem>();
+    item->setDetails({7, name, name, "", "Land", zone, latitude, longitude});
+    item->loadLocale();
+    item->updateMode();
+    item->updateStaticInfo();
+    return item;
   }
-  void open(const StatInterfaceTimeItem& clock) {
-    screen.tracker().open(clock.submenu(), NSMakeRect(700, 0, 60, 22), MenuOpening::Press,
-                          NSUserInterfaceLayoutDirection::LeftToRight);
+  void openSubmenu(const StatInterfaceTimeItem& item) {
+    open(item.submenu());
     screen.tracker().prepareFrame();
   }
-  static std::string presentTime(StatInterfaceTimeItem& clock) {
-    return clock.sunPanel().lines()[1]->value2()->stringValue();
+  static std::string presentTime(StatInterfaceTimeItem& item) {
+    return item.sunPanel().lines()[1]->value2()->stringValue();
   }
-
-  SimulatedTime time{utc(2026, 11, 21, 15, 4, 5)};
-  MenuSnapshot screen{NSMakeRect(0, 22, 800, 578)};
 };
 
 TEST_F(CitySubmenu, FollowsTheMinutesWhileItIsOpen) {
   const auto tokyo = city("Tokyo", "Asia/Tokyo", 35.69, 139.69);
   const auto lima = city("Lima", "America/Lima", -12.05, -77.04);
-  open(*tokyo);
+  openSubmenu(*tokyo);
   EXPECT_EQ(presentTime(*tokyo), "0:04");
-  time.loop.advance(60);
+  clock->time.loop.advance(60);
   EXPECT_EQ(presentTime(*tokyo), "0:05");
   EXPECT_FALSE(lima->lightMap()->isLoaded());
-  open(*lima);
-  time.loop.advance(600);
+  openSubmenu(*lima);
+  clock->time.loop.advance(600);
   EXPECT_EQ(presentTime(*lima), "10:15");
   EXPECT_EQ(presentTime(*tokyo), "0:05") << "closed";
   EXPECT_FALSE(tokyo->lightMap()->isLoaded());
-  time.clock.setTimeIntervalSince1970(utc(2026, 11, 22, 3));
+  clock->time.clock.setTimeIntervalSince1970(utc(2026, 11, 22, 3));
   lima->updateSoonAndMoon();
   EXPECT_EQ(presentTime(*lima), "22:00") << "the clock was set";
 }
@@ -86,7 +81,7 @@ void describe(const AccessibleElement& element, const std::string& indent, std::
 // Sunrise, sunset and the altitude agree with PyEphem's (6:23:05, 16:30:08, -72.4 degrees).
 TEST_F(CitySubmenu, IsReadAloudAsATable) {
   const auto tokyo = city("Tokyo", "Asia/Tokyo", 35.69, 139.69);
-  open(*tokyo);
+  openSubmenu(*tokyo);
   std::ostringstream text;
   describe(*accessibleMenu(screen.tracker()), "", text);
   const std::string all = text.str();
