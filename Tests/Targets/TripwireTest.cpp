@@ -3,18 +3,13 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <map>
-#include <regex>
-#include <set>
-#include <string>
+#include <algorithm>
 
 #include "Targets/VelmoraTime/Classes/ClockElements.h"
 #include "Tests/Targets/CaseTable.h"
+#include "Tests/Targets/SourceTexts.h"
 
 namespace {
-
-namespace fs = std::filesystem;
 
 /// Text in the code → the test that covers it, as "Suite, Name", or "- " and why there is none.
 std::multimap<std::string, std::string> listedNames() {
@@ -32,26 +27,6 @@ std::set<std::string> elementsWithCases() {
            "VelmoraTime/Cases/elements.txt"))
     elements.insert(element);
   return elements;
-}
-
-/// The sources below a folder of the repository, by path.
-std::map<std::string, std::string> sourcesIn(const char* folder) {
-  std::map<std::string, std::string> sources;
-  for (const auto& entry :
-       fs::recursive_directory_iterator(fs::path(VELMORA_SOURCE_DIR) / folder)) {
-    const auto extension = entry.path().extension();
-    if (extension == ".cpp" || extension == ".h") {
-      sources.emplace(entry.path().string(), readFile(entry.path()));
-    }
-  }
-  return sources;
-}
-
-void collect(const std::string& source, const std::regex& pattern, std::set<std::string>& found) {
-  for (std::sregex_iterator match(source.begin(), source.end(), pattern), end; match != end;
-       ++match) {
-    found.insert((*match)[1]);
-  }
 }
 
 /// What the code knows by name.
@@ -91,15 +66,27 @@ TEST(Tripwire, EveryNameInTheCodeIsTestedOrParked) {
     EXPECT_TRUE(names.contains(name)) << name << " has gone";
 }
 
+/// A test's source with the files of cases that it names.
+std::string withCases(std::string source) {
+  std::set<std::string> files;
+  collect(source, std::regex(R"re((\w+/Cases/[a-z-]+\.[a-z]+)")re"), files);
+  for (const std::string& file : files)
+    source += readFile(VELMORA_SOURCE_DIR "/Tests/Targets/" + file);
+  return source;
+}
+
 TEST(Tripwire, EveryListedTestExistsAndNamesItsSubject) {
-  const auto tests = sourcesIn("Tests/Targets");
+  std::vector<std::string> tests;
+  for (const auto& [path, source] : sourcesIn("Tests/Targets"))
+    tests.push_back(withCases(source));
   for (const auto& [name, test] : listedNames()) {
     if (test.starts_with("- ")) continue;
-    bool isThere = false;
-    for (const auto& [path, source] : tests) {
-      isThere = isThere || (source.find("(" + test + ")") != std::string::npos &&
-                            source.find("\"" + name + "\"") != std::string::npos);
-    }
+    const bool isThere =
+        std::ranges::any_of(tests, [&name = name, &test = test](const std::string& source) {
+          return source.find("(" + test + ")") != std::string::npos &&
+                 (source.find("\"" + name + "\"") != std::string::npos ||
+                  source.find(">" + name + "<") != std::string::npos);
+        });
     EXPECT_TRUE(isThere) << test << " for " << name;
   }
 }

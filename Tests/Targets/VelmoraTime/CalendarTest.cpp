@@ -4,6 +4,7 @@
 #include <stdlib.h>
 
 #include <algorithm>
+#include <map>
 
 #include "Platform/Foundation/Settings/CFPreferences.h"
 #include "Platform/Foundation/Zones/NSTimeZone.h"
@@ -60,29 +61,23 @@ TEST(MonthDays, BothDaysAreTodayAtMidnight) {
 }
 
 TEST(CalendarKeys, LeadFromDayToDay) {
-  constexpr auto Ltr = NSUserInterfaceLayoutDirection::LeftToRight;
-  constexpr auto Rtl = NSUserInterfaceLayoutDirection::RightToLeft;
-  struct Case {
-    uint16_t key;
-    NSEventModifierFlags modifiers;
-    NSUserInterfaceLayoutDirection direction;
-    const char* day;  ///< From 2028-03-31.
-  };
-  for (const auto& [key, modifiers, direction, day] :
-       {Case{NSKeyCodeRight, 0, Ltr, "2028-04-01"}, Case{NSKeyCodeRight, 0, Rtl, "2028-03-30"},
-        Case{NSKeyCodeLeft, 0, Ltr, "2028-03-30"}, Case{NSKeyCodeUp, 0, Rtl, "2028-03-24"},
-        Case{NSKeyCodeDown, 0, Ltr, "2028-04-07"}, Case{NSKeyCodePageUp, 0, Ltr, "2028-02-29"},
-        Case{NSKeyCodePageDown, 0, Ltr, "2028-04-30"},
-        Case{NSKeyCodePageDown, NSEventModifierFlagShift, Rtl, "2029-03-31"},
-        Case{NSKeyCodePageUp, NSEventModifierFlagShift, Ltr, "2027-03-31"},
-        Case{NSKeyCodeHome, 0, Ltr, "2026-11-21"}, Case{NSKeyCodeEnd, 0, Ltr, "-"},
-        Case{NSKeyCodeLeft, NSEventModifierFlagControl, Ltr, "-"}}) {
+  const std::map<std::string, uint16_t> keys = {
+      {"Right", NSKeyCodeRight}, {"Left", NSKeyCodeLeft},     {"Up", NSKeyCodeUp},
+      {"Down", NSKeyCodeDown},   {"PageUp", NSKeyCodePageUp}, {"PageDown", NSKeyCodePageDown},
+      {"Home", NSKeyCodeHome},   {"End", NSKeyCodeEnd}};
+  for (const auto& [key, modifier, reading, day] :
+       casesIn<std::string, std::string, std::string, std::string>(
+           "VelmoraTime/Cases/calendar-keys.txt")) {
     NSEvent event;
-    event.keyCode = key;
-    event.modifierFlags = modifiers;
+    event.keyCode = keys.at(key);
+    if (modifier == "Shift") event.modifierFlags = NSEventModifierFlagShift;
+    if (modifier == "Control") event.modifierFlags = NSEventModifierFlagControl;
+    const auto direction = reading == "left-to-right" ? NSUserInterfaceLayoutDirection::LeftToRight
+                                                      : NSUserInterfaceLayoutDirection::RightToLeft;
     const auto next = dayAfterKey(event, utc(2028, 3, 31), utc(2026, 11, 21), direction);
     EXPECT_EQ(next ? NSDate::dateWithTimeIntervalSince1970(*next).description().substr(0, 10) : "-",
-              day);
+              day)
+        << modifier << key << " " << reading;
   }
 }
 

@@ -4,6 +4,7 @@
 #include <stdlib.h>
 
 #include "Platform/AppKit/Menus/RowText.h"
+#include "Platform/Foundation/PropertyLists/NSPropertyListSerialization.h"
 #include "Tests/Targets/VelmoraTime/OpenDropdown.h"
 
 namespace {
@@ -40,45 +41,19 @@ class Dropdown : public OpenDropdown {
   }
 };
 
-// Every change is seen in the open menu; each case begins with the settings that the one before
-// left.
+// Every change is seen in the open menu.
 TEST_F(Dropdown, RowsFollowTheSettings) {
   start(Saturday);
   open(menu());
-  struct Case {
-    const char* key;
-    PropertyList value;
-    const char* resetKey;
-    const char* rows;
-  };
-  for (const auto& [key, value, resetKey, expected] : std::initializer_list<Case>{
-           {"",
-            {},
-            "",
-            "filler-moon-before 3|Waxing Gibbous 42+|London, United Kingdom 40+|filler-city-1 2|"
-            "Tokyo, Japan 40+|filler-base 5"},
-           {"Time_Cities", Array{1850147, "1", "2988507", "2643743", "2988507", "'"}, "cities",
-            "filler-moon-before 3|Waxing Gibbous 42+|Tokyo, Japan 40+|filler-city-1 2|"
-            "London, United Kingdom 40+|filler-city-2 2|Paris, France 40+|filler-base 5"},
-           {"Time_CityNames", PropertyList::Dictionary{{"1850147", "東京"}, {"1", "x"}},
-            "citynames",
-            "filler-moon-before 3|Waxing Gibbous 42+|東京 40+|filler-city-1 2|"
-            "London, United Kingdom 40+|filler-city-2 2|Paris, France 40+|filler-base 5"},
-           {"Time_DropdownCityLayout", 0, "citymode",
-            "filler-moon-before 3|Waxing Gibbous 19+|東京 19+|London 19+|Paris 19+|filler-base 5"},
-           {"Time_CityNames",
-            {},
-            "citynames",
-            "filler-moon-before 3|Waxing Gibbous 19+|東京 19+|London 19+|Paris 19+|filler-base 5"},
-           {"Time_CityNames", PropertyList::Dictionary{}, "citynames",
-            "filler-moon-before 3|Waxing Gibbous 19+|Tokyo 19+|London 19+|Paris 19+|filler-base 5"},
-           {"Time_DropdownShowMoon", 0, "moon",
-            "filler-no-events-or-moon 1|Tokyo 19+|London 19+|Paris 19+|filler-base 5"},
-           {"Time_Cities", "no list", "cities", "filler-no-events-or-moon 1|filler-base 5"},
-           {"Time_CalendarEnabled", 1, "calendar",
-            "November 2026 247|filler-calendar 2|filler-no-events-or-moon 1|filler-base 5"}}) {
-    change(key, value, resetKey);
-    EXPECT_EQ(rows(), expected) << key;
+  const auto changes = propertyListWithContentsOfFile(
+      VELMORA_SOURCE_DIR "/Tests/Targets/VelmoraTime/Cases/dropdown-changes.plist");
+  ASSERT_TRUE(changes.has_value() && changes->array()->size() == 9);
+  for (const PropertyList& entry : *changes->array()) {
+    const PropertyList::Dictionary& step = *entry.dictionary();
+    const auto value = step.find("value");
+    change(*step.at("key").string(), value != step.end() ? value->second : PropertyList(),
+           *step.at("resetKey").string());
+    EXPECT_EQ(rows(), *step.at("rows").string()) << *step.at("key").string();
   }
 }
 
