@@ -23,6 +23,7 @@ inline std::map<std::string, std::string> sourcesIn(const char* folder) {
 /// Adds what a pattern's first group matches in a source.
 inline void collect(const std::string& source, const std::regex& pattern,
                     std::set<std::string>& found) {
-  for (std::sregex_iterator match(source.begin(), source.end(), pattern), end; match != end; ++match)
+  for (std::sregex_iterator match(source.begin(), source.end(), pattern), end; match != end;
+       ++match)
     found.insert((*match)[1]);
 }

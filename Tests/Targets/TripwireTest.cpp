@@ -85,7 +85,8 @@ TEST(Tripwire, EveryListedTestExistsAndNamesItsSubject) {
         std::ranges::any_of(tests, [&name = name, &test = test](const std::string& source) {
           return source.find("(" + test + ")") != std::string::npos &&
                  (source.find("\"" + name + "\"") != std::string::npos ||
-                  source.find(">" + name + "<") != std::string::npos);
+                  source.find(">" + name + "<") != std::string::npos ||
+                  source.find("\n" + name + " ") != std::string::npos);
         });
     EXPECT_TRUE(isThere) << test << " for " << name;
   }

@@ -5,7 +5,9 @@
 #include "Platform/AppKit/Drawing/RecordingGraphicsContext.h"
 #include "Platform/AppKit/Views/NSScreen.h"
 #include "Platform/Foundation/Settings/CFPreferences.h"
+#include "Targets/Shared/ZEVColorText.h"
 #include "Targets/Shared/ZEVPreferences.h"
+#include "Tests/Targets/CaseTable.h"
 #include "Tests/Targets/Shared/FakeExtra.h"
 
 namespace {
@@ -181,19 +183,8 @@ TEST_F(TextAttributes, AShadowWithoutStrengthIsNone) {
 }
 
 TEST_F(TextAttributes, FollowTheBar) {
-  const NSColor blue = NSColor::colorWithDeviceRed(0, 0, 1, 1);
-  const NSColor green = NSColor::colorWithDeviceRed(0, 1, 0, 1);
-  struct Bar {
-    bool isDark, hasContrast, isSelected;
-    NSColor color;
-  };
   for (const auto& [isDark, hasContrast, isSelected, color] :
-       {Bar{false, false, false, blue},
-        {false, false, true, NSColor::whiteColor()},
-        {false, true, true, NSColor::whiteColor()},
-        {true, false, false, green},
-        {true, false, true, NSColor::whiteColor()},
-        {true, true, true, NSColor::blackColor()}}) {
+       casesIn<bool, bool, bool, std::string>("Shared/Cases/text-colors.txt")) {
     ZEVPreferences_Time::cleanup();
     setPreferenceOverride("AppleInterfaceStyle", isDark ? "Dark" : "", ".GlobalPreferences");
     setPreferenceOverride("increaseContrast", hasContrast, "com.apple.universalaccess");
@@ -202,7 +193,7 @@ TEST_F(TextAttributes, FollowTheBar) {
     ZEVSetObjectForKey("Time_TextColor-Dark", "0 1 0 1");
     content.resetTextConfig();
     content.setIsMenuDown(isSelected);
-    EXPECT_EQ(content.percentageAttributes("text").foregroundColor, color);
+    EXPECT_EQ(content.percentageAttributes("text").foregroundColor, colorFromString(color + " 1"));
     EXPECT_EQ(shadow().has_value(), !isDark && !isSelected);
   }
 }

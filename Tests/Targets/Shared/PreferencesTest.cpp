@@ -120,45 +120,30 @@ TEST(Preferences, ColoursStayUntilTheirKeyIsInvalidated) {
 }
 
 TEST(Preferences, ThemeAndContrastChangesDropBothCaches) {
-  struct Case {
-    const char* notification;
-    bool isDark;
-    PropertyList contrast;
-    bool wantsDark;
-    bool wantsContrast;
-  };
-  // Each notification takes over its own setting only. A contrast that is a text is none.
-  const Case cases[] = {
-      {"AppleInterfaceThemeChangedNotification", true, true, true, false},
-      {"AXInterfaceIncreaseContrastStatusDidChange", false, true, true, true},
-      {"AppleInterfaceThemeChangedNotification", false, false, false, true},
-      {"AXInterfaceIncreaseContrastStatusDidChange", false, "1", false, false},
-      // What others have posted may be lost.
-      {"NSDistributedNotificationsMayBeMissedNotification", true, false, true, false},
-  };
   SimulatedTime time;
   auto& store = *ZEVPreferences_Time::sharedPreferences();
   writeElsewhere("Color", "none");
   int step = 0;
-  for (const Case& test : cases) {
+  for (const auto& [notification, isDark, contrast, wantsDark, wantsContrast] :
+       casesIn<std::string, bool, std::string, bool, bool>("Shared/Cases/desktop-changes.txt")) {
     SCOPED_TRACE(++step);
     ZEVIntegerForKey("Value");
     const NSColor fallback = store.isMenubarDark() ? NSColor::whiteColor() : NSColor::blackColor();
     EXPECT_EQ(ZEVColorForKey("Color"), fallback);
     writeElsewhere("Value", step);
-    setDesktop(test.isDark, test.contrast);
+    setDesktop(isDark, contrast == "text" ? PropertyList("1") : contrast == "true");
     int posts = 0;
     const auto observation = NSNotificationCenter::defaultCenter().addObserver(
-        "VelmoraMenubarThemeChanged", [&](const NSNotification& posted) {
+        "VelmoraMenubarThemeChanged",
+        [&, dark = wantsDark, raised = wantsContrast](const auto& posted) {
           ++posts;
           EXPECT_TRUE(posted.userInfo.empty());
-          EXPECT_EQ(store.isMenubarDark(), test.wantsDark);
-          EXPECT_EQ(store.increaseContrast(), test.wantsContrast);
+          EXPECT_EQ(store.isMenubarDark(), dark);
+          EXPECT_EQ(store.increaseContrast(), raised);
           EXPECT_EQ(ZEVIntegerForKey("Value"), step);
-          EXPECT_EQ(ZEVColorForKey("Color"),
-                    test.wantsDark ? NSColor::whiteColor() : NSColor::blackColor());
+          EXPECT_EQ(ZEVColorForKey("Color"), dark ? NSColor::whiteColor() : NSColor::blackColor());
         });
-    NSDistributedNotificationCenter::defaultCenter().postNotification(test.notification);
+    NSDistributedNotificationCenter::defaultCenter().postNotification(notification);
     time.loop.runPending();
     EXPECT_EQ(posts, 1);
   }

@@ -9,6 +9,7 @@
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/VelmoraTime/Classes/VelmoraTimeMenuExtraView.h"
 #include "Tests/Platform/Support/Pixels.h"
+#include "Tests/Targets/CaseTable.h"
 #include "Tests/Targets/SimulatedTime.h"
 
 namespace {
@@ -24,49 +25,37 @@ std::vector<DrawingRecord> draw(NSPoint point, std::string_view type, double tim
   return context.records();
 }
 
-struct Leaf {
-  const char* type;
-  std::optional<NSColor> head;
-};
-
-constexpr Leaf Leaves[] = {
-    {"___ICON__RED___", NSColor::colorWithDeviceRed(1.0, 0.254, 0.254, 1)},
-    {"___ICON__BLUE___", NSColor::colorWithDeviceRed(0.098, 0.58, 0.941, 1)},
-    {"___ICON__GEAPHITE___", NSColor::colorWithDeviceRed(0.568, 0.639, 0.768, 1)},
-    {"___ICON__GREEN___", NSColor::colorWithDeviceRed(0.513, 0.8, 0.113, 1)},
-    {"___ICON__ORANGE___", NSColor::colorWithDeviceRed(1.0, 0.462, 0.168, 1)},
-    {"___ICON__PINK___", NSColor::colorWithDeviceRed(1.0, 0.305, 1.0, 1)},
-    {"___ICON__BLACK___", NSColor::colorWithDeviceWhite(0.2, 1)},
-    {"___ICON__PLAIN___", std::nullopt},
-};
+constexpr const char* Leaves = "VelmoraTime/Cases/calendar-leaves.txt";
 
 TEST(CalendarLeaf, HasPaperHeadAndNumber) {
-  for (const auto& [type, head] : Leaves) {
+  for (const auto& [type, red, green, blue] :
+       casesIn<std::string, double, double, double>(Leaves)) {
     SCOPED_TRACE(type);
     const auto parts = draw({7, 1}, type, October31, true);
-    ASSERT_EQ(parts.size(), head ? 3 : 2);
+    ASSERT_EQ(parts.size(), 3);
     EXPECT_EQ(parts.front().name, "menubar-date");
     EXPECT_EQ(parts.front().rect.origin, (NSPoint{7, 3}));
     EXPECT_EQ(parts.back().name, "menubar-date-31") << "also on a dark bar";
     EXPECT_EQ(parts.back().rect.origin, (NSPoint{7, 3}));
-    if (!head) continue;
     EXPECT_EQ(parts[1].kind, DrawingRecord::Kind::Path);
     EXPECT_EQ(parts[1].rect, NSMakeRect(8, 16, 15, 4));
-    EXPECT_EQ(parts[1].color, *head);
+    EXPECT_EQ(parts[1].color, NSColor::colorWithDeviceRed(red, green, blue, 1));
   }
+  EXPECT_EQ(draw({7, 1}, "___ICON__PLAIN___", October31, true).size(), 2) << "no head";
 }
 
 // No picture may spill over the 19 points that the clock leaves for it, or over the bar.
 TEST(CalendarLeaf, StaysInsideItsBoxAtEveryScale) {
   for (const double scale : {1.0, 2.0}) {
-    for (const Leaf& leaf : Leaves) {
+    for (const auto& [type, red, green, blue] :
+         casesIn<std::string, double, double, double>(Leaves)) {
       BitmapSurface surface({40, 22}, scale);
       const NSCurrentGraphicsContext current(surface.context());
-      drawCalendarLeaf({10, 0}, leaf.type, 31, false);
+      drawCalendarLeaf({10, 0}, type, 31, false);
       const Ink ink = inkOf(surface);
       EXPECT_TRUE(ink.left >= 10 * scale && ink.right < 29 * scale && ink.top >= scale)
-          << leaf.type << " at scale " << scale;
-      EXPECT_GT(ink.area, 150 * scale * scale) << leaf.type << " at scale " << scale;
+          << type << " at scale " << scale;
+      EXPECT_GT(ink.area, 150 * scale * scale) << type << " at scale " << scale;
     }
   }
 }

@@ -207,26 +207,20 @@ TEST_F(Month, NumbersItsWeeksAndLaysThemOut) {
   }
 }
 
-// By hand. November 1 has 25 hours in New York.
 TEST_F(Month, TellsWhenAnEventTakesPlace) {
-  const auto at = [](unsigned day, int hour, int minute = 0) {
-    return utc(2026, 11, day, hour, minute);
-  };
-  grid->processEvents(
-      {event("meeting", at(18, 10), at(18, 11)), event("night", at(18, 23), at(19, 1)),
-       event("half", at(19, 3, 30), at(19, 4)), event("instant", at(19, 0), at(19, 0)),
-       event("trip", at(16, 9), at(18, 22)), event("holiday", at(16, 0), at(18, 0), true),
-       event("until midnight", at(17, 22), at(18, 0)),
-       event("clocks back", at(1, 0), at(2, 0), true), event("", at(18, 1), at(18, 2))});
-  EXPECT_EQ(rowsOf(at(15, 0)), Texts{});
-  EXPECT_EQ(rowsOf(at(16, 0)), (Texts{"trip Starts 09 AM", "holiday All Day"}));
-  EXPECT_EQ(rowsOf(at(17, 0)),
-            (Texts{"trip All Day", "holiday All Day", "until midnight Starts 10 PM"}));
-  EXPECT_EQ(rowsOf(at(18, 0)), (Texts{"meeting 10 AM", "night Starts 11 PM", "instant Starts 12 AM",
-                                      "trip Ends 10 PM"}));
-  EXPECT_EQ(rowsOf(at(19, 0)), (Texts{"night Ends 01 AM", "half 03:30 AM", "instant 12 AM"}));
-  EXPECT_EQ(rowsOf(at(1, 0)), Texts{"clocks back All Day"});
-  EXPECT_EQ(rowsOf(at(2, 0)), Texts{});
+  EventList events;
+  for (const auto& [title, start, end, isAllDay] :
+       casesIn<std::string, NSDate, NSDate, bool>("VelmoraTime/Cases/events.txt"))
+    events.push_back(
+        event(title, start.timeIntervalSince1970(), end.timeIntervalSince1970(), isAllDay));
+  grid->processEvents(events);
+  for (const auto& [day, expected] :
+       casesIn<NSDate, std::string>("VelmoraTime/Cases/event-rows.txt")) {
+    std::string rows;
+    for (const std::string& row : rowsOf(day.timeIntervalSince1970()))
+      rows += (rows.empty() ? "" : ", ") + row;
+    EXPECT_EQ(rows, expected) << day.description();
+  }
 }
 
 TEST_F(Month, ListsTheDaysEventsThatAreNotOver) {

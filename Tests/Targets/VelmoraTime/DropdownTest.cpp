@@ -118,6 +118,7 @@ TEST_F(Dropdown, GoesWithItsClock) {
     clock->extra = std::make_shared<VelmoraTime>();
     clock->slot.setExtra(clock->extra);
     clock->extra->init(clock->slot, NSBundle());
+    clock->waitForCities();
     clock->time.loop.advance(1.5);
     EXPECT_TRUE(gone.expired()) << count;
   }

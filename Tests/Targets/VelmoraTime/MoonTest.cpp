@@ -198,35 +198,18 @@ void expectLightOfEachPhase(MoonPhaseView_Time& moon, double scale, double groun
   }
 }
 
-struct PictureKind {
-  int size;
-  int range;
-  const char* light;
-  const char* dark;
-  std::vector<double> grounds;
-};
-
 // The illuminated area of a sphere's disc is its illuminated fraction; the real pictures have to
-// show that much light, on a light bar and on a dark one. The largest stands on the night sky.
+// show that much light.
 TEST(MoonPictures, ShowAsMuchLightAsThereIs) {
   const EnvironmentVariable support{"VELMORA_SUPPORT_DIR", VELMORA_SOURCE_DIR "/Resources"};
-  const PictureKind kinds[] = {
-      {16, 22, "menubar-moon-light", "menubar-moon-dark", {0.96, 0.17}},
-      {32, 43, "stats-calendar-moon-light", "stats-calendar-moon-dark", {0.96, 0.17}},
-      {120, 158, "stats-calendar-moon-header-lightmoon", "", {0.17}}};
-  for (const PictureKind& kind : kinds) {
-    const auto side = static_cast<double>(kind.size);
-    MoonPhaseView_Time moon{NSMakeRect(0, 0, side, side)};
-    moon.setSize(kind.size);
-    moon.setRange(kind.range);
-    moon.setLight(kind.light);
-    moon.setDark(kind.dark);
+  for (const auto& [side, range, light, dark, ground] :
+       casesIn<int, int, std::string, std::string, double>("VelmoraTime/Cases/moon-pictures.txt")) {
+    const NSRect frame{{0, 0}, {static_cast<double>(side), static_cast<double>(side)}};
+    const auto moon = MoonPhaseView_Time::moonWithFrame(frame, side, range, light, dark);
     for (const int32_t hemisphere : {0, 1}) {
-      moon.setHemisphere(hemisphere);
-      for (const double scale : {1.0, 1.25, 1.5, 2.0}) {
-        for (const double ground : kind.grounds)
-          expectLightOfEachPhase(moon, scale, ground);
-      }
+      moon->setHemisphere(hemisphere);
+      for (const double scale : {1.0, 1.25, 1.5, 2.0})
+        expectLightOfEachPhase(*moon, scale, ground);
     }
   }
 }

@@ -73,11 +73,8 @@ struct AnyClock : SystemClock {
 
 TEST(Tick, WaitsAtMostASecondWhateverTheClockSays) {
   constexpr double Infinity = std::numeric_limits<double>::infinity();
-  struct Case {
-    double now;
-    int64_t microseconds;
-  };
-  for (const auto& [now, microseconds] : {Case{std::nan(""), 1'000'000},
+  using Wait = std::pair<double, int64_t>;
+  for (const auto& [now, microseconds] : {Wait{std::nan(""), 1'000'000},
                                           {Infinity, 1'000'000},
                                           {1e18, 1'000'000},
                                           {-1e-18, 1'000'000},
@@ -101,6 +98,7 @@ TEST(Tick, WaitsAtMostASecondWhateverTheClockSays) {
 
 TEST(Tick, EndsAtUnloadAfterThePassOnItsWay) {
   RunningClock clock(Saturday + 0.5);
+  clock.waitForCities();
   const std::weak_ptr<ZEVModule_Time> module = clock.extra->modules()->front();
   int ticks = 0;
   clock.onTick = [&] { ++ticks; };

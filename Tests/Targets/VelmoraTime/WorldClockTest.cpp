@@ -112,11 +112,6 @@ TEST(WorldClock, RowsAreLaidOutForTheCitysOwnName) {
   EXPECT_EQ(clock->nameValueSimple()->frame(), name) << "it would lie under the time";
   EXPECT_NEAR(clock->longitudePercentage(), 0.5 + 85.3 / 360, 1e-7);
   EXPECT_NEAR(clock->latitudePercentage(), 0.5 - 27.7 / 180, 1e-7);
-  EXPECT_EQ(clock->menuitem()->submenu(), clock->submenu());
-  ZEVSetIntegerForKey("Time_DropdownCityLayout", 0);
-  clock->updateMode();
-  EXPECT_EQ(clock->menuitem()->submenu(), nullptr);
-  EXPECT_EQ(clock->menuitemSimple()->submenu(), clock->submenu());
 }
 
 TEST(WorldClock, IsReadAloudToTheMinute) {
