@@ -122,21 +122,6 @@ TEST_F(MenuExtraView, ACombinedExtraDrawsTheListedModules) {
   EXPECT_EQ(slot.lengths.back(), 20);
 }
 
-TEST_F(MenuExtraView, ADrawingFaultEndsThePassOnly) {
-  class Faulty : public ZEVMenuExtraContentView_Time {
-    int64_t drawAtOffset(int64_t) override { throw std::invalid_argument("no such element"); }
-  };
-  class FaultyModule : public FakeModule {
-   public:
-    using FakeModule::FakeModule;
-    void loadViewWithExtra(ZEVModularExtra&) override { setView(std::make_shared<Faulty>()); }
-  };
-  extra->prepared.push_back(std::make_shared<FaultyModule>("faulty", journal));
-  start({});
-  draw();
-  EXPECT_TRUE(slot.lengths.empty());
-}
-
 class TextAttributes : public testing::Test {
  protected:
   TextAttributes() {

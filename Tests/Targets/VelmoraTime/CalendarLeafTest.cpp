@@ -4,7 +4,6 @@
 
 #include "Platform/AppKit/Drawing/CairoGraphicsContext.h"
 #include "Platform/AppKit/Drawing/RecordingGraphicsContext.h"
-#include "Platform/Foundation/Notifications/NSDistributedNotificationCenter.h"
 #include "Platform/Foundation/Settings/CFPreferences.h"
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/VelmoraTime/Classes/VelmoraTimeMenuExtraView.h"
@@ -90,12 +89,9 @@ TEST(CalendarLeafDay, IsWhiteOnADarkBarAndUnderAnOpenMenu) {
     view.loadConfig();
     view.setIsMenuDown(isMenuDown);
     if (isDark) {
-      ZEVPreferences_Time::sharedPreferences();
-      SimulatedTime time;
+      ZEVPreferences_Time::cleanup();
       setPreferenceOverride("AppleInterfaceStyle", "Dark", ".GlobalPreferences");
-      NSDistributedNotificationCenter::defaultCenter().postNotification(
-          "AppleInterfaceThemeChangedNotification");
-      time.loop.runPending();
+      ZEVPreferences_Time::begin();
     }
     int64_t offset = 0;
     const auto pieces = view.clockPieces(offset, October31, 1, {"___ICON__RED___"});
