@@ -183,7 +183,8 @@ TEST_F(StretchableImage, AnImageWithPartsCutsThemAsAsked) {
   EXPECT_EQ(nine.parts().at(4)->size(), (NSSize{3, 5}));
   BitmapSurface surface({9, 9}, 1);
   const NSCurrentGraphicsContext current(surface.context());
-  WENImage_Time(*source, ImagePartsLayout::Grid, {3, 3, 3, 3}).drawInRect(NSMakeRect(0, 0, 9, 9), 1);
+  WENImage_Time(*source, ImagePartsLayout::Grid, {3, 3, 3, 3})
+      .drawInRect(NSMakeRect(0, 0, 9, 9), 1);
   EXPECT_EQ(runs(surface, 1, false), "0*3 3*3 6*3");
   const WENImage_Time column(*source, ImagePartsLayout::Column, {2, 0, 4, 0});
   EXPECT_TRUE(column.vertical());
