@@ -3,15 +3,9 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <regex>
-#include <set>
-#include <string>
-
 #include "Platform/AppKit/Drawing/NSImage.h"
 #include "Platform/Foundation/Files/NSBundle.h"
+#include "Tests/Targets/SourceTexts.h"
 
 namespace {
 
@@ -32,16 +26,8 @@ std::set<std::string> namesInTheCode() {
   const std::regex named(R"re("((?:menubar|stats|map|icon)-[a-z0-9-]+)(?:\.tiff)?")re");
   std::set<std::string> names;
   for (const char* folder : {"Targets", "Shared"}) {
-    for (const auto& entry :
-         fs::recursive_directory_iterator(fs::path(VELMORA_SOURCE_DIR) / folder)) {
-      if (!entry.is_regular_file()) continue;
-      std::ifstream stream(entry.path(), std::ios::binary);
-      const std::string source{std::istreambuf_iterator<char>(stream), {}};
-      for (std::sregex_iterator match(source.begin(), source.end(), named), end; match != end;
-           ++match) {
-        names.insert((*match)[1]);
-      }
-    }
+    for (const auto& [path, source] : sourcesIn(folder))
+      collect(source, named, names);
   }
   if (names.erase("menubar-date-") != 0) {
     for (int day = 1; day <= 31; ++day) {

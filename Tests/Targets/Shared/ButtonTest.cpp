@@ -4,21 +4,20 @@
 
 #include "Platform/AppKit/Drawing/RecordingGraphicsContext.h"
 #include "Targets/Shared/Dropdown/StatInterfaceMenuButton.h"
+#include "Tests/Targets/CaseTable.h"
 
 namespace {
 
 class Pressed : public testing::Test {
  protected:
-  /// "e" and "x": the pointer enters and leaves; "d" and "u": it goes down and up; "o": up after a
-  /// press elsewhere.
-  void play(WENButton_Time& button, const char* events) {
-    for (; *events != '\0'; ++events) {
+  static void play(WENButton_Time& button, std::string_view events) {
+    for (const char action : events) {
       NSEvent event;
-      event.eventNumber = *events == 'o' ? 8 : 7;
-      if (*events == 'e') button.mouseEntered(event);
-      if (*events == 'x') button.mouseExited(event);
-      if (*events == 'd') button.mouseDown(event);
-      if (*events == 'u' || *events == 'o') button.mouseUp(event);
+      event.eventNumber = action == 'o' ? 8 : 7;
+      if (action == 'e') button.mouseEntered(event);
+      if (action == 'x') button.mouseExited(event);
+      if (action == 'd') button.mouseDown(event);
+      if (action == 'u' || action == 'o') button.mouseUp(event);
     }
   }
   WENTargetItem_Time action() {
@@ -30,12 +29,8 @@ class Pressed : public testing::Test {
 };
 
 TEST_F(Pressed, ActsOnTheReleaseOverItself) {
-  struct Case {
-    const char* events;
-    int presses, ofMenuButton;
-  };
   for (const auto& [events, expected, ofMenuButton] :
-       {Case{"edu", 1, 1}, {"edxu", 0, 0}, {"edxeu", 1, 1}, {"du", 0, 0}, {"edo", 1, 0}}) {
+       casesIn<std::string, int, int>("Shared/Cases/button-presses.txt")) {
     WENButton_Time button;
     StatInterfaceMenuButton_Time menuButton;
     for (auto [pressed, count] :
@@ -91,18 +86,9 @@ TEST_F(Pressed, ShowsThePictureOfItsState) {
     image->setName(name);
     return image;
   };
-  struct Case {
-    bool isEnabled, isSelected, isHeld, keepsSelected, hasAlternate;
-    const char* name;
-    double fraction;
-  };
   for (const auto& [enabled, selected, held, keeps, hasAlternate, name, fraction] :
-       {Case{true, false, false, false, true, "usual", 1},
-        {false, true, true, false, true, "usual", 0.5},
-        {true, false, true, false, true, "alternate", 1},
-        {true, false, true, false, false, "usual", 0.25},
-        {true, true, true, true, true, "selected", 1},
-        {true, true, true, false, true, "alternate", 1}}) {
+       casesIn<bool, bool, bool, bool, bool, std::string, double>(
+           "Shared/Cases/button-pictures.txt")) {
     WENButton_Time button(NSMakeRect(0, 0, 20, 10));
     button.setImage(picture("usual"));
     button.setSelectedImage(picture("selected"));

@@ -2,65 +2,38 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <regex>
-#include <set>
+#include <sstream>
 
+#include "Platform/Foundation/PropertyLists/NSPropertyListSerialization.h"
 #include "Platform/Foundation/Text/NSLocale.h"
+#include "Tests/Targets/CaseTable.h"
 
 namespace {
 
 using Array = PropertyList::Array;
 
-const PropertyList::Dictionary& defaults() {
-  static const PropertyList::Dictionary values = defaultSettings(false);
-  return values;
-}
+constexpr const char* Cases = VELMORA_SOURCE_DIR "/Tests/Targets/Shared/Cases/";
 
-TEST(DefaultSettings, AreExactlyTheFamilysKeys) {
-  std::ifstream file(VELMORA_SOURCE_DIR "/Tests/Targets/Shared/default_keys.txt");
-  std::set<std::string> expected;
-  std::string word;
-  std::getline(file, word);  // The heading.
-  while (file >> word)
-    expected.insert(word);
-  ASSERT_EQ(expected.size(), 187);
-  EXPECT_EQ(defaults().size(), 187);
-  for (const std::string& key : expected)
-    EXPECT_TRUE(defaults().contains(key)) << key;
-  for (const auto& [key, value] : defaults())
-    EXPECT_TRUE(expected.contains(key)) << key;
-}
-
-TEST(DefaultSettings, OfTimeAndTheFamily) {
-  const PropertyList::Dictionary expected = {
-      {"Time_TextSize", 13},
-      {"Time_TextColor", "0.11 0.11 0.11 1.0"},
-      {"Time_TextShadowColor-Dark", "1.0 1.0 1.0 0.0"},
-      {"Time_DropdownCityLayout", 1},
-      {"Time_DropdownShowMoon", 1},
-      {"Time_Cities", Array{"5128581", "2643743", "2988507", "2147714"}},
-      {"Time_CalendarEnabled", 1},
-      {"Time_CalendarShowEvents", 1},
-      {"Time_CalendarShowWeeks", 0},
-      {"Theme-SeperateStyles", false},
-      {"DropdownTheme-Dark", 1},
-      {"MenubarGraphOpacity", 0.5},
-      {"MenubarGraphOpacity-Dark", 1.0},
-      {"TimerFrequency", 1},
-      {"StatusItems-FixedPosition", true},
-  };
-  for (const auto& [key, value] : expected) {
-    const auto found = defaults().find(key);
-    ASSERT_NE(found, defaults().end()) << key;
-    EXPECT_EQ(found->second, value) << key;
-  }
+TEST(DefaultSettings, AreExactlyTheFamilys) {
+  const auto defaults = defaultSettings(false);
+  std::istringstream keys(readFile(Cases + std::string("default-keys.txt")));
+  std::string key;
+  std::getline(keys, key);  // The heading.
+  while (keys >> key)
+    EXPECT_TRUE(defaults.contains(key)) << key;
+  EXPECT_EQ(defaults.size(), 187);
+  const auto values = propertyListWithContentsOfFile(Cases + std::string("defaults.plist"));
+  ASSERT_TRUE(values && values->dictionary()->size() == 15);
+  for (const auto& [name, value] : *values->dictionary())
+    EXPECT_EQ(defaults.at(name), value) << name;
 }
 
 TEST(DefaultSettings, BatteryDependsOnTheMachine) {
   EXPECT_EQ(defaultSettings(true).at("Battery_MenubarHideBluetooth"), PropertyList(true));
-  EXPECT_EQ(defaultSettings(false).at("Battery_MenubarHideBluetooth"), PropertyList(false));
-  const Array& list = *defaults().at("Battery_Notifications").array();
+  const auto defaults = defaultSettings(false);
+  EXPECT_EQ(defaults.at("Battery_MenubarHideBluetooth"), PropertyList(false));
+  const Array& list = *defaults.at("Battery_Notifications").array();
   ASSERT_EQ(list.size(), 1);
   auto notification = *list[0].dictionary();
   const std::string uuid = *notification.at("uuid").string();
@@ -73,28 +46,19 @@ TEST(DefaultSettings, BatteryDependsOnTheMachine) {
   EXPECT_NE(*others[0].dictionary()->at("uuid").string(), uuid) << "a fresh one each time";
 }
 
-// Short time patterns and measurement systems: CLDR 42, supplemental data and the locales' own.
 TEST(DefaultSettings, FollowTheLocale) {
-  struct Case {
-    const char* locale;
-    const char* hour;
-    bool isMetric;
-  };
-  for (const auto& [locale, hour, isMetric] : {Case{"en_US", "hh", false},
-                                               {"en_GB", "HH", true},
-                                               {"ja_JP", "H", true},
-                                               {"hi_IN", "hh", true}}) {
+  using List = std::vector<std::string>;
+  for (const auto& [locale, inBar, inDropdown, weeks, isFahrenheit] :
+       casesIn<std::string, List, List, int, int>("Shared/Cases/locale-defaults.txt")) {
     SCOPED_TRACE(locale);
     NSLocale::setCurrentLocale(locale);
     const auto values = defaultSettings(false);
-    EXPECT_EQ(values.at("Time_MenubarFormat"), PropertyList(Array{"EE", "' '", hour, ":", "mm"}));
-    Array dropdown = {hour, ":", "mm"};
-    if (std::string_view(hour) == "hh") dropdown.insert(dropdown.end(), {" ", "a"});
-    EXPECT_EQ(values.at("Time_DropdownFormat"), PropertyList(dropdown));
-    EXPECT_EQ(values.at("Time_WeekNumberFormat"), PropertyList(isMetric ? 1 : 0));
-    EXPECT_EQ(values.at("Sensors_TemperatureMode"), PropertyList(isMetric ? 0 : 1));
+    EXPECT_EQ(values.at("Time_MenubarFormat"), PropertyList(Array(inBar.begin(), inBar.end())));
+    EXPECT_EQ(values.at("Time_DropdownFormat"),
+              PropertyList(Array(inDropdown.begin(), inDropdown.end())));
+    EXPECT_EQ(values.at("Time_WeekNumberFormat"), PropertyList(weeks));
+    EXPECT_EQ(values.at("Sensors_TemperatureMode"), PropertyList(isFahrenheit));
   }
-  NSLocale::setCurrentLocale("");
 }
 
 }  // namespace

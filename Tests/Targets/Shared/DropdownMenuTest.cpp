@@ -9,19 +9,20 @@
 #include "Targets/Shared/Dropdown/MenuItemSizes.h"
 #include "Targets/Shared/Dropdown/StatInterface.h"
 #include "Targets/Shared/Dropdown/ZEVMenuItemUtilities.h"
+#include "Tests/Targets/CaseTable.h"
 #include "Tests/Targets/SimulatedTime.h"
 
 namespace {
 
-/// Notes what is done to it: "+b1" puts row b in at 1, "-b" takes it out.
+/// Notes what is done to it, as in the cases.
 class NotingMenu : public ZEVMenu_Time {
  public:
   void insertItemAtIndex(std::shared_ptr<NSMenuItem> item, size_t index) override {
-    notes += "+" + item->title() + std::to_string(index) + " ";
+    notes.push_back("+" + item->title() + std::to_string(index));
     ZEVMenu_Time::insertItemAtIndex(std::move(item), index);
   }
   void removeItem(NSMenuItem& item) override {
-    notes += "-" + item.title() + " ";
+    notes.push_back("-" + item.title());
     ZEVMenu_Time::removeItem(item);
   }
   std::string titles() const {
@@ -31,27 +32,14 @@ class NotingMenu : public ZEVMenu_Time {
     return titles;
   }
 
-  std::string notes;
+  std::vector<std::string> notes;
 };
 
 TEST(DropdownRebuild, TouchesNoMoreRowsThanItMust) {
-  struct Case {
-    const char* before;
-    const char* wanted;
-    const char* steps;
-    const char* after;
-  };
   for (const auto& [before, wanted, steps, after] :
-       {Case{"abc", "abc", "", "abc"},
-        {"abc", "ac", "-b ", "ac"},
-        {"ac", "abcd", "+b1 +d3 ", "abcd"},
-        {"abc", "adc", "-b +d1 ", "adc"},
-        {"", "aba", "+a0 +b1 ", "ab"},
-        {"ab", "", "-a -b ", ""},
-        {"abab", "aab", "", "ab"},
-        {"abc", "cab", "-c -b -a +c0 +a1 +b2 ", "cab"},
-        {"ab", "bca", "+c1 -b -c -a +b0 +c1 +a2 ", "bca"}}) {
-    SCOPED_TRACE(std::string(before) + " to " + wanted);
+       casesIn<std::string, std::string, std::vector<std::string>, std::string>(
+           "Shared/Cases/menu-rebuilds.txt")) {
+    SCOPED_TRACE(before + " to " + wanted);
     std::map<char, std::shared_ptr<NSMenuItem>> rows;
     for (const char name : {'a', 'b', 'c', 'd'}) {
       rows[name] = createMenuItem();

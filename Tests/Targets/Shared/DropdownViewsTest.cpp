@@ -9,6 +9,7 @@
 #include "Targets/Shared/Dropdown/DropdownTheme.h"
 #include "Targets/Shared/Dropdown/ZEVMenuItemUtilities.h"
 #include "Targets/Shared/ZEVPreferences.h"
+#include "Tests/Targets/CaseTable.h"
 
 namespace {
 
@@ -32,12 +33,6 @@ std::vector<DrawingRecord> drawn(NSView& view) {
 NSColor grey(double level) { return NSColor::colorWithDeviceWhite(level, 1); }
 
 TEST(DropdownTheme, ReachesTextsInOpenAndReopenedMenus) {
-  struct Case {
-    bool isDark;
-    bool isContrastRaised;
-    double background, value, label;
-    NSFontWeight valueWeight;
-  };
   const auto menu = createMenu();
   const auto value = createTextMenuItem("value", 0, 15, true);
   const auto label = createLabelMenuItem("label", 0, 15);
@@ -45,15 +40,12 @@ TEST(DropdownTheme, ReachesTextsInOpenAndReopenedMenus) {
   const auto later = createLabelMenuItem("later", 0, 15);
   menu->addItem(value);
   menu->addItem(label);
-  for (const auto& [isDark, isRaised, background, valueGrey, labelGrey, weight] :
-       {Case{true, false, 0.16, 0.788, 0.58, NSFontWeight::Regular},
-        {true, true, 0.16, 0.788, 0.788, NSFontWeight::Regular},
-        {false, true, 0.98, 0.247, 0.247, NSFontWeight::Bold},
-        {false, false, 0.98, 0.247, 0.49, NSFontWeight::Bold}}) {
+  for (const auto& [isDark, isRaised, background, valueGrey, labelGrey] :
+       casesIn<bool, bool, double, double, double>("Shared/Cases/dropdown-themes.txt")) {
     setTheme(isDark, isRaised);
     EXPECT_EQ(menu->backgroundColor(), grey(background));
     EXPECT_EQ(value->field()->textColor(), grey(valueGrey));
-    EXPECT_EQ(value->field()->font().weight(), weight);
+    EXPECT_EQ(value->field()->font().weight(), isDark ? NSFontWeight::Regular : NSFontWeight::Bold);
     EXPECT_EQ(label->field()->textColor(), grey(labelGrey));
     EXPECT_EQ(button->button()->textColor(), grey(labelGrey));
     menu->addItem(later);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <functional>
 #include <memory>
 #include <string>
@@ -8,6 +10,7 @@
 #include "Platform/SystemUIPlugin/NSMenuBarSlot.h"
 #include "Targets/Shared/Views/ZEVMenuExtraContentView.h"
 #include "Targets/Shared/ZEVMenuExtra.h"
+#include "Tests/Targets/SimulatedTime.h"
 
 /// What happens to the fakes, in order: "a setup", "b theme", …
 using Journal = std::vector<std::string>;
@@ -20,6 +23,7 @@ class FakeContent : public ZEVMenuExtraContentView_Time {
     wasMenuDown = isMenuDown();
     return offset + width;
   }
+  using ZEVMenuExtraContentView_Time::addTextConfig;
 
   int64_t width = 0;
   int64_t drawnAt = -1;
@@ -90,4 +94,30 @@ class FakeSlot : public NSMenuBarSlot {
 
   std::vector<double> lengths;
   int redraws = 0;
+};
+
+/// An extra in a slot, started by simulated time.
+class FakeExtraTest : public testing::Test {
+ protected:
+  FakeModule& add(const std::string& name) {
+    extra->prepared.push_back(std::make_shared<FakeModule>(name, journal));
+    return *extra->prepared.back();
+  }
+  FakeModule& module(size_t index) { return *extra->prepared[index]; }
+
+  void begin() {
+    slot.setExtra(extra);
+    extra->init(slot, NSBundle());
+  }
+  void start() {
+    begin();
+    time.loop.runPending();
+    journal.clear();
+    slot.lengths.clear();
+  }
+
+  SimulatedTime time;
+  Journal journal;
+  FakeSlot slot;
+  std::shared_ptr<FakeExtra> extra = std::make_shared<FakeExtra>();
 };

@@ -5,9 +5,10 @@
 #include "Platform/AppKit/Drawing/RecordingGraphicsContext.h"
 #include "Platform/AppKit/Views/NSScreen.h"
 #include "Platform/Foundation/Settings/CFPreferences.h"
+#include "Targets/Shared/ZEVColorText.h"
 #include "Targets/Shared/ZEVPreferences.h"
+#include "Tests/Targets/CaseTable.h"
 #include "Tests/Targets/Shared/FakeExtra.h"
-#include "Tests/Targets/SimulatedTime.h"
 
 namespace {
 
@@ -19,35 +20,26 @@ class SnapshotContext : public RecordingGraphicsContext {
   std::string_view className() const override { return "NSBitmapGraphicsContext"; }
 };
 
-class MenuExtraView : public testing::Test {
+class MenuExtraView : public FakeExtraTest {
  protected:
   /// Starts the extra with one module for each width, numbered from 1.
   void start(std::initializer_list<int64_t> widths) {
     for (const int64_t width : widths) {
-      const auto module = std::make_shared<FakeModule>("module", journal);
-      module->content->width = width;
-      module->setMenubar(true);
-      extra->prepared.push_back(module);
-      module->setKey(static_cast<int64_t>(extra->prepared.size()));
+      FakeModule& module = add("module");
+      module.content->width = width;
+      module.setMenubar(true);
+      module.setKey(static_cast<int64_t>(extra->prepared.size()));
     }
-    slot.setExtra(extra);
-    extra->init(slot, NSBundle());
-    time.loop.runPending();
-    slot.lengths.clear();
+    FakeExtraTest::start();
   }
 
-  FakeContent& content(size_t index) { return *extra->prepared[index]->content; }
+  FakeContent& content(size_t index) { return *module(index).content; }
 
   std::vector<DrawingRecord> draw() {
     RecordingGraphicsContext context;
     slot.draw(context);
     return context.records();
   }
-
-  SimulatedTime time;
-  Journal journal;
-  FakeSlot slot;
-  std::shared_ptr<FakeExtra> extra = std::make_shared<FakeExtra>();
 };
 
 TEST_F(MenuExtraView, FitsTheSlotThroughZeroAndOnlyWhenTheWidthChanges) {
@@ -112,7 +104,6 @@ TEST_F(MenuExtraView, ASnapshotForOtherScreensIsHalfAsStrong) {
 TEST_F(MenuExtraView, ACombinedExtraDrawsTheListedModules) {
   extra->isCombined = true;
   start({30, 12, 7});
-  EXPECT_TRUE(journal.empty()) << "the modules of a combined extra are not set up";
   ZEVSetObjectForKey("CombinedMenubarDisplayMode", "3,9,1");
   draw();
   EXPECT_EQ(content(2).drawnAt, 0);
@@ -131,95 +122,65 @@ TEST_F(MenuExtraView, ACombinedExtraDrawsTheListedModules) {
   EXPECT_EQ(slot.lengths.back(), 20);
 }
 
-TEST_F(MenuExtraView, ADrawingFaultEndsThePassOnly) {
-  class Faulty : public ZEVMenuExtraContentView_Time {
-    int64_t drawAtOffset(int64_t) override { throw std::invalid_argument("no such element"); }
-  };
-  class FaultyModule : public FakeModule {
-   public:
-    using FakeModule::FakeModule;
-    void loadViewWithExtra(ZEVModularExtra&) override { setView(std::make_shared<Faulty>()); }
-  };
-  extra->prepared.push_back(std::make_shared<FaultyModule>("faulty", journal));
-  start({});
-  draw();
-  EXPECT_TRUE(slot.lengths.empty());
-}
-
-class StyledContent : public FakeContent {
- public:
-  StyledContent() {
-    addTextConfig("text", {"Time_TextSize", "Time_TextColor", "Time_TextShadowColor"});
-    addTextConfig("plain", {"Time_TextSize", "Time_TextColor", ""});
+class TextAttributes : public testing::Test {
+ protected:
+  TextAttributes() {
+    content.addTextConfig("text", {"Time_TextSize", "Time_TextColor", "Time_TextShadowColor"});
+    content.addTextConfig("plain", {"Time_TextSize", "Time_TextColor", ""});
   }
+  const NSFont& font() { return content.percentageAttributes("text").font; }
+  const std::optional<NSShadow>& shadow(const char* style = "text") {
+    return content.percentageAttributes(style).shadow;
+  }
+
+  FakeContent content;
 };
 
-TEST(TextAttributes, SizesOutsideTheRangeGiveThirteenPoints) {
-  StyledContent content;
+TEST_F(TextAttributes, SizesOutsideTheRangeGiveThirteenPoints) {
   for (const auto& [size, points] : {std::pair{7, 13.0}, {8, 8.0}, {16, 16.0}, {17, 13.0}}) {
     ZEVSetIntegerForKey("Time_TextSize", size);
     content.resetTextConfig();
-    const auto& font = content.percentageAttributes("text").font;
-    EXPECT_EQ(font.pointSize(), points);
-    EXPECT_TRUE(font.hasMonospacedNumbers()) << "digits of unequal width make the clock jitter";
+    EXPECT_EQ(font().pointSize(), points);
+    EXPECT_TRUE(font().hasMonospacedNumbers()) << "digits of unequal width make the clock jitter";
   }
 }
 
-TEST(TextAttributes, AreBuiltOnceForEachState) {
-  StyledContent content;
+TEST_F(TextAttributes, AreBuiltOnceForEachState) {
   ZEVSetIntegerForKey("Time_TextSize", 9);
-  EXPECT_EQ(content.percentageAttributes("text").font.pointSize(), 9);
+  EXPECT_EQ(font().pointSize(), 9);
   EXPECT_EQ(content.percentageAttributes("text").alignment, NSTextAlignment::Center);
   ZEVSetIntegerForKey("Time_TextSize", 10);
-  EXPECT_EQ(content.percentageAttributes("text").font.pointSize(), 9);
+  EXPECT_EQ(font().pointSize(), 9);
   content.setIsMenuDown(true);
-  EXPECT_EQ(content.percentageAttributes("text").font.pointSize(), 10);
+  EXPECT_EQ(font().pointSize(), 10);
   content.setIsMenuDown(false);
   content.resetTextConfig();
-  EXPECT_EQ(content.percentageAttributes("text").font.pointSize(), 10);
+  EXPECT_EQ(font().pointSize(), 10);
   EXPECT_THROW(content.percentageAttributes("no such style"), std::invalid_argument);
 }
 
-TEST(TextAttributes, AShadowWithoutStrengthIsNone) {
-  StyledContent content;
-  EXPECT_EQ(content.percentageAttributes("text").shadow,
-            (NSShadow{{0, -1}, NSColor::colorWithDeviceRed(1, 1, 1, 0.5)}));
-  EXPECT_EQ(content.percentageAttributes("plain").shadow, std::nullopt);
+TEST_F(TextAttributes, AShadowWithoutStrengthIsNone) {
+  EXPECT_EQ(shadow(), (NSShadow{{0, -1}, NSColor::colorWithDeviceRed(1, 1, 1, 0.5)}));
+  EXPECT_EQ(shadow("plain"), std::nullopt);
   ZEVSetObjectForKey("Time_TextShadowColor", "1 0 0 0");
   content.resetTextConfig();
-  EXPECT_EQ(content.percentageAttributes("text").shadow, std::nullopt);
+  EXPECT_EQ(shadow(), std::nullopt);
 }
 
-struct Bar {
-  bool isDark, hasContrast, isSelected;
-  NSColor color;
-  bool hasShadow;
-};
-
-class TextColour : public testing::TestWithParam<Bar> {};
-
-TEST_P(TextColour, FollowsTheBar) {
-  const Bar& bar = GetParam();
-  if (bar.isDark) setPreferenceOverride("AppleInterfaceStyle", "Dark", ".GlobalPreferences");
-  setPreferenceOverride("increaseContrast", bar.hasContrast, "com.apple.universalaccess");
-  ZEVSetObjectForKey("Time_TextColor", "0 0 1 1");
-  ZEVSetObjectForKey("Time_TextColor-Dark", "0 1 0 1");
-  StyledContent content;
-  content.setIsMenuDown(bar.isSelected);
-  const auto& attributes = content.percentageAttributes("text");
-  EXPECT_EQ(attributes.foregroundColor, bar.color);
-  EXPECT_EQ(attributes.shadow.has_value(), bar.hasShadow);
+TEST_F(TextAttributes, FollowTheBar) {
+  for (const auto& [isDark, hasContrast, isSelected, color] :
+       casesIn<bool, bool, bool, std::string>("Shared/Cases/text-colors.txt")) {
+    ZEVPreferences_Time::cleanup();
+    setPreferenceOverride("AppleInterfaceStyle", isDark ? "Dark" : "", ".GlobalPreferences");
+    setPreferenceOverride("increaseContrast", hasContrast, "com.apple.universalaccess");
+    ZEVPreferences_Time::begin();
+    ZEVSetObjectForKey("Time_TextColor", "0 0 1 1");
+    ZEVSetObjectForKey("Time_TextColor-Dark", "0 1 0 1");
+    content.resetTextConfig();
+    content.setIsMenuDown(isSelected);
+    EXPECT_EQ(content.percentageAttributes("text").foregroundColor, colorFromString(color + " 1"));
+    EXPECT_EQ(shadow().has_value(), !isDark && !isSelected);
+  }
 }
-
-constexpr NSColor Blue = NSColor::colorWithDeviceRed(0, 0, 1, 1);
-constexpr NSColor Green = NSColor::colorWithDeviceRed(0, 1, 0, 1);
-
-INSTANTIATE_TEST_SUITE_P(Bars, TextColour,
-                         testing::Values(Bar{false, false, false, Blue, true},
-                                         Bar{false, false, true, NSColor::whiteColor(), false},
-                                         Bar{false, true, true, NSColor::whiteColor(), false},
-                                         Bar{true, false, false, Green, false},
-                                         Bar{true, false, true, NSColor::whiteColor(), false},
-                                         Bar{true, true, true, NSColor::blackColor(), false}));
 
 }  // namespace

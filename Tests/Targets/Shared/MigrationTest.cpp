@@ -3,6 +3,7 @@
 
 #include <filesystem>
 
+#include "Platform/Foundation/PropertyLists/NSPropertyListSerialization.h"
 #include "Platform/Foundation/Settings/CFPreferences.h"
 #include "Targets/Shared/ZEVColorText.h"
 #include "Targets/Shared/ZEVPreferences.h"
@@ -48,30 +49,20 @@ TEST_P(MigrationOfForm, CarriesEveryKindOver) {
   install(GetParam());
   ZEVPreferences_Time store;
   EXPECT_TRUE(store.didMigratePreferences());
-  const std::pair<const char*, PropertyList> carried[] = {
-      {"Time_TextColor", "0.50 0.25 1.00 1.00"},
-      {"Time_TextShadowColor", "0.10 0.20 0.30 0.40"},
-      {"CPU_MenubarGraphUser", "0.60 0.60 0.60 1.00"},
-      {"CPU_MenubarGraphSystem", "0.70 0.70 0.70 0.50"},
-      {"Time_MenubarFormat", Array{"EEEE", "' '", "HH", "':'", "mm"}},
-      // The old value hides the stored one until the key is invalidated.
-      {"Time_TextSize", 15},
-      {"Time_MenubarFlashSeperators", true},
-      // 33 is not in the map, the truth value counts as the number 1, a dictionary is no
-      // identifier.
-      {"Time_Cities", Array{"2643743", "2988507", "5128581"}},
-      {"SomethingOfItsOwn", PropertyList::Dictionary{{"kept", Array{1, 2.5, "three"}}}},
-      {"updateCheckerEnabled", {}},
-      {"migratedExtras4.0", {}},
-  };
-  for (const auto& [key, value] : carried)
+  const auto carried = propertyListWithContentsOfFile(VELMORA_SOURCE_DIR
+                                                      "/Tests/Targets/Shared/Cases/migrated.plist");
+  ASSERT_TRUE(carried.has_value() && carried->dictionary()->size() == 9);
+  for (const auto& [key, value] : *carried->dictionary())
     EXPECT_EQ(store.objectForKey(key), value) << key;
+  for (const char* dropped : {"updateCheckerEnabled", "migratedExtras4.0"})
+    EXPECT_TRUE(store.objectForKey(dropped).isNull()) << dropped;
   // What is no colour is dropped, and the default answers.
   EXPECT_EQ(store.objectForKey("CPU_MenubarGraphOverall"),
             store.defaults().at("CPU_MenubarGraphOverall"));
   EXPECT_EQ(store.colorForKey("Time_TextColor"), NSColor::colorWithDeviceRed(0.5, 0.25, 1, 1));
   EXPECT_EQ(readFile(domain_), before) << "the domain stays untouched";
 
+  // The old value hides the stored one until the key is invalidated.
   store.resetValueForKey("Time_TextSize");
   EXPECT_EQ(store.objectForKey("Time_TextSize").integerValue(), 9);
 }

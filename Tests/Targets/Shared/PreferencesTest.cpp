@@ -9,6 +9,7 @@
 #include "Targets/Shared/Views/ZEVMenubarStyle.h"
 #include "Targets/Shared/ZEVColorText.h"
 #include "Targets/Shared/ZEVImageCache.h"
+#include "Tests/Targets/CaseTable.h"
 #include "Tests/Targets/SimulatedTime.h"
 
 namespace {
@@ -119,45 +120,30 @@ TEST(Preferences, ColoursStayUntilTheirKeyIsInvalidated) {
 }
 
 TEST(Preferences, ThemeAndContrastChangesDropBothCaches) {
-  struct Case {
-    const char* notification;
-    bool isDark;
-    PropertyList contrast;
-    bool wantsDark;
-    bool wantsContrast;
-  };
-  // Each notification takes over its own setting only. A contrast that is a text is none.
-  const Case cases[] = {
-      {"AppleInterfaceThemeChangedNotification", true, true, true, false},
-      {"AXInterfaceIncreaseContrastStatusDidChange", false, true, true, true},
-      {"AppleInterfaceThemeChangedNotification", false, false, false, true},
-      {"AXInterfaceIncreaseContrastStatusDidChange", false, "1", false, false},
-      // What others have posted may be lost.
-      {"NSDistributedNotificationsMayBeMissedNotification", true, false, true, false},
-  };
   SimulatedTime time;
   auto& store = *ZEVPreferences_Time::sharedPreferences();
   writeElsewhere("Color", "none");
   int step = 0;
-  for (const Case& test : cases) {
+  for (const auto& [notification, isDark, contrast, wantsDark, wantsContrast] :
+       casesIn<std::string, bool, std::string, bool, bool>("Shared/Cases/desktop-changes.txt")) {
     SCOPED_TRACE(++step);
     ZEVIntegerForKey("Value");
     const NSColor fallback = store.isMenubarDark() ? NSColor::whiteColor() : NSColor::blackColor();
     EXPECT_EQ(ZEVColorForKey("Color"), fallback);
     writeElsewhere("Value", step);
-    setDesktop(test.isDark, test.contrast);
+    setDesktop(isDark, contrast == "text" ? PropertyList("1") : contrast == "true");
     int posts = 0;
     const auto observation = NSNotificationCenter::defaultCenter().addObserver(
-        "VelmoraMenubarThemeChanged", [&](const NSNotification& posted) {
+        "VelmoraMenubarThemeChanged",
+        [&, dark = wantsDark, raised = wantsContrast](const auto& posted) {
           ++posts;
           EXPECT_TRUE(posted.userInfo.empty());
-          EXPECT_EQ(store.isMenubarDark(), test.wantsDark);
-          EXPECT_EQ(store.increaseContrast(), test.wantsContrast);
+          EXPECT_EQ(store.isMenubarDark(), dark);
+          EXPECT_EQ(store.increaseContrast(), raised);
           EXPECT_EQ(ZEVIntegerForKey("Value"), step);
-          EXPECT_EQ(ZEVColorForKey("Color"),
-                    test.wantsDark ? NSColor::whiteColor() : NSColor::blackColor());
+          EXPECT_EQ(ZEVColorForKey("Color"), dark ? NSColor::whiteColor() : NSColor::blackColor());
         });
-    NSDistributedNotificationCenter::defaultCenter().postNotification(test.notification);
+    NSDistributedNotificationCenter::defaultCenter().postNotification(notification);
     time.loop.runPending();
     EXPECT_EQ(posts, 1);
   }
@@ -174,24 +160,7 @@ TEST(Preferences, AreGoneAfterCleanupUntilTheyBeginAgain) {
   EXPECT_EQ(ZEVIntegerForKey("Value"), 5);
 }
 
-TEST(Preferences, FontOffsets) {
-  constexpr std::pair<int64_t, int64_t> Offsets[] = {{7, 0},   {8, 3},   {9, 2},  {10, 1},
-                                                     {11, 1},  {12, 0},  {13, 0}, {14, 0},
-                                                     {15, -1}, {16, -2}, {17, 0}, {-8, 0}};
-  for (const auto& [size, offset] : Offsets) {
-    ZEVSetIntegerForKey("Size", size);
-    EXPECT_EQ(ZEVPreferences_Time::sharedPreferences()->offsetForFont("Size"), offset) << size;
-  }
-}
-
 TEST(Preferences, StylesFollowTheBarOnlyWhereTheyAreSeparate) {
-  struct Case {
-    bool isDark;
-    bool areSeparate;
-    int64_t theme;
-    int64_t barTheme;
-    double opacity;
-  };
   SimulatedTime time;
   ZEVSetIntegerForKey("DropdownTheme", 7);
   ZEVSetIntegerForKey("DropdownTheme-Light", 8);
@@ -206,10 +175,7 @@ TEST(Preferences, StylesFollowTheBarOnlyWhereTheyAreSeparate) {
   EXPECT_EQ(menubarGraphOpacity(), 1);
   ZEVSetIntegerForKey("MenubarTheme", 3);
   for (const auto& [isDark, areSeparate, theme, barTheme, opacity] :
-       {Case{false, false, 7, 3, 0.25},
-        {false, true, 8, 3, 0.25},
-        {true, false, 7, 0, 0.75},
-        {true, true, 9, 0, 0.75}}) {
+       casesIn<bool, bool, int64_t, int64_t, double>("Shared/Cases/bar-styles.txt")) {
     setDesktop(isDark, {});
     NSDistributedNotificationCenter::defaultCenter().postNotification(
         "AppleInterfaceThemeChangedNotification");
@@ -223,15 +189,8 @@ TEST(Preferences, StylesFollowTheBarOnlyWhereTheyAreSeparate) {
 }
 
 TEST(Preferences, ImagesByName) {
-  const auto image = ZEVImageNamed("menubar-date-31.png");
-  ASSERT_NE(image, nullptr);
-  EXPECT_EQ(image->name(), "menubar-date-31");
-  EXPECT_EQ(ZEVImageNamed("menubar-date-31.png"), image) << "read once and kept";
-  EXPECT_EQ(ZEVImageNamed("menubar-date-32"), nullptr);
-
   auto& store = *ZEVPreferences_Time::sharedPreferences();
   const auto kept = store.imageNamed("menubar-date");
-  ASSERT_NE(kept, nullptr);
   kept->setName("renamed");
   EXPECT_EQ(store.imageNamed("menubar-date"), kept);
   EXPECT_EQ(kept->name(), "menubar-date") << "a hit gets its name again";

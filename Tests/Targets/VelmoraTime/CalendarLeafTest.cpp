@@ -4,10 +4,11 @@
 
 #include "Platform/AppKit/Drawing/CairoGraphicsContext.h"
 #include "Platform/AppKit/Drawing/RecordingGraphicsContext.h"
-#include "Platform/Foundation/Notifications/NSDistributedNotificationCenter.h"
 #include "Platform/Foundation/Settings/CFPreferences.h"
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/VelmoraTime/Classes/VelmoraTimeMenuExtraView.h"
+#include "Tests/Platform/Support/Pixels.h"
+#include "Tests/Targets/CaseTable.h"
 #include "Tests/Targets/SimulatedTime.h"
 
 namespace {
@@ -23,61 +24,40 @@ std::vector<DrawingRecord> draw(NSPoint point, std::string_view type, double tim
   return context.records();
 }
 
-struct Leaf {
-  const char* type;
-  std::optional<NSColor> head;
-};
+constexpr const char* Leaves = "VelmoraTime/Cases/calendar-leaves.txt";
 
-class CalendarLeaf : public testing::TestWithParam<Leaf> {};
-
-TEST_P(CalendarLeaf, HasPaperHeadAndNumber) {
-  for (const bool white : {false, true}) {
-    const auto parts = draw({7, 1}, GetParam().type, October31, white);
-    ASSERT_EQ(parts.size(), GetParam().head ? 3 : 2);
+TEST(CalendarLeaf, HasPaperHeadAndNumber) {
+  for (const auto& [type, red, green, blue] :
+       casesIn<std::string, double, double, double>(Leaves)) {
+    SCOPED_TRACE(type);
+    const auto parts = draw({7, 1}, type, October31, true);
+    ASSERT_EQ(parts.size(), 3);
     EXPECT_EQ(parts.front().name, "menubar-date");
     EXPECT_EQ(parts.front().rect.origin, (NSPoint{7, 3}));
     EXPECT_EQ(parts.back().name, "menubar-date-31") << "also on a dark bar";
     EXPECT_EQ(parts.back().rect.origin, (NSPoint{7, 3}));
-    if (!GetParam().head) continue;
     EXPECT_EQ(parts[1].kind, DrawingRecord::Kind::Path);
     EXPECT_EQ(parts[1].rect, NSMakeRect(8, 16, 15, 4));
-    EXPECT_EQ(parts[1].color, *GetParam().head);
+    EXPECT_EQ(parts[1].color, NSColor::colorWithDeviceRed(red, green, blue, 1));
   }
+  EXPECT_EQ(draw({7, 1}, "___ICON__PLAIN___", October31, true).size(), 2) << "no head";
 }
 
 // No picture may spill over the 19 points that the clock leaves for it, or over the bar.
-TEST_P(CalendarLeaf, StaysInsideItsBoxAtEveryScale) {
+TEST(CalendarLeaf, StaysInsideItsBoxAtEveryScale) {
   for (const double scale : {1.0, 2.0}) {
-    BitmapSurface surface({40, 22}, scale);
-    {
+    for (const auto& [type, red, green, blue] :
+         casesIn<std::string, double, double, double>(Leaves)) {
+      BitmapSurface surface({40, 22}, scale);
       const NSCurrentGraphicsContext current(surface.context());
-      drawCalendarLeaf({10, 0}, GetParam().type, 31, false);
+      drawCalendarLeaf({10, 0}, type, 31, false);
+      const Ink ink = inkOf(surface);
+      EXPECT_TRUE(ink.left >= 10 * scale && ink.right < 29 * scale && ink.top >= scale)
+          << type << " at scale " << scale;
+      EXPECT_GT(ink.area, 150 * scale * scale) << type << " at scale " << scale;
     }
-    int inked = 0;
-    for (int row = 0; row < surface.pixelHeight(); ++row) {
-      for (int column = 0; column < surface.pixelWidth(); ++column) {
-        if (surface.pixelAt(column, row).alphaComponent() == 0) continue;
-        ++inked;
-        EXPECT_TRUE(column >= 10 * scale && column < 29 * scale && row >= scale)
-            << column << ", " << row << " at scale " << scale;
-      }
-    }
-    EXPECT_GT(inked, 150 * scale * scale) << "at scale " << scale;
   }
 }
-
-constexpr Leaf Leaves[] = {
-    {"___ICON__RED___", NSColor::colorWithDeviceRed(1.0, 0.254, 0.254, 1)},
-    {"___ICON__BLUE___", NSColor::colorWithDeviceRed(0.098, 0.58, 0.941, 1)},
-    {"___ICON__GEAPHITE___", NSColor::colorWithDeviceRed(0.568, 0.639, 0.768, 1)},
-    {"___ICON__GREEN___", NSColor::colorWithDeviceRed(0.513, 0.8, 0.113, 1)},
-    {"___ICON__ORANGE___", NSColor::colorWithDeviceRed(1.0, 0.462, 0.168, 1)},
-    {"___ICON__PINK___", NSColor::colorWithDeviceRed(1.0, 0.305, 1.0, 1)},
-    {"___ICON__BLACK___", NSColor::colorWithDeviceWhite(0.2, 1)},
-    {"___ICON__PLAIN___", std::nullopt},
-};
-
-INSTANTIATE_TEST_SUITE_P(Types, CalendarLeaf, testing::ValuesIn(Leaves));
 
 TEST(TransparentLeaf, HasWhitePartsOnADarkBar) {
   for (const bool white : {false, true}) {
@@ -109,12 +89,9 @@ TEST(CalendarLeafDay, IsWhiteOnADarkBarAndUnderAnOpenMenu) {
     view.loadConfig();
     view.setIsMenuDown(isMenuDown);
     if (isDark) {
-      ZEVPreferences_Time::sharedPreferences();
-      SimulatedTime time;
+      ZEVPreferences_Time::cleanup();
       setPreferenceOverride("AppleInterfaceStyle", "Dark", ".GlobalPreferences");
-      NSDistributedNotificationCenter::defaultCenter().postNotification(
-          "AppleInterfaceThemeChangedNotification");
-      time.loop.runPending();
+      ZEVPreferences_Time::begin();
     }
     int64_t offset = 0;
     const auto pieces = view.clockPieces(offset, October31, 1, {"___ICON__RED___"});

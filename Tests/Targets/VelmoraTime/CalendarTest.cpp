@@ -4,6 +4,7 @@
 #include <stdlib.h>
 
 #include <algorithm>
+#include <map>
 
 #include "Platform/Foundation/Settings/CFPreferences.h"
 #include "Platform/Foundation/Zones/NSTimeZone.h"
@@ -11,6 +12,8 @@
 #include "Targets/VelmoraTime/Calendar/CalendarKeys.h"
 #include "Targets/VelmoraTime/Calendar/HiddenCalendars.h"
 #include "Targets/VelmoraTime/Calendar/StatInterfaceCalendar.h"
+#include "Targets/VelmoraTime/Dropdown/StatInterfaceTime.h"
+#include "Tests/Targets/CaseTable.h"
 #include "Tests/Targets/SimulatedTime.h"
 
 namespace {
@@ -27,29 +30,16 @@ std::string dayText(double wallClockSeconds) {
   return NSDate::dateWithTimeIntervalSince1970(wallClockSeconds).description().substr(5, 5);
 }
 
-// Python's calendar module: Calendar(firstweekday).itermonthdates.
 TEST(MonthDays, AreSixWeeksFromTheUsersFirstWeekday) {
-  struct Case {
-    int year;
-    unsigned month;
-    int firstWeekday;
-    const char* first;
-    int before;  ///< Days of the month before, and behind.
-    int behind;
-  };
-  for (const auto& [year, month, firstWeekday, first, before, behind] :
-       {Case{2026, 11, 1, "11-01", 0, 12}, Case{2026, 11, 2, "10-26", 6, 6},
-        Case{2026, 11, 3, "10-27", 5, 7}, Case{2026, 11, 7, "10-31", 1, 11},
-        Case{2026, 7, 2, "06-29", 2, 9}, Case{2027, 2, 2, "02-01", 0, 14},
-        Case{2026, 2, 1, "02-01", 0, 14}, Case{2024, 2, 5, "02-01", 0, 13},
-        Case{2026, 12, 6, "11-27", 4, 7}, Case{1900, 1, 2, "01-01", 0, 11}}) {
-    const MonthDays days = daysOfMonth(utc(year, month, 17, 5), Saturday, firstWeekday);
+  for (const auto& [day, firstWeekday, first, before, behind] :
+       casesIn<NSDate, int, std::string, int, int>("VelmoraTime/Cases/month-days.txt")) {
+    const MonthDays days = daysOfMonth(day.timeIntervalSince1970(), Saturday, firstWeekday);
     EXPECT_EQ(dayText(days.start()), first);
     for (int index = 0; index < MonthDays::Count; ++index) {
-      const MonthDay& day = days.days[static_cast<size_t>(index)];
+      const MonthDay& shown = days.days[static_cast<size_t>(index)];
       const bool isOfMonth = index >= before && index < MonthDays::Count - behind;
-      EXPECT_EQ(day.type, isOfMonth ? DayOfMonthType : DayOfOtherMonthType) << first << index;
-      EXPECT_EQ(day.weekday, (firstWeekday - 1 + index) % 7 + 1);
+      EXPECT_EQ(shown.type, isOfMonth ? DayOfMonthType : DayOfOtherMonthType) << first << index;
+      EXPECT_EQ(shown.weekday, (firstWeekday - 1 + index) % 7 + 1);
     }
   }
 }
@@ -71,29 +61,23 @@ TEST(MonthDays, BothDaysAreTodayAtMidnight) {
 }
 
 TEST(CalendarKeys, LeadFromDayToDay) {
-  constexpr auto Ltr = NSUserInterfaceLayoutDirection::LeftToRight;
-  constexpr auto Rtl = NSUserInterfaceLayoutDirection::RightToLeft;
-  struct Case {
-    uint16_t key;
-    NSEventModifierFlags modifiers;
-    NSUserInterfaceLayoutDirection direction;
-    const char* day;  ///< From 2028-03-31.
-  };
-  for (const auto& [key, modifiers, direction, day] :
-       {Case{NSKeyCodeRight, 0, Ltr, "2028-04-01"}, Case{NSKeyCodeRight, 0, Rtl, "2028-03-30"},
-        Case{NSKeyCodeLeft, 0, Ltr, "2028-03-30"}, Case{NSKeyCodeUp, 0, Rtl, "2028-03-24"},
-        Case{NSKeyCodeDown, 0, Ltr, "2028-04-07"}, Case{NSKeyCodePageUp, 0, Ltr, "2028-02-29"},
-        Case{NSKeyCodePageDown, 0, Ltr, "2028-04-30"},
-        Case{NSKeyCodePageDown, NSEventModifierFlagShift, Rtl, "2029-03-31"},
-        Case{NSKeyCodePageUp, NSEventModifierFlagShift, Ltr, "2027-03-31"},
-        Case{NSKeyCodeHome, 0, Ltr, "2026-11-21"}, Case{NSKeyCodeEnd, 0, Ltr, "-"},
-        Case{NSKeyCodeLeft, NSEventModifierFlagControl, Ltr, "-"}}) {
+  const std::map<std::string, uint16_t> keys = {
+      {"Right", NSKeyCodeRight}, {"Left", NSKeyCodeLeft},     {"Up", NSKeyCodeUp},
+      {"Down", NSKeyCodeDown},   {"PageUp", NSKeyCodePageUp}, {"PageDown", NSKeyCodePageDown},
+      {"Home", NSKeyCodeHome},   {"End", NSKeyCodeEnd}};
+  for (const auto& [key, modifier, reading, day] :
+       casesIn<std::string, std::string, std::string, std::string>(
+           "VelmoraTime/Cases/calendar-keys.txt")) {
     NSEvent event;
-    event.keyCode = key;
-    event.modifierFlags = modifiers;
+    event.keyCode = keys.at(key);
+    if (modifier == "Shift") event.modifierFlags = NSEventModifierFlagShift;
+    if (modifier == "Control") event.modifierFlags = NSEventModifierFlagControl;
+    const auto direction = reading == "left-to-right" ? NSUserInterfaceLayoutDirection::LeftToRight
+                                                      : NSUserInterfaceLayoutDirection::RightToLeft;
     const auto next = dayAfterKey(event, utc(2028, 3, 31), utc(2026, 11, 21), direction);
     EXPECT_EQ(next ? NSDate::dateWithTimeIntervalSince1970(*next).description().substr(0, 10) : "-",
-              day);
+              day)
+        << modifier << key << " " << reading;
   }
 }
 
@@ -216,29 +200,27 @@ TEST_F(Month, NumbersItsWeeksAndLaysThemOut) {
     EXPECT_EQ(grid->weekCells()[2].view()->frame(), NSMakeRect(0, 118, 35, 32));
     EXPECT_EQ(grid->weekCells()[2].view()->isHidden(), !withWeeks);
     EXPECT_EQ(grid->cells()[9].label()->frame().origin.y, -3);
+    StatInterfaceTime_Time dropdown;
+    ZEVSetBoolForKey("Time_CalendarShowWeeks", withWeeks);
+    dropdown.updateCalendar();
+    EXPECT_EQ(dropdown.calendar().weekCells()[2].view()->isHidden(), !withWeeks);
   }
 }
 
-// By hand. November 1 has 25 hours in New York.
 TEST_F(Month, TellsWhenAnEventTakesPlace) {
-  const auto at = [](unsigned day, int hour, int minute = 0) {
-    return utc(2026, 11, day, hour, minute);
-  };
-  grid->processEvents(
-      {event("meeting", at(18, 10), at(18, 11)), event("night", at(18, 23), at(19, 1)),
-       event("half", at(19, 3, 30), at(19, 4)), event("instant", at(19, 0), at(19, 0)),
-       event("trip", at(16, 9), at(18, 22)), event("holiday", at(16, 0), at(18, 0), true),
-       event("until midnight", at(17, 22), at(18, 0)),
-       event("clocks back", at(1, 0), at(2, 0), true), event("", at(18, 1), at(18, 2))});
-  EXPECT_EQ(rowsOf(at(15, 0)), Texts{});
-  EXPECT_EQ(rowsOf(at(16, 0)), (Texts{"trip Starts 09 AM", "holiday All Day"}));
-  EXPECT_EQ(rowsOf(at(17, 0)),
-            (Texts{"trip All Day", "holiday All Day", "until midnight Starts 10 PM"}));
-  EXPECT_EQ(rowsOf(at(18, 0)), (Texts{"meeting 10 AM", "night Starts 11 PM", "instant Starts 12 AM",
-                                      "trip Ends 10 PM"}));
-  EXPECT_EQ(rowsOf(at(19, 0)), (Texts{"night Ends 01 AM", "half 03:30 AM", "instant 12 AM"}));
-  EXPECT_EQ(rowsOf(at(1, 0)), Texts{"clocks back All Day"});
-  EXPECT_EQ(rowsOf(at(2, 0)), Texts{});
+  EventList events;
+  for (const auto& [title, start, end, isAllDay] :
+       casesIn<std::string, NSDate, NSDate, bool>("VelmoraTime/Cases/events.txt"))
+    events.push_back(
+        event(title, start.timeIntervalSince1970(), end.timeIntervalSince1970(), isAllDay));
+  grid->processEvents(events);
+  for (const auto& [day, expected] :
+       casesIn<NSDate, std::string>("VelmoraTime/Cases/event-rows.txt")) {
+    std::string rows;
+    for (const std::string& row : rowsOf(day.timeIntervalSince1970()))
+      rows += (rows.empty() ? "" : ", ") + row;
+    EXPECT_EQ(rows, expected) << day.description();
+  }
 }
 
 TEST_F(Month, ListsTheDaysEventsThatAreNotOver) {

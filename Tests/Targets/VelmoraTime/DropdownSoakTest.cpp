@@ -5,15 +5,13 @@
 
 #include <random>
 
-#include "Platform/AppKit/Menus/MenuSnapshot.h"
-#include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/VelmoraTime/Dropdown/StatInterfaceTime.h"
-#include "Tests/Platform/Support/Files.h"
-#include "Tests/Targets/VelmoraTime/RunningClock.h"
+#include "Tests/Targets/VelmoraTime/OpenDropdown.h"
 
 namespace {
 
 using Array = PropertyList::Array;
+using DropdownSoak = OpenDropdown;
 
 // In zones of whole hours, halves and quarters; in London, Berlin, Oulu and Longyearbyen the clocks
 // go back on 25 October 2026.
@@ -21,9 +19,9 @@ const Array TwentyCities = {2643743, 2950159, 1850147, 1283240, 2078025, 3470127
                             5391959, 2147714, 2193733, 1261481, 1138958, 3652462, 643492,
                             2729907, 360630,  1609350, 3448439, 6167865, 2553604};
 
-TEST(DropdownSoak, TheSkyIsWorkedOutAsTheHoursTurn) {
-  RunningClock clock(utc(2026, 10, 25, 0, 0, 30));
-  clock.waitForCities();
+TEST_F(DropdownSoak, TheSkyIsWorkedOutAsTheHoursTurn) {
+  clock.emplace(utc(2026, 10, 25, 0, 0, 30));
+  clock->waitForCities();
   ZEVSetObjectForKey("Time_Cities", TwentyCities);
   StatInterfaceTime_Time dropdown;
   dropdown.loadClocks();
@@ -32,7 +30,7 @@ TEST(DropdownSoak, TheSkyIsWorkedOutAsTheHoursTurn) {
   std::vector<double> altitudes(dropdown.items().size());
   int records = 0;
   for (int minute = 0; minute < 24 * 60; ++minute) {
-    clock.time.loop.advance(60);
+    clock->time.loop.advance(60);
     dropdown.updateClocks();
     for (size_t index = 0; index < altitudes.size(); ++index) {
       const double altitude = dropdown.items()[index]->sunData()->at("altitude-now");
@@ -44,14 +42,13 @@ TEST(DropdownSoak, TheSkyIsWorkedOutAsTheHoursTurn) {
 }
 
 // Would catch: rows, views, observers and timers that outlive an opening or a change.
-TEST(DropdownSoak, OpeningsAndChangesLeaveNothingBehind) {
-  RunningClock clock(utc(2026, 11, 21, 23, 59, 30));
-  clock.waitForCities();
+TEST_F(DropdownSoak, OpeningsAndChangesLeaveNothingBehind) {
+  clock.emplace(utc(2026, 11, 21, 23, 59, 30));
+  clock->waitForCities();
   const auto file = freshFolder() / "menu.png";
-  MenuSnapshot screen(NSMakeRect(0, 22, 800, 578));
   std::mt19937 random(20261121);
   const auto below = [&](unsigned count) { return static_cast<int>(random() % count); };
-  const auto change = [&] {
+  const auto changeAny = [&] {
     Array cities;
     std::ranges::sample(TwentyCities, std::back_inserter(cities), below(21), random);
     const Array formats[] = {{"HH", "':'", "mm"}, {"___FUZZY_CLOCK___"}, {"'"}, {"EEEE", "zzz"}};
@@ -70,18 +67,16 @@ TEST(DropdownSoak, OpeningsAndChangesLeaveNothingBehind) {
         {"DropdownTheme", below(3), "theme"},
     };
     const Change& one = changes[below(std::size(changes))];
-    ZEVSetObjectForKey(one.key, one.value);
-    clock.post("VelmoraTimePreferencesChanged", {{"key", one.key}, {"resetKey", one.resetKey}});
+    change(one.key, one.value, one.resetKey);
   };
   size_t usedEarly = 0;
   for (int opening = 0; opening < 600; ++opening) {
-    screen.tracker().open(clock.module().menu(), NSMakeRect(700, 0, 60, 22), MenuOpening::Press,
-                          NSUserInterfaceLayoutDirection::LeftToRight);
-    change();
+    open(menu());
+    changeAny();
     if (opening % 10 == 0) screen.writePng(file, 1);
-    clock.time.loop.advance(0.1);
+    clock->time.loop.advance(0.1);
     screen.tracker().close();
-    change();
+    changeAny();
     if (opening == 200) usedEarly = mallinfo2().uordblks;
   }
   // The sanitizers' allocators tell nothing.

@@ -3,25 +3,15 @@
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
-#include <optional>
-
-#include "Platform/AppKit/Menus/MenuSnapshot.h"
 #include "Platform/AppKit/Menus/RowText.h"
-#include "Platform/Foundation/Zones/NSTimeZone.h"
-#include "Targets/Shared/Dropdown/ZEVMenu.h"
-#include "Targets/Shared/ZEVPreferences.h"
-#include "Tests/Platform/Support/Files.h"
-#include "Tests/Targets/VelmoraTime/RunningClock.h"
+#include "Platform/Foundation/PropertyLists/NSPropertyListSerialization.h"
+#include "Tests/Targets/VelmoraTime/OpenDropdown.h"
 
 namespace {
 
-using Array = PropertyList::Array;
-
-class Dropdown : public testing::Test {
+class Dropdown : public OpenDropdown {
  protected:
   Dropdown() {
-    setenv("TZ", "UTC", 1);
-    NSTimeZone::resetSystemTimeZone();
     ZEVSetObjectForKey("Time_Cities", Array{"2643743", "1850147"});
     ZEVSetObjectForKey("Time_CalendarEnabled", 0);
   }
@@ -29,20 +19,6 @@ class Dropdown : public testing::Test {
   void start(double now) {
     clock.emplace(now);
     clock->waitForCities();
-  }
-
-  /// Another process writes a setting.
-  void change(const std::string& key, const PropertyList& value, const std::string& resetKey) {
-    ZEVSetObjectForKey(key, value);
-    clock->post("VelmoraTimePreferencesChanged", {{"key", key}, {"resetKey", resetKey}});
-  }
-
-  std::shared_ptr<ZEVMenu_Time> menu() {
-    return std::static_pointer_cast<ZEVMenu_Time>(clock->module().menu());
-  }
-  void open() {
-    screen.tracker().open(menu(), NSMakeRect(700, 0, 60, 22), MenuOpening::Press,
-                          NSUserInterfaceLayoutDirection::LeftToRight);
   }
 
   /// A line for the rows: each one's key or first text, height, and "+" for a submenu.
@@ -63,50 +39,21 @@ class Dropdown : public testing::Test {
     const auto texts = rowTexts(*menu()->itemArray()[1]->submenu()->itemArray()[2]);
     return {texts.at(2 * index), texts.at(2 * index + 1)};
   }
-
-  std::optional<RunningClock> clock;
-  MenuSnapshot screen{NSMakeRect(0, 22, 800, 578)};
 };
 
-// Every change is seen in the open menu; each case begins with the settings that the one before
-// left.
+// Every change is seen in the open menu.
 TEST_F(Dropdown, RowsFollowTheSettings) {
   start(Saturday);
-  open();
-  struct Case {
-    const char* key;
-    PropertyList value;
-    const char* resetKey;
-    const char* rows;
-  };
-  for (const auto& [key, value, resetKey, expected] : std::initializer_list<Case>{
-           {"",
-            {},
-            "",
-            "filler-moon-before 3|Waxing Gibbous 42+|London, United Kingdom 40+|filler-city-1 2|"
-            "Tokyo, Japan 40+|filler-base 5"},
-           {"Time_Cities", Array{1850147, "1", "2988507", "2643743", "2988507", "'"}, "cities",
-            "filler-moon-before 3|Waxing Gibbous 42+|Tokyo, Japan 40+|filler-city-1 2|"
-            "London, United Kingdom 40+|filler-city-2 2|Paris, France 40+|filler-base 5"},
-           {"Time_CityNames", PropertyList::Dictionary{{"1850147", "東京"}, {"1", "x"}},
-            "citynames",
-            "filler-moon-before 3|Waxing Gibbous 42+|東京 40+|filler-city-1 2|"
-            "London, United Kingdom 40+|filler-city-2 2|Paris, France 40+|filler-base 5"},
-           {"Time_DropdownCityLayout", 0, "citymode",
-            "filler-moon-before 3|Waxing Gibbous 19+|東京 19+|London 19+|Paris 19+|filler-base 5"},
-           {"Time_CityNames",
-            {},
-            "citynames",
-            "filler-moon-before 3|Waxing Gibbous 19+|東京 19+|London 19+|Paris 19+|filler-base 5"},
-           {"Time_CityNames", PropertyList::Dictionary{}, "citynames",
-            "filler-moon-before 3|Waxing Gibbous 19+|Tokyo 19+|London 19+|Paris 19+|filler-base 5"},
-           {"Time_DropdownShowMoon", 0, "moon",
-            "filler-no-events-or-moon 1|Tokyo 19+|London 19+|Paris 19+|filler-base 5"},
-           {"Time_Cities", "no list", "cities", "filler-no-events-or-moon 1|filler-base 5"},
-           {"Time_CalendarEnabled", 1, "calendar",
-            "November 2026 247|filler-calendar 2|filler-no-events-or-moon 1|filler-base 5"}}) {
-    change(key, value, resetKey);
-    EXPECT_EQ(rows(), expected) << key;
+  open(menu());
+  const auto changes = propertyListWithContentsOfFile(
+      VELMORA_SOURCE_DIR "/Tests/Targets/VelmoraTime/Cases/dropdown-changes.plist");
+  ASSERT_TRUE(changes.has_value() && changes->array()->size() == 9);
+  for (const PropertyList& entry : *changes->array()) {
+    const PropertyList::Dictionary& step = *entry.dictionary();
+    const auto value = step.find("value");
+    change(*step.at("key").string(), value != step.end() ? value->second : PropertyList(),
+           *step.at("resetKey").string());
+    EXPECT_EQ(rows(), *step.at("rows").string()) << *step.at("key").string();
   }
 }
 
@@ -115,7 +62,7 @@ TEST_F(Dropdown, FollowsTheTickAndTheFormatWhileItIsOpen) {
   int stateChanges = 0;
   const NSObservation observation = NSNotificationCenter::defaultCenter().addObserver(
       "ZEVMenuStateChanged", [&](const NSNotification&) { ++stateChanges; });
-  open();
+  open(menu());
   EXPECT_EQ(secondText(2), "03:04 PM");
   EXPECT_TRUE(menu()->isVisible());
   clock->time.loop.advance(55);
@@ -129,7 +76,7 @@ TEST_F(Dropdown, FollowsTheTickAndTheFormatWhileItIsOpen) {
   EXPECT_EQ(secondText(4), "00:05") << "a closed one stands still";
   EXPECT_FALSE(menu()->isVisible());
   EXPECT_EQ(stateChanges, 2);
-  open();
+  open(menu());
   change("Time_DropdownFormat", Array{"HH"}, "");
   EXPECT_EQ(secondText(4), "01") << "a faulty format is mended";
 }
@@ -164,13 +111,14 @@ TEST_F(Dropdown, GoesWithItsClock) {
   start(Saturday);
   clock->slot.onMenuShouldClose = [this] { screen.tracker().close(); };
   for (int count = 0; count < 50; ++count) {
-    open();
+    open(menu());
     const std::weak_ptr<ZEVMenu_Time> gone = menu();
     clock->slot.unload();
     EXPECT_FALSE(screen.tracker().isTracking());
     clock->extra = std::make_shared<VelmoraTime>();
     clock->slot.setExtra(clock->extra);
     clock->extra->init(clock->slot, NSBundle());
+    clock->waitForCities();
     clock->time.loop.advance(1.5);
     EXPECT_TRUE(gone.expired()) << count;
   }

@@ -4,28 +4,19 @@
 #include <stdlib.h>
 
 #include <ctime>
-#include <optional>
 
 #include "Platform/AppKit/Menus/MenuAccessibility.h"
-#include "Platform/AppKit/Menus/MenuSnapshot.h"
 #include "Platform/AppKit/Menus/RowText.h"
 #include "Platform/Foundation/Settings/CFPreferences.h"
 #include "Platform/Foundation/Zones/NSTimeZone.h"
-#include "Targets/Shared/Dropdown/ZEVMenu.h"
-#include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/VelmoraTime/Dropdown/StatInterfaceTime.h"
-#include "Tests/Platform/Support/Files.h"
-#include "Tests/Targets/VelmoraTime/RunningClock.h"
+#include "Tests/Targets/VelmoraTime/OpenDropdown.h"
 
 namespace {
 
-using Array = PropertyList::Array;
-
-class Events : public testing::Test {
+class Events : public OpenDropdown {
  protected:
   Events() {
-    setenv("TZ", "UTC", 1);
-    NSTimeZone::resetSystemTimeZone();
     ZEVSetObjectForKey("Time_Cities", Array{});
     ZEVSetObjectForKey("Time_DropdownShowMoon", 0);
     ZEVSetObjectForKey("Time_CalendarFolders", Array{folder.string()});
@@ -51,20 +42,17 @@ class Events : public testing::Test {
     EXPECT_EQ(count, 1);
   }
 
-  void open() {
-    screen.tracker().open(clock->module().menu(), NSMakeRect(700, 0, 60, 22), MenuOpening::Request,
-                          NSUserInterfaceLayoutDirection::LeftToRight);
+  void openWithEvents() {
+    open(menu(), MenuOpening::Request);
     clock->waitForEvents();
   }
   /// Keys or first texts of the rows behind the month.
   std::string rows() {
-    const auto menu = std::static_pointer_cast<ZEVMenu_Time>(clock->module().menu());
     std::string line;
-    for (const auto& item : menu->itemArray()) {
-      if (item == menu->itemArray().front()) continue;
-      const auto texts = rowTexts(*item);
+    for (const auto& item : menu()->itemArray()) {
+      if (item == menu()->itemArray().front()) continue;
       line += line.empty() ? "" : "|";
-      line += menu->keyOfItem(*item).value_or(texts.empty() ? "?" : rowName(*item));
+      line += menu()->keyOfItem(*item).value_or(rowName(*item));
     }
     return line;
   }
@@ -85,15 +73,13 @@ class Events : public testing::Test {
   }
 
   const std::filesystem::path folder = freshFolder();
-  std::optional<RunningClock> clock;
-  MenuSnapshot screen{NSMakeRect(0, 22, 800, 578)};
 };
 
 TEST_F(Events, ComeIntoTheOpenMenuAndFollowTheStore) {
   add("Concert", "21T210000", "21T230000");
   add("Night", "21T230000", "22T010000");
   clock.emplace(Saturday);
-  open();
+  openWithEvents();
   EXPECT_EQ(rows(),
             "filler-calendar|filler-calendar-events|Concert, 9 PM|Night, Starts 11 PM|filler-base");
   add("Added", "21T180000", "21T183000");
@@ -102,17 +88,13 @@ TEST_F(Events, ComeIntoTheOpenMenuAndFollowTheStore) {
   EXPECT_EQ(rows(),
             "filler-calendar|filler-calendar-events|Added, 6 PM|Concert, 9 PM|"
             "Night, Starts 11 PM|filler-base");
-  ZEVSetObjectForKey("Time_DropdownShowMoon", 1);
-  clock->post("VelmoraTimePreferencesChanged", {{"resetKey", "moon"}});
-  EXPECT_TRUE(rows().find("spacer-moon-before") != std::string::npos);
+  change("Time_DropdownShowMoon", 1, "moon");
+  EXPECT_NE(rows().find("spacer-moon-before"), std::string::npos);
   ZEVSetObjectForKey("Time_DropdownShowMoon", 0);
-  ZEVSetObjectForKey("Time_Cities", Array{"2643743"});
   clock->waitForCities();
-  clock->post("VelmoraTimePreferencesChanged", {{"resetKey", "cities"}});
-  EXPECT_TRUE(rows().find("Night, Starts 11 PM|spacer-events-no-moon|") != std::string::npos);
-  ZEVSetObjectForKey("Time_CalendarShowEvents", 0);
-  clock->post("VelmoraTimePreferencesChanged",
-              {{"key", "Time_CalendarShowEvents"}, {"resetKey", "calendar"}});
+  change("Time_Cities", Array{"2643743"}, "cities");
+  EXPECT_NE(rows().find("Night, Starts 11 PM|spacer-events-no-moon|"), std::string::npos);
+  change("Time_CalendarShowEvents", 0, "calendar");
   EXPECT_TRUE(rows().starts_with("filler-calendar|filler-no-events-or-moon|"));
 }
 
@@ -120,7 +102,7 @@ TEST_F(Events, AreThoseOfTheDayAfterMidnight) {
   add("Late", "21T230000", "21T233000");
   add("Tomorrow", "22T090000", "22T100000");
   clock.emplace(utc(2026, 11, 21, 23, 59, 50));
-  open();
+  openWithEvents();
   EXPECT_EQ(rows(), "filler-calendar|filler-no-events-or-moon|filler-base") << "it is over";
   clock->time.loop.advance(12);
   EXPECT_EQ(rows(), "filler-calendar|filler-calendar-events|Tomorrow, 9 AM|filler-base");
@@ -139,7 +121,7 @@ TEST_F(Events, TodayGoesOnAtEachMidnightOfAYear) {
     midnight.tm_year = 126;
     midnight.tm_isdst = -1;
     clock->time.clock.setTimeIntervalSince1970(static_cast<double>(mktime(&midnight)) - 2);
-    open();
+    openWithEvents();
     clock->time.loop.advance(4);
     char weekdayAndMonth[40];
     strftime(weekdayAndMonth, sizeof(weekdayAndMonth), "%A, %B ", &midnight);
@@ -153,7 +135,7 @@ TEST_F(Events, TodayGoesOnAtEachMidnightOfAYear) {
 TEST_F(Events, AreReachedByTheKeyboardAndReadAloud) {
   add("Concert", "28T210000", "28T230000");
   clock.emplace(Saturday);
-  open();
+  openWithEvents();
   EXPECT_EQ(focused(), "November 2026");
   key(NSKeyCodeDown);
   EXPECT_EQ(focused(), "Saturday, November 21, 2026, today");

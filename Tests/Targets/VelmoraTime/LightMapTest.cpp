@@ -15,6 +15,7 @@
 #include "Targets/VelmoraTime/Map/NightOutline.h"
 #include "Targets/VelmoraTime/Map/StatInterfaceLightMap.h"
 #include "Tests/Platform/Support/Files.h"
+#include "Tests/Targets/CaseTable.h"
 #include "Tests/Targets/SimulatedTime.h"
 
 namespace {
@@ -68,24 +69,14 @@ class LightMapPictures : public LightMap {
   LightMapPictures() : LightMap(VELMORA_SOURCE_DIR "/Resources") {}
 };
 
-// The Sun's altitudes are PyEphem's, without refraction: all are so high or low that the soft edge
-// does not reach there.
 TEST_F(LightMap, IsDarkWhereTheSunIsDown) {
-  const struct {
-    double moment;
-    double latitude, longitude;
-    double altitude;
-  } cases[] = {
-      {utc(2026, 1, 1), 85, 30, -27},          {utc(2026, 1, 1), -85, -100, 24},
-      {utc(2026, 1, 1), -10, 179.8, 77},       {utc(2026, 1, 1), 10, -179.8, 57},
-      {utc(2026, 3, 21, 6), -12, -77, -74},    {utc(2026, 3, 21, 6), 35.7, 139.7, 33},
-      {utc(2026, 6, 21, 12), -10, 179.8, -77}, {utc(2026, 6, 21, 12), 10, -179.8, -57},
-      {utc(2026, 6, 21, 23, 59), 85, 30, 19},  {utc(2026, 6, 21, 23, 59), -33.9, 18.4, -71},
-      {utc(2026, 9, 15, 18), 35.7, 139.7, -29}};
-  for (const auto& [moment, latitude, longitude, altitude] : cases) {
-    const double share = nightAt(moment)[static_cast<size_t>((90 - latitude) / 180 * 160)]
-                                        [static_cast<size_t>((longitude + 180) / 360 * 320)];
-    EXPECT_NEAR(share, altitude < 0 ? 1 : 0, 0.03) << moment << ' ' << latitude << ' ' << longitude;
+  for (const auto& [moment, latitude, longitude, altitude] :
+       casesIn<NSDate, double, double, double>("VelmoraTime/Cases/night.txt")) {
+    const auto rows = nightAt(moment.timeIntervalSince1970());
+    const double share = rows[static_cast<size_t>((90 - latitude) / 180 * 160)]
+                             [static_cast<size_t>((longitude + 180) / 360 * 320)];
+    EXPECT_NEAR(share, altitude < 0 ? 1 : 0, 0.03)
+        << moment.description() << ' ' << latitude << ' ' << longitude;
   }
 }
 
@@ -113,38 +104,24 @@ TEST_F(LightMap, SlidesByAPointEachFourMinutesAndAHalf) {
     ASSERT_NEAR(before[70][x], behind[70][x - 1], 0.006) << x;
 }
 
-// Kiritimati is 14 hours ahead of UTC, Pago Pago 11 behind; 2028 is a leap year, and in Iran the
-// year begins in March. One row is dark all over, the others have no night, and then all are
-// damaged.
+// One row is dark all over, the others have no night, and then all are damaged.
 TEST_F(LightMap, TakesTheRowOfTheDayHere) {
-  const struct {
-    const char* locale;
-    const char* zone;
-    double moment;
-    size_t row;
-  } cases[] = {{"en_GB", "Pacific/Kiritimati", utc(2026, 12, 31, 9, 59), 364},
-               {"fa_IR", "Pacific/Kiritimati", utc(2026, 12, 31, 10), 0},
-               {"fa_IR", "Pacific/Pago_Pago", utc(2027, 1, 1, 10, 59), 364},
-               {"en_GB", "UTC", utc(2028, 3, 1), 60},
-               {"en_GB", "UTC", utc(2028, 12, 31), 364}};
-  const auto setRows = [this](const std::vector<std::string_view>& rows) {
+  const auto nightWith = [this](const std::vector<std::string_view>& rows, const NSDate& moment) {
     SunlightMapPaths_Time paths;
     paths.setPaths(rows);
     map.setPaths(paths);
+    return nightAt(moment.timeIntervalSince1970())[80][160];
   };
-  for (const auto& [locale, zone, moment, row] : cases) {
+  for (const auto& [locale, zone, moment, row] :
+       casesIn<std::string, std::string, NSDate, size_t>("VelmoraTime/Cases/night-rows.txt")) {
     NSLocale::setCurrentLocale(locale);
     NSTimeZone::setSystemTimeZone(NSTimeZone::timeZoneWithName(zone));
     std::vector<std::string_view> rows(366, "0,0,0");
-    setRows(rows);
-    EXPECT_NEAR(nightAt(moment)[80][160], 0, 0.01);
+    EXPECT_NEAR(nightWith(rows, moment), 0, 0.01);
     rows[row] = "0,0,1024,0,0,0,1024,0,1024,512,1024,0,1024,512,0,512,1024,512,0,512,0,0,0,512,0,0";
-    setRows(rows);
-    EXPECT_NEAR(nightAt(moment)[80][160], 1, 0.01) << zone << ' ' << moment;
-    for (const auto& damaged : {std::vector<std::string_view>(366, "0,0"), {366, ""}, {}}) {
-      setRows(damaged);
-      EXPECT_NEAR(nightAt(moment)[80][160], 1, 0.01) << "the night stays as it was";
-    }
+    EXPECT_NEAR(nightWith(rows, moment), 1, 0.01) << zone << ' ' << moment.description();
+    for (const auto& damaged : {std::vector<std::string_view>(366, "0,0"), {366, ""}, {}})
+      EXPECT_NEAR(nightWith(damaged, moment), 1, 0.01) << "the night stays as it was";
   }
 }
 

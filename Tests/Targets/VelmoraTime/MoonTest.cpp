@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <stdlib.h>
 
 #include <array>
 #include <cmath>
@@ -9,29 +10,28 @@
 #include <vector>
 
 #include "Platform/AppKit/Drawing/CairoGraphicsContext.h"
-#include "Platform/Foundation/Settings/NSUserDefaults.h"
-#include "Platform/Foundation/Zones/NSTimeZone.h"
+#include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/VelmoraTime/Classes/MoonPhaseView.h"
 #include "Targets/VelmoraTime/MoonStatCollector.h"
 #include "Tests/Platform/Support/Files.h"
+#include "Tests/Targets/CaseTable.h"
 #include "Tests/Targets/VelmoraTime/RunningClock.h"
 
 namespace {
 
 constexpr double FullMoonAge = 14.765294075012207;
 
-/// A Moon of 16 points with a blue dark side and a red lit one, both square, so that the terminator
-/// is met on every row.
+/// The bar's Moon with a blue dark side and a red lit one, both square, so that the terminator is
+/// met on every row.
 class MoonPicture : public testing::Test {
  protected:
   MoonPicture() {
-    std::filesystem::create_directory(folder / "Velmora.bundle");
-    writeFile(folder / "Velmora.bundle" / "lit.svg", square("#f00"));
-    writeFile(folder / "Velmora.bundle" / "unlit.svg", square("#00f"));
+    writeFile(folder / "Velmora.bundle" / "menubar-moon-light.svg", square("#f00"));
+    writeFile(folder / "Velmora.bundle" / "menubar-moon-dark.svg", square("#00f"));
     moon.setSize(16);
     moon.setRange(22);
-    moon.setLight("lit");
-    moon.setDark("unlit");
+    moon.setLight("menubar-moon-light");
+    moon.setDark("menubar-moon-dark");
   }
 
   static std::string square(const std::string& color) {
@@ -41,87 +41,80 @@ class MoonPicture : public testing::Test {
 
   struct Lit {
     double points;  ///< How much of the middle row is lit.
-    bool onTheRight;
+    std::string side;
   };
 
   /// In the middle row, where the curve is farthest from the middle.
-  Lit drawn(double age, double darkFraction, double scale = 4) {
-    moon.setAge(age);
-    moon.setIllumination(darkFraction);
-    moon.setImage(nullptr);
-    BitmapSurface surface({16, 16}, scale);
-    const NSCurrentGraphicsContext current(surface.context());
-    moon.image()->drawAtPoint({0, 0});
+  static Lit litIn(const BitmapSurface& surface) {
     const int row = surface.pixelHeight() / 2;
     double sum = 0;
     for (int column = 0; column < surface.pixelWidth(); ++column) {
       const NSColor color = surface.pixelAt(column, row);
       sum += color.redComponent() * color.alphaComponent();
     }
-    return {sum / scale, surface.pixelAt(surface.pixelWidth() - 1, row).redComponent() == 1};
+    const bool isRight = surface.pixelAt(16 * Scale - 1, row).redComponent() == 1;
+    return {sum / Scale, isRight ? "right" : "left"};
+  }
+  Lit drawn(double age, double darkFraction) {
+    moon.setAge(age);
+    moon.setIllumination(darkFraction);
+    moon.setImage(nullptr);
+    BitmapSurface surface({16, 16}, Scale);
+    const NSCurrentGraphicsContext current(surface.context());
+    moon.image()->drawAtPoint({0, 0});
+    return litIn(surface);
+  }
+  static Lit inBar(const RunningClock& clock) {
+    BitmapSurface surface({20, 22}, Scale);
+    clock.slot.draw(surface.context());
+    return litIn(surface);
   }
 
+  static constexpr int Scale = 4;
   const std::filesystem::path folder = freshFolder();
   const EnvironmentVariable support{"VELMORA_SUPPORT_DIR", folder.string()};
   MoonPhaseView_Time moon{NSMakeRect(0, 2, 16, 16)};
 };
 
-// By hand: with the control points at x the curve's middle is at 8 + 3/4 (x - 8), and
-// x = 22 - 22.44 dark - 3 while the Moon waxes, 22.44 dark - 3 while it wanes.
 TEST_F(MoonPicture, TheTerminatorTravelsThroughTheLunation) {
-  struct Case {
-    double age;
-    double dark;
-    double lit;
-    bool isLitOnTheRight;
-  };
-  for (const Case& sample : {Case{1, 0.99, 0, false},   // x = -3: -0.25, off the disc
-                             {2, 0.981, 0, false},      // snapped
-                             {2, 0.98, 0, false},       // -2.99: -0.243
-                             {3, 0.9, 1.103, true},     // -1.196
-                             {7, 0.5, 7.835, true},     // 7.78
-                             {11, 0.1, 14.567, true},   // 16.756
-                             {14, 0.02, 15.913, true},  // 18.551: 15.913
-                             {14, 0.019, 16, true},     // 19: snapped
-                             {FullMoonAge - 1e-9, 0.5, 7.835, true},
-                             {FullMoonAge, 0.5, 7.835, false},
-                             {18, 0.1, 14.567, false},  // -0.756
-                             {15, 0.019, 16, false},    // snapped
-                             {22, 0.5, 7.835, false},
-                             {28, 0.99, 0, false}}) {
-    const Lit lit = drawn(sample.age, sample.dark);
-    EXPECT_NEAR(lit.points, sample.lit, 0.06) << sample.age << ", " << sample.dark;
-    if (sample.lit > 0 && sample.lit < 15.9) {
-      EXPECT_EQ(lit.onTheRight, sample.isLitOnTheRight) << sample.age << ", " << sample.dark;
+  for (const auto& [age, dark, points, side] :
+       casesIn<double, double, double, std::string>("VelmoraTime/Cases/moon-terminator.txt")) {
+    const Lit lit = drawn(age, dark);
+    EXPECT_NEAR(lit.points, points, 0.06) << age << ", " << dark;
+    if (side != "either") {
+      EXPECT_EQ(lit.side, side) << age << ", " << dark;
     }
   }
 }
 
 TEST_F(MoonPicture, TheSouthSeesItMirrored) {
   moon.setHemisphere(1);
-  EXPECT_FALSE(drawn(7, 0.5).onTheRight);
-  EXPECT_TRUE(drawn(22, 0.5).onTheRight);
+  EXPECT_EQ(drawn(7, 0.5).side, "left") << "a zone without a place leaves what was set";
+  EXPECT_EQ(drawn(22, 0.5).side, "right");
   EXPECT_NEAR(drawn(3, 0.9).points, 1.103, 0.06);
 }
 
+// U.S. Naval Observatory: the phases of November 2026.
 // "com.apple.preferences.timezone.selected_city" follows the system's zone.
-TEST_F(MoonPicture, TheSystemsCityDecidesTheHemisphere) {
-  NSTimeZone::setSystemTimeZone(NSTimeZone::timeZoneWithName("Australia/Sydney"));
-  NSUserDefaults::standardUserDefaults().synchronize();
-  EXPECT_FALSE(drawn(7, 0.5).onTheRight);
-  EXPECT_EQ(moon.hemisphere(), 1);
-  NSTimeZone::setSystemTimeZone(NSTimeZone::timeZoneWithName("Europe/Berlin"));
-  NSUserDefaults::standardUserDefaults().synchronize();
-  EXPECT_TRUE(drawn(7, 0.5).onTheRight);
-  NSTimeZone::setSystemTimeZone(NSTimeZone::timeZoneWithName("UTC"));
-  NSUserDefaults::standardUserDefaults().synchronize();
-  moon.setHemisphere(1);
-  EXPECT_FALSE(drawn(7, 0.5).onTheRight) << "a zone without a place leaves what was set";
+TEST_F(MoonPicture, TheBarShowsThePhaseAsItIsSeenThere) {
+  ZEVSetObjectForKey("Time_MenubarFormat", PropertyList::Array{"___ICON__MOON__"});
+  EXPECT_NEAR(inBar(RunningClock(utc(2026, 11, 9, 7, 2))).points, 0, 0.06) << "new";
+  EXPECT_NEAR(inBar(RunningClock(utc(2026, 11, 24, 14, 53))).points, 16, 0.06) << "full";
+  RunningClock clock(utc(2026, 11, 17, 11, 48));
+  EXPECT_NEAR(inBar(clock).points, 7.835, 0.1) << "first quarter";
+  EXPECT_EQ(inBar(clock).side, "right");
+  for (const auto& [zone, side] :
+       {std::pair{"Australia/Sydney", "left"}, {"Europe/Berlin", "right"}}) {
+    setenv("TZ", zone, 1);
+    clock.post("NSSystemTimeZoneDidChangeNotification");
+    clock.time.loop.advance(61);
+    EXPECT_EQ(inBar(clock).side, side) << zone;
+  }
 }
 
 TEST_F(MoonPicture, TheTerminatorIsSmoothAtEveryScale) {
+  drawn(7, 0.8);
   for (const double scale : {1.0, 1.25, 1.5, 2.0}) {
-    drawn(7, 0.8, scale);
     BitmapSurface surface({16, 16}, scale);
     const NSCurrentGraphicsContext current(surface.context());
     moon.image()->drawAtPoint({0, 0});
@@ -143,27 +136,27 @@ TEST_F(MoonPicture, AMissingPictureLeavesItsLayerOut) {
   EXPECT_EQ(drawn(7, 0.5).points, 0);
 }
 
-/// Color of each pixel of the Moon on a ground, row by row, and how much of it the Moon covers.
-struct Pixels {
-  std::vector<std::array<double, 3>> colors;
-  std::vector<double> coverage;
+/// A pixel of the Moon on a ground, and how much of it the Moon covers.
+struct Pixel {
+  std::array<double, 3> color;
+  double coverage;
 };
 
-Pixels pixelsOf(MoonPhaseView_Time& moon, double age, double litFraction, double scale,
-                double ground) {
+std::vector<Pixel> pixelsOf(MoonPhaseView_Time& moon, double age, double litFraction, double scale,
+                            double ground) {
   moon.showPhase(age, litFraction);
   BitmapSurface surface(moon.frame().size, scale);
   const NSCurrentGraphicsContext current(surface.context());
   moon.image()->drawAtPoint({0, 0});
-  Pixels pixels;
+  std::vector<Pixel> pixels;
   for (int row = 0; row < surface.pixelHeight(); ++row) {
     for (int column = 0; column < surface.pixelWidth(); ++column) {
       const NSColor color = surface.pixelAt(column, row);
       const double alpha = color.alphaComponent();
       const auto onGround = [=](double part) { return alpha * part + (1 - alpha) * ground; };
-      pixels.colors.push_back({onGround(color.redComponent()), onGround(color.greenComponent()),
-                               onGround(color.blueComponent())});
-      pixels.coverage.push_back(alpha);
+      pixels.push_back({{onGround(color.redComponent()), onGround(color.greenComponent()),
+                         onGround(color.blueComponent())},
+                        alpha});
     }
   }
   return pixels;
@@ -171,32 +164,33 @@ Pixels pixelsOf(MoonPhaseView_Time& moon, double age, double litFraction, double
 
 /// The share of the full Moon's disc that looks lit. A pixel counts as far as it has gone from its
 /// color at new moon to that at full moon; one that is much the same at both is never lit.
-double litShare(const Pixels& drawn, const Pixels& unlit, const Pixels& full) {
+double litShare(const std::vector<Pixel>& drawn, const std::vector<Pixel>& unlit,
+                const std::vector<Pixel>& full) {
   constexpr double LeastDifference = 0.2;
   double lit = 0;
   double disc = 0;
-  for (size_t i = 0; i < drawn.colors.size(); ++i) {
+  for (size_t i = 0; i < drawn.size(); ++i) {
     double along = 0;
     double whole = 0;
     for (size_t part = 0; part < 3; ++part) {
-      const double way = full.colors[i][part] - unlit.colors[i][part];
-      along += (drawn.colors[i][part] - unlit.colors[i][part]) * way;
+      const double way = full[i].color[part] - unlit[i].color[part];
+      along += (drawn[i].color[part] - unlit[i].color[part]) * way;
       whole += way * way;
     }
-    disc += full.coverage[i];
-    const double least = LeastDifference * full.coverage[i];
-    if (whole > least * least && whole > 0) lit += full.coverage[i] * along / whole;
+    const double coverage = full[i].coverage;
+    disc += coverage;
+    if (std::sqrt(whole) > LeastDifference * coverage) lit += coverage * along / whole;
   }
   return lit / disc;
 }
 
 /// Through both halves of the cycle, from a thin crescent to a nearly full Moon.
 void expectLightOfEachPhase(MoonPhaseView_Time& moon, double scale, double ground) {
-  const Pixels unlit = pixelsOf(moon, 0, 0, scale, ground);
-  const Pixels full = pixelsOf(moon, FullMoonAge, 1, scale, ground);
+  const auto unlit = pixelsOf(moon, 0, 0, scale, ground);
+  const auto full = pixelsOf(moon, FullMoonAge, 1, scale, ground);
   for (const double age : {7.0, 22.0}) {
     for (int percent = 5; percent <= 95; percent += 5) {
-      const Pixels drawn = pixelsOf(moon, age, percent / 100.0, scale, ground);
+      const auto drawn = pixelsOf(moon, age, percent / 100.0, scale, ground);
       EXPECT_NEAR(100 * litShare(drawn, unlit, full), percent, 3)
           << moon.frame().size.width << " points at scale " << scale << " on " << ground
           << ", hemisphere " << moon.hemisphere() << ", age " << age;
@@ -204,35 +198,18 @@ void expectLightOfEachPhase(MoonPhaseView_Time& moon, double scale, double groun
   }
 }
 
-struct PictureKind {
-  int size;
-  int range;
-  const char* light;
-  const char* dark;
-  std::vector<double> grounds;
-};
-
 // The illuminated area of a sphere's disc is its illuminated fraction; the real pictures have to
-// show that much light, on a light bar and on a dark one. The largest stands on the night sky.
+// show that much light.
 TEST(MoonPictures, ShowAsMuchLightAsThereIs) {
   const EnvironmentVariable support{"VELMORA_SUPPORT_DIR", VELMORA_SOURCE_DIR "/Resources"};
-  const PictureKind kinds[] = {
-      {16, 22, "menubar-moon-light", "menubar-moon-dark", {0.96, 0.17}},
-      {32, 43, "stats-calendar-moon-light", "stats-calendar-moon-dark", {0.96, 0.17}},
-      {120, 158, "stats-calendar-moon-header-lightmoon", "", {0.17}}};
-  for (const PictureKind& kind : kinds) {
-    const auto side = static_cast<double>(kind.size);
-    MoonPhaseView_Time moon{NSMakeRect(0, 0, side, side)};
-    moon.setSize(kind.size);
-    moon.setRange(kind.range);
-    moon.setLight(kind.light);
-    moon.setDark(kind.dark);
+  for (const auto& [side, range, light, dark, ground] :
+       casesIn<int, int, std::string, std::string, double>("VelmoraTime/Cases/moon-pictures.txt")) {
+    const NSRect frame{{0, 0}, {static_cast<double>(side), static_cast<double>(side)}};
+    const auto moon = MoonPhaseView_Time::moonWithFrame(frame, side, range, light, dark);
     for (const int32_t hemisphere : {0, 1}) {
-      moon.setHemisphere(hemisphere);
-      for (const double scale : {1.0, 1.25, 1.5, 2.0}) {
-        for (const double ground : kind.grounds)
-          expectLightOfEachPhase(moon, scale, ground);
-      }
+      moon->setHemisphere(hemisphere);
+      for (const double scale : {1.0, 1.25, 1.5, 2.0})
+        expectLightOfEachPhase(*moon, scale, ground);
     }
   }
 }

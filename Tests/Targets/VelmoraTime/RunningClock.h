@@ -8,6 +8,7 @@
 #include "Targets/VelmoraTime/Classes/VelmoraTime.h"
 #include "Targets/VelmoraTime/Classes/VelmoraTimeMenuExtraView.h"
 #include "Targets/VelmoraTime/Classes/ZEVTimeModule.h"
+#include "Tests/Support/ChildProcess.h"
 #include "Tests/Targets/Shared/FakeExtra.h"
 #include "Tests/Targets/SimulatedTime.h"
 
@@ -33,16 +34,11 @@ class RunningClock : public ZEVModuleDelegate {
     time.loop.runPending();
   }
 
+  /// Until nothing is under way on the cities' queue: all work there holds the collector, and while
+  /// it tells its listeners, these too.
   void waitForCities() {
-    struct Loading : CityStatCollectorDelegate {
-      void cityCollectorFinishedLoading() override { dispatch_semaphore_signal(done); }
-      const dispatch_semaphore_t done = dispatch_semaphore_create(0);
-    };
-    const auto loading = std::make_shared<Loading>();
-    auto& cities = CityStatCollector_Time::sharedCityStatCollector();
-    cities.addDelegate(loading);
-    cities.loadDatabase();
-    dispatch_semaphore_wait(loading->done);
+    const auto& cities = CityStatCollector_Time::sharedCityStatCollector();
+    EXPECT_TRUE(waitUntil([&] { return cities.weak_from_this().use_count() == 1; }));
     time.loop.runPending();
   }
 

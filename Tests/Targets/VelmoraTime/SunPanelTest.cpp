@@ -5,92 +5,67 @@
 #include <sstream>
 
 #include "Platform/AppKit/Menus/MenuAccessibility.h"
-#include "Platform/AppKit/Menus/MenuSnapshot.h"
-#include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/VelmoraTime/Dropdown/StatInterfaceTimeItem.h"
 #include "Targets/VelmoraTime/Dropdown/SunDetailPanel.h"
 #include "Targets/VelmoraTime/Dropdown/SunPanelTexts.h"
 #include "Targets/VelmoraTime/Map/StatInterfaceLightMap.h"
-#include "Tests/Targets/SimulatedTime.h"
+#include "Tests/Targets/CaseTable.h"
+#include "Tests/Targets/VelmoraTime/OpenDropdown.h"
 
 namespace {
 
-// Worked by hand. The last length is a day's with a sunrise and no sunset: minus the rise and more.
 TEST(SunPanel, Texts) {
-  for (const auto& [seconds, text] : {std::pair{0.0, "0 minutes"},
-                                      {60, "1 minute"},
-                                      {3600, "1 hour and 0 minutes"},
-                                      {36301, "10 hours and 5 minutes"},
-                                      {86400, "24 hours and 0 minutes"},
-                                      {-3661, "58 minutes"},
-                                      {-1787200001, "33 minutes"}})
-    EXPECT_EQ(dayLengthFromValue(seconds), text + std::string(" of daylight"));
-  for (const auto& [change, text] : {std::pair{0.0, "Same as"},
-                                     {1, "1 second more than"},
-                                     {-30, "30 seconds less than"},
-                                     {90, "1 minute more than"},
-                                     {-3700, "1 hour and 1 minute less than"},
-                                     {7200, "2 hours and 0 minutes more than"}})
-    EXPECT_EQ(dayLengthDifference(40000 + change, 40000), text + std::string(" yesterday"));
-  for (const auto& [degrees, text] : {std::pair{-100000.0, "-"},
-                                      {-100001, "-"},
-                                      {-99999.5, "-99999.5º"},
-                                      {0.04, "0.0º"},
-                                      {-12.35, "-12.4º"},
-                                      {359.96, "360.0º"}})
-    EXPECT_EQ(degreesFromValue(degrees), text);
   NSDateFormatter formatter;
   formatter.setTimeZone(*NSTimeZone::timeZoneWithName("Asia/Kolkata"));
-  for (const auto& [time, text] : {std::pair{-100004.0, "-"},
-                                   {-1, "-"},
-                                   {-0.5, "05:29"},
-                                   {0, "05:30"},
-                                   {utc(2027, 1, 1), "05:30"},
-                                   {1e12, "07:16"}})
-    EXPECT_EQ(timeFromValue(time, {"HH", ":", "mm"}, formatter), text) << time;
+  for (const auto& [kind, value, text] :
+       casesIn<std::string, double, std::string>("VelmoraTime/Cases/sun-panel.txt")) {
+    const std::string shown = kind == "length"       ? dayLengthFromValue(value)
+                              : kind == "difference" ? dayLengthDifference(40000 + value, 40000)
+                              : kind == "degrees"
+                                  ? degreesFromValue(value)
+                                  : timeFromValue(value, {"HH", ":", "mm"}, formatter);
+    EXPECT_EQ(shown, text) << kind << " " << value;
+  }
 }
 
-class CitySubmenu : public testing::Test {
+class CitySubmenu : public OpenDropdown {
  protected:
   CitySubmenu() {
+    clock.emplace(Saturday);
     ZEVSetObjectForKey("Time_DropdownFormat", PropertyList::Array{"H", "':'", "mm"});
   }
   static std::shared_ptr<StatInterfaceTimeItem> city(const char* name, const char* zone,
                                                      double latitude, double longitude) {
-    const auto clock = std::make_shared<StatInterfaceTimeItem>();
-    clock->setDetails({7, name, name, "", "Land", zone, latitude, longitude});
-    clock->loadLocale();
-    clock->updateMode();
-    clock->updateStaticInfo();
-    return clock;
+    const auto item = std::make_shared<StatInterfaceTimeItem>();
+    item->setDetails({7, name, name, "", "Land", zone, latitude, longitude});
+    item->loadLocale();
+    item->updateMode();
+    item->updateStaticInfo();
+    return item;
   }
-  void open(const StatInterfaceTimeItem& clock) {
-    screen.tracker().open(clock.submenu(), NSMakeRect(700, 0, 60, 22), MenuOpening::Press,
-                          NSUserInterfaceLayoutDirection::LeftToRight);
+  void openSubmenu(const StatInterfaceTimeItem& item) {
+    open(item.submenu());
     screen.tracker().prepareFrame();
   }
-  static std::string presentTime(StatInterfaceTimeItem& clock) {
-    return clock.sunPanel().lines()[1]->value2()->stringValue();
+  static std::string presentTime(StatInterfaceTimeItem& item) {
+    return item.sunPanel().lines()[1]->value2()->stringValue();
   }
-
-  SimulatedTime time{utc(2026, 11, 21, 15, 4, 5)};
-  MenuSnapshot screen{NSMakeRect(0, 22, 800, 578)};
 };
 
 TEST_F(CitySubmenu, FollowsTheMinutesWhileItIsOpen) {
   const auto tokyo = city("Tokyo", "Asia/Tokyo", 35.69, 139.69);
   const auto lima = city("Lima", "America/Lima", -12.05, -77.04);
-  open(*tokyo);
+  openSubmenu(*tokyo);
   EXPECT_EQ(presentTime(*tokyo), "0:04");
-  time.loop.advance(60);
+  clock->time.loop.advance(60);
   EXPECT_EQ(presentTime(*tokyo), "0:05");
   EXPECT_FALSE(lima->lightMap()->isLoaded());
-  open(*lima);
-  time.loop.advance(600);
+  openSubmenu(*lima);
+  clock->time.loop.advance(600);
   EXPECT_EQ(presentTime(*lima), "10:15");
   EXPECT_EQ(presentTime(*tokyo), "0:05") << "closed";
   EXPECT_FALSE(tokyo->lightMap()->isLoaded());
-  time.clock.setTimeIntervalSince1970(utc(2026, 11, 22, 3));
+  clock->time.clock.setTimeIntervalSince1970(utc(2026, 11, 22, 3));
   lima->updateSoonAndMoon();
   EXPECT_EQ(presentTime(*lima), "22:00") << "the clock was set";
 }
@@ -106,7 +81,7 @@ void describe(const AccessibleElement& element, const std::string& indent, std::
 // Sunrise, sunset and the altitude agree with PyEphem's (6:23:05, 16:30:08, -72.4 degrees).
 TEST_F(CitySubmenu, IsReadAloudAsATable) {
   const auto tokyo = city("Tokyo", "Asia/Tokyo", 35.69, 139.69);
-  open(*tokyo);
+  openSubmenu(*tokyo);
   std::ostringstream text;
   describe(*accessibleMenu(screen.tracker()), "", text);
   const std::string all = text.str();
