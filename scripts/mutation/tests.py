@@ -61,6 +61,7 @@ class Programs:
     def run(self, program, names, limit, **variables):
         """Runs tests of a program until one fails."""
         scratch = tempfile.mkdtemp(prefix="vm")
+        os.chmod(scratch, 0o711)  # A test's compositor may run as another user.
         environment = os.environ | self.environments[program] | variables | {"TMPDIR": scratch}
         command = [program, FILTER + ":".join(names), "--gtest_also_run_disabled_tests",
                    "--gtest_fail_fast"]
