@@ -23,7 +23,11 @@ class Row(typing.NamedTuple):
 
     @property
     def key(self):
-        return key_of(self.file, self.old, self.new)
+        return self.file, self.old, self.new
+
+    @property
+    def group(self):
+        return "named" if "velmoraMutant" in self.new else self.kind
 
     @property
     def layer(self):
@@ -34,9 +38,16 @@ def one_line(text):
     return text.replace("\t", " ").replace("\n", " ")
 
 
-def key_of(file, old, new):
+def old_text(fault, source):
+    """The right text; where its file has it more than once, also the how-manieth it is."""
+    old = source[fault.start:fault.end]
+    nth = source.count(old, 0, fault.start) + 1
+    return one_line(fault.old) + (f"  (no. {nth})" if source.count(old) > 1 else "")
+
+
+def key_of(fault, source):
     """What a fault is known by, wherever in its file it stands."""
-    return file, one_line(old), one_line(new)
+    return fault.file, old_text(fault, source), one_line(fault.new)
 
 
 def read(path):
@@ -51,7 +62,7 @@ def catchers(path):
 
 def equivalents(path):
     """Faults that no test can notice. Columns: file, old text, new text, reason."""
-    return {key_of(*columns[:3]) for columns in selection.table(path)}
+    return {tuple(columns[:3]) for columns in selection.table(path)}
 
 
 def digest_of(faults):
@@ -72,9 +83,9 @@ class Result:
             path.write_text(f"{head}\n{HEADING}\n", encoding="utf-8")
         self.rows = {row.number: row for row in read(path)}
 
-    def add(self, number, fault, outcome, test, seconds):
-        row = Row(number, f"{fault.file}:{fault.line}", fault.kind, one_line(fault.old),
-                  one_line(fault.new), outcome, test, f"{seconds:.1f}")
+    def add(self, number, fault, key, outcome, test, seconds):
+        row = Row(number, f"{fault.file}:{fault.line}", fault.kind, *key[1:], outcome, test,
+                  f"{seconds:.1f}")
         self.rows[number] = row
         with open(self.path, "a", encoding="utf-8") as file:
             file.write("\t".join(map(str, row)) + "\n")
@@ -97,10 +108,10 @@ def text(result, equivalent):
     lines = []
     for row in counted:
         if row.outcome != "caught":
-            lines.append(f"{row.number} {row.outcome}: {row.place}: {row.kind}: {row.old}"
-                         + (f"  ->  {row.new}" if row.new else ""))
+            other = f": {row.old}  ->  {row.new or '(nothing)'}" if row.group != "named" else ""
+            lines.append(f"{row.number} {row.outcome}: {row.place}: {row.kind}{other}")
     lines += ["", *shares(counted, "layer", lambda row: row.layer)]
-    lines += ["", *shares(counted, "kind", lambda row: row.kind)]
+    lines += ["", *shares(counted, "kind", lambda row: row.group)]
     lines += ["", f"{len(rows) - len(counted)} that no test can notice are left out; "
               f"result: {result.path}"]
     return "\n".join(lines)

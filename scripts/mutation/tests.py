@@ -19,7 +19,7 @@ BEGUN = re.compile(r"^\[ RUN      \] (\S+)", re.MULTILINE)
 LIMITS = {resource.RLIMIT_AS: 8 << 30, resource.RLIMIT_FSIZE: 1 << 30, resource.RLIMIT_CORE: 0}
 LONGEST = 300  # Seconds that a test may take without a fault.
 TIMES_LONGER = 6
-SECONDS_MORE = 15
+LEAST_LIMIT = 15
 
 
 class Test(typing.NamedTuple):
@@ -58,12 +58,12 @@ class Programs:
         self.folders[program] = properties.get("WORKING_DIRECTORY")
         return Test(command[1][len(FILTER):], program, "".join(properties.get("LABELS", [])))
 
-    def run(self, program, names, limit, **variables):
-        """Runs tests of a program until one fails."""
+    def run(self, program, limits, **variables):
+        """Runs tests of a program, each with the seconds that it may take, until one fails."""
         scratch = tempfile.mkdtemp(prefix="vm")
         os.chmod(scratch, 0o711)  # A test's compositor may run as another user.
         environment = os.environ | self.environments[program] | variables | {"TMPDIR": scratch}
-        command = [program, FILTER + ":".join(names), "--gtest_also_run_disabled_tests",
+        command = [program, FILTER + ":".join(limits), "--gtest_also_run_disabled_tests",
                    "--gtest_fail_fast"]
         begin = time.monotonic()
         try:
@@ -71,23 +71,30 @@ class Programs:
                 process = subprocess.Popen(
                     command, env=environment, cwd=self.folders[program], stdout=output,
                     stdin=subprocess.DEVNULL, stderr=subprocess.STDOUT, start_new_session=True)
-                code = self.wait(process, limit)
+                code = self.wait(process, limits, output.name)
                 output.seek(0)
                 said = output.read()
         finally:
             shutil.rmtree(scratch, ignore_errors=True)
-        where = FAILED.findall(said)[:1] or BEGUN.findall(said)[-1:] or [names[0]]
+        where = FAILED.findall(said)[:1] or BEGUN.findall(said)[-1:] or list(limits)
         return Outcome(code == 0, where[0], time.monotonic() - begin)
 
-    def wait(self, process, limit):
+    def wait(self, process, limits, output):
         for kind, most in LIMITS.items():
             try:
                 resource.prlimit(process.pid, kind, (most, most))
             except ProcessLookupError:  # It has ended already.
                 pass
+        begun, since = [], time.monotonic()
         try:
-            return process.wait(limit)
-        except subprocess.TimeoutExpired:
+            while time.monotonic() - since < limits.get(begun[-1] if begun else "", LEAST_LIMIT):
+                try:
+                    return process.wait(1)
+                except subprocess.TimeoutExpired:
+                    with open(output, encoding="utf-8", errors="replace") as said:
+                        now_begun = BEGUN.findall(said.read())
+                    if now_begun != begun:
+                        begun, since = now_begun, time.monotonic()
             return None
         finally:
             # Also what a test left behind.
@@ -99,7 +106,7 @@ class Programs:
 
 
 def limit_of(seconds):
-    return seconds * TIMES_LONGER + SECONDS_MORE
+    return seconds * TIMES_LONGER + LEAST_LIMIT
 
 
 def measure(programs, jobs, say):
@@ -108,7 +115,7 @@ def measure(programs, jobs, say):
         with tempfile.TemporaryDirectory(prefix="vm") as folder:
             record = f"{folder}/reached"
             for _ in range(2):
-                outcome = programs.run(test.program, [test.name], LONGEST,
+                outcome = programs.run(test.program, {test.name: LONGEST},
                                        VELMORA_MUTANTS_REACHED=record)
                 if outcome.passed:
                     break
@@ -144,9 +151,8 @@ class Judge:
         return [group for group in [earlier, *quick_first] if group]
 
     def run(self, number, group):
-        limit = limit_of(sum(test.seconds for test in group))
-        return self.programs.run(group[0].program, [test.name for test in group], limit,
-                                 VELMORA_MUTANT=str(number))
+        limits = {test.name: limit_of(test.seconds) for test in group}
+        return self.programs.run(group[0].program, limits, VELMORA_MUTANT=str(number))
 
     def fails_alone(self, number, test):
         return not self.run(number, [test]).passed
