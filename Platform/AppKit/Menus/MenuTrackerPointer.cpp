@@ -235,7 +235,7 @@ void MenuTracker::touchMoved(NSPoint place) {
     pointerMoved(place);
     return;
   }
-  const double step = touchPlace_.y - std::exchange(touchPlace_, place).y;
+  const double step = std::exchange(touchPlace_, place).y - place.y;
   if (!isTouchScrolling_ && std::abs(place.y - touchStart_->y) > TouchTremor) {
     isTouchScrolling_ = true;
     viewPointer_.cancel();

@@ -72,6 +72,16 @@ TEST(Contexts, NestAndComeBack) {
   EXPECT_EQ(outer.records()[0].color, NSColor::blackColor());
 }
 
+TEST(Paths, ReachAsFarAsTheirCurvesControls) {
+  NSBezierPath path;
+  path.moveToPoint({10, 20});
+  path.lineToPoint({30, 25});
+  EXPECT_EQ(path.bounds(), NSMakeRect(10, 20, 20, 5));
+  path.curveToPoint({40, 20}, {32, 70}, {55, 8});
+  path.closePath();
+  EXPECT_EQ(path.bounds(), NSMakeRect(10, 8, 45, 62));
+}
+
 constexpr double NoNumber = std::numeric_limits<double>::quiet_NaN();
 constexpr double Endless = std::numeric_limits<double>::infinity();
 

@@ -145,6 +145,11 @@ class MenuTrackerTest : public testing::Test, private MenuScreen, private NSMenu
       tracker_.pointerPressed(pointer_);
     } else if (step == "u") {
       tracker_.pointerReleased(pointer_);
+    } else if (step == "o" || step == "g" || step == "l") {
+      input >> pointer_.x >> pointer_.y;
+      if (step == "o") tracker_.touchDown(pointer_);
+      if (step == "g") tracker_.touchMoved(pointer_);
+      if (step == "l") tracker_.touchUp(pointer_);
     } else if (step == "s") {
       double points = 0;
       input >> points;
@@ -207,6 +212,19 @@ TEST_F(MenuTrackerTest, FollowsTheKeyboard) {
   EXPECT_EQ(after("k Left", MenuOpening::Request, true), "A>a1");
   EXPECT_EQ(tracker_.panel(1).frame().origin.x, 400);
   EXPECT_EQ(then("k Right"), "A");
+}
+
+TEST_F(MenuTrackerTest, FollowsAFinger) {
+  for (const auto& [steps, expected] : tableRows<2>(Table, "touch")) {
+    EXPECT_EQ(after(steps), expected) << steps;
+    tracker_.close();
+  }
+}
+
+TEST_F(MenuTrackerTest, ScrollsWithAFinger) {
+  area_ = NSMakeRect(0, 22, 800, 60);  // Of 124 points.
+  EXPECT_EQ(after("o 550 60 g 550 50 g 550 30 l 550 30 m 550 40"), "C");
+  EXPECT_EQ(then("o 550 40 g 550 80 l 550 80 m 550 40"), "A");
 }
 
 TEST_F(MenuTrackerTest, ScrollsWhatIsHigherThanTheMonitor) {

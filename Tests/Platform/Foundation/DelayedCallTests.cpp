@@ -6,6 +6,7 @@
 #include <limits>
 #include <memory>
 #include <string>
+#include <thread>
 
 #include "Platform/Dispatch/Dispatch.h"
 #include "Platform/Foundation/NSObject.h"
@@ -139,7 +140,11 @@ TEST_F(DelayedCall, AQueueRunsWorkAfterATime) {
   const auto note = [this] { notes += dispatch_get_current_label(); };
   loop.advance(3);
   const dispatch_time_t base = dispatch_time(DISPATCH_TIME_NOW, 2'000'000'000);
-  dispatch_after(dispatch_time(base, 1'000'000'000), worker, note);
+  dispatch_after(dispatch_time(base, 1'000'000'000), worker,
+                 [&, main = std::this_thread::get_id()] {
+                   EXPECT_NE(std::this_thread::get_id(), main);
+                   note();
+                 });
   dispatch_after(base, dispatch_get_main_queue(), note);
   dispatch_after(DISPATCH_TIME_NOW, dispatch_get_main_queue(), [this] { notes += "now "; });
   EXPECT_EQ(notes, "");

@@ -123,12 +123,14 @@ TEST_F(FileLogger, GoesOnWithTheFileOfTheLastRunIfItIsFit) {
     size_t size;
     bool archived;
     bool goesOn;
+    double age = Day;
   } cases[] = {
       {"fit", " 2026-11-21 14-00.log", 60, false, true},
       {"too large", " 2026-11-21 14-00.log", 100, false, false},
       {"archived", " 2026-11-21 14-00.log", 10, true, false},
       {"nearly too old", " 2026-11-20 15-05.log", 10, false, true},
       {"too old", " 2026-11-20 15-04.log", 10, false, false},
+      {"of no age", " 2026-01-01 00-00.log", 10, false, true, 0},
       {"from the future", " 2026-12-01 00-00.log", 10, false, true},
   };
   for (const auto& entry : cases) {
@@ -136,7 +138,7 @@ TEST_F(FileLogger, GoesOnWithTheFileOfTheLastRunIfItIsFit) {
         leave(entry.name, std::string(entry.size - 1, 'x') + "\n", entry.archived);
     startLogging();
     logger->setMaximumFileSize(100);
-    logger->setRollingFrequency(Day);
+    logger->setRollingFrequency(entry.age);
     log("goes on");
     EXPECT_EQ(names().size(), entry.goesOn ? 1U : 2U) << entry.what;
     EXPECT_EQ(messagesIn(path).size(), entry.goesOn ? 2U : 1U) << entry.what;

@@ -37,6 +37,9 @@ TEST_F(Pressed, ActsOnTheReleaseOverItself) {
          {std::pair<WENButton_Time*, int>(&button, expected), {&menuButton, ofMenuButton}}) {
       presses = 0;
       pressed->setTapaction(action());
+      play(*pressed, "ed");
+      EXPECT_TRUE(pressed->isHighlighted());
+      play(*pressed, "xu");
       play(*pressed, events);
       EXPECT_EQ(presses, count) << events;
       EXPECT_FALSE(pressed->isHighlighted());
