@@ -4,9 +4,11 @@
 #include <unicode/dtfmtsym.h>
 #include <unicode/smpdtfmt.h>
 
+#include <cmath>
 #include <map>
 #include <optional>
 
+#include "Platform/Foundation/Time/DatePattern_p.h"
 #include "Platform/Foundation/Zones/IcuTimeZone_p.h"
 #include "Platform/Foundation/Zones/IcuTimeZoneFormat_p.h"
 
@@ -20,9 +22,9 @@ struct CompiledLocale {
     calendar.reset(icu::Calendar::createInstance(locale, status));
   }
 
-  icu::SimpleDateFormat* formatFor(std::string_view pattern) {
-    const auto found = formats.find(pattern);
-    if (found != formats.end()) return found->second.get();
+  DatePattern* patternFor(std::string_view pattern) {
+    const auto found = patterns.find(pattern);
+    if (found != patterns.end()) return &found->second;
     UErrorCode status = U_ZERO_ERROR;
     auto format = std::make_unique<icu::SimpleDateFormat>(icu::UnicodeString::fromUTF8(pattern),
                                                           locale, status);
@@ -32,15 +34,43 @@ struct CompiledLocale {
     if (U_FAILURE(status)) return nullptr;
     // The patterns of all clocks together are few; the bound is for a list that is edited all day.
     constexpr size_t MaximumKept = 128;
-    if (formats.size() >= MaximumKept) formats.clear();
-    return formats.emplace(pattern, std::move(format)).first->second.get();
+    if (patterns.size() >= MaximumKept) patterns.clear();
+    return &patterns.try_emplace(std::string(pattern), pattern, std::move(format)).first->second;
   }
+
+  /// Several patterns ask for one instant in a row.
+  void turnTo(const NSDate& date, const NSTimeZone& zone) {
+    if (moment && moment->date == date && moment->zone == zone) return;
+    const double wallClock =
+        std::floor(date.timeIntervalSince1970()) + zone.secondsFromGMTForDate(date);
+    moment = {date, zone, wallClock};
+  }
+
+  /// The calendar at the moment; it stays behind as long as only kept texts are asked for.
+  icu::Calendar& turnedCalendar() {
+    if (moment->isOnCalendar) return *calendar;
+    if (calendarZone != moment->zone) {
+      calendar->adoptTimeZone(std::make_unique<IcuTimeZone>(moment->zone).release());
+      calendarZone = moment->zone;
+    }
+    UErrorCode status = U_ZERO_ERROR;
+    calendar->setTime(moment->date.timeIntervalSince1970() * 1000, status);
+    moment->isOnCalendar = true;
+    return *calendar;
+  }
+
+  struct Moment {
+    NSDate date;
+    NSTimeZone zone;
+    double wallClock;  ///< The whole second that the zone's clocks show, as if they stood on UTC.
+    bool isOnCalendar = false;
+  };
 
   icu::Locale locale;
   std::unique_ptr<icu::Calendar> calendar;
   std::optional<NSTimeZone> calendarZone;
-  std::optional<double> calendarTime;
-  std::map<std::string, std::unique_ptr<icu::SimpleDateFormat>, std::less<>> formats;
+  std::optional<Moment> moment;
+  std::map<std::string, DatePattern, std::less<>> patterns;
 };
 
 /// The symbols of a compiled pattern are those of its locale's calendar: months have other names in
@@ -89,7 +119,6 @@ struct NSDateFormatter::Implementation {
   std::string pattern;
   std::string calendar = NSCalendar::currentCalendar().calendarIdentifier();
   std::shared_ptr<CompiledLocale> compiled;
-  icu::UnicodeString buffer;
 
   Implementation() { compile(); }
 
@@ -163,24 +192,10 @@ std::vector<std::string> NSDateFormatter::veryShortWeekdaySymbols() const {
 std::string NSDateFormatter::stringFromDate(const NSDate& date) {
   CompiledLocale& compiled = *implementation_->compiled;
   if (implementation_->pattern.empty() || !compiled.calendar) return {};
-  const icu::SimpleDateFormat* format = compiled.formatFor(implementation_->pattern);
-  if (format == nullptr) return {};
-
-  if (!compiled.calendarZone || !(*compiled.calendarZone == implementation_->zone)) {
-    compiled.calendar->adoptTimeZone(
-        std::make_unique<IcuTimeZone>(implementation_->zone).release());
-    compiled.calendarZone = implementation_->zone;
-    compiled.calendarTime.reset();
-  }
-  UErrorCode status = U_ZERO_ERROR;
-  if (compiled.calendarTime != date.timeIntervalSince1970()) {
-    compiled.calendar->setTime(date.timeIntervalSince1970() * 1000, status);
-    compiled.calendarTime = date.timeIntervalSince1970();
-  }
-  icu::UnicodeString& buffer = implementation_->buffer;
-  buffer.remove();
-  format->format(*compiled.calendar, buffer, nullptr, status);
-  std::string text;
-  buffer.toUTF8String(text);
-  return text;
+  DatePattern* pattern = compiled.patternFor(implementation_->pattern);
+  if (pattern == nullptr) return {};
+  compiled.turnTo(date, implementation_->zone);
+  const double wallClock = compiled.moment->wallClock;
+  if (const std::string* const kept = pattern->keptText(wallClock)) return *kept;
+  return pattern->text(compiled.turnedCalendar(), wallClock);
 }

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "Tests/Platform/Support/Files.h"
@@ -70,30 +71,43 @@ TEST(DateFormatter, ARuleBySettingHasOnlyItsOffset) {
   NSTimeZone::resetSystemTimeZone();
 }
 
-// Pattern, zone, locale and instant alternate on long-lived formatters that share what is compiled
-// for a locale: each text must be that of a fresh formatter.
+// Long-lived formatters share what is kept for a locale: each text must be that of a fresh one, as
+// instants follow each other in a zone and zones at an instant.
 TEST(KeptPatterns, GiveTheTextsOfFreshOnes) {
-  const std::vector<const char*> patterns = {"HH:mm:ss", "EEEE d MMMM y", "zzzz", "a h",
-                                             "HH:mm:ss"};
-  const std::vector<const char*> zones = {"UTC", "Asia/Kolkata", "America/New_York"};
-  const std::vector<const char*> locales = {"en_US", "de_DE", "th_TH", "ar_EG"};
-  const std::vector<NSDate> dates = {utc("2024-01-31 23:30:00"), utc("2024-07-01 00:30:00")};
-  NSDateFormatter first;
-  NSDateFormatter second;
-  for (size_t step = 0; step < 480; ++step) {
-    NSDateFormatter& formatter = step % 3 == 0 ? first : second;
-    // Strides without a common divisor, so that all of them meet.
-    const char* pattern = patterns[step % patterns.size()];
-    const char* zone = zones[step / 2 % zones.size()];
-    const char* locale = locales[step / 7 % locales.size()];
-    const NSDate& date = dates[step / 5 % dates.size()];
-    formatter.setDateFormat(pattern);
-    formatter.setTimeZone(zoneNamed(zone));
-    formatter.setLocale(NSLocale::localeWithLocaleIdentifier(locale));
-    const std::string text = formatter.stringFromDate(date);
+  // London's clocks show UTC in winter; Kolkata's were 5:53:28 ahead once, so that their minutes
+  // began within the world's.
+  const char* const zones[] = {"UTC", "Europe/London", "Asia/Kolkata", "America/New_York"};
+  const double seconds[] = {0, 0.75, 1, 2, 3.5, 60};
+  std::vector<std::pair<const char*, NSDate>> moments;
+  for (const char* date : {"2024-01-31 23:59:58", "2024-07-01 00:30:00", "1850-06-01 12:06:30"}) {
+    const auto add = [&](const char* zone, double later) {
+      moments.emplace_back(zone, utc(date).dateByAddingTimeInterval(later));
+    };
+    for (const char* zone : zones)
+      for (const double later : seconds)
+        add(zone, later);
+    for (const double later : seconds)
+      for (const char* zone : zones)
+        add(zone, later);
+  }
+  for (const char* locale : {"en_US", "de_DE", "th_TH", "ar_EG"}) {
+    NSDateFormatter first;
+    NSDateFormatter second;
+    first.setLocale(NSLocale::localeWithLocaleIdentifier(locale));
+    second.setLocale(NSLocale::localeWithLocaleIdentifier(locale));
     // In a locale of its own, so that nothing is shared.
     const std::string alone = std::string(locale) + "@calendar=gregorian;currency=EUR";
-    ASSERT_EQ(text, formatted(pattern, alone, zone, date)) << pattern << zone << locale << step;
+    for (const char* pattern : {"ss", "EEEE d MMMM y", "zzzz", "a h", "HH:mm", "HH 'ss' s",
+                                "mm 's' m ss", "HH:mm:ss", "SSS", "A", "'' m ''"}) {
+      first.setDateFormat(pattern);
+      second.setDateFormat(pattern);
+      for (const auto& [zone, date] : moments) {
+        first.setTimeZone(zoneNamed(zone));
+        const std::string fresh = formatted(pattern, alone, zone, date);
+        ASSERT_EQ(first.stringFromDate(date), fresh) << pattern << zone << date.description();
+        std::swap(first, second);
+      }
+    }
   }
 }
 
