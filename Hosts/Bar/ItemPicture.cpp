@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "Platform/AppKit/Drawing/CairoGraphicsContext.h"
 
@@ -32,25 +33,30 @@ bool ItemPicture::render(const NSMenuBarSlot& slot, const ItemPlace& place,
   DrawingList drawing = settledDrawing(slot, place.scale);
   const double width = std::ceil(std::clamp(slot.length(), 0.0, MaximumWidth));
   const double leftEdge = place.barWidth - RightMargin - width;
-  const bool isSame = !pixels_.empty() && place == place_ && leftEdge == leftEdge_ &&
-                      background == background_ && drawing == drawing_;
+  const bool isInPlace =
+      !pixels_.empty() && place == place_ && leftEdge == leftEdge_ && background == background_;
   changed_ = {};
-  if (isSame) return false;
+  if (isInPlace && drawing == drawing_) return false;
+  if (isInPlace) {
+    const auto exchanged = digits_.exchange(
+        drawing_, drawing, [this](const DrawingList& list) { return pictureOf(list); }, pixels_,
+        frame_.width);
+    if (exchanged) {
+      drawing_ = std::move(drawing);
+      changed_ = *exchanged;
+      return !changed_.isEmpty();
+    }
+  } else {
+    digits_.forget();
+  }
   place_ = place;
   leftEdge_ = leftEdge;
   drawing_ = std::move(drawing);
   background_ = background;
 
-  const std::vector<uint32_t> old = std::move(pixels_);
-  const PixelRect oldFrame = frame_;
-  // The selection is wider than the item on both sides.
-  const double selection = NSMenuBarSlot::SelectionMargin;
-  frame_.x = std::max(0, pixelsDown((leftEdge - selection) * place.scale, place.pixelGrid));
-  frame_.y = 0;
-  frame_.width = pixelsUp((leftEdge + width + selection) * place.scale - frame_.x, place.pixelGrid);
-  frame_.height = pixelsUp(static_cast<double>(background.size()), place.pixelGrid);
-  draw(background);
-  changed_ = frame_ == oldFrame
+  const PixelRect oldFrame = std::exchange(frame_, frameFor(width));
+  const std::vector<uint32_t> old = std::exchange(pixels_, pictureOf(drawing_));
+  changed_ = frame_ == oldFrame && old.size() == pixels_.size()
                  ? difference({old, frame_.width, frame_.height, frame_.width}, pixels())
                  : PixelRect{0, 0, frame_.width, frame_.height};
   return !changed_.isEmpty();
@@ -67,38 +73,29 @@ DrawingList ItemPicture::settledDrawing(const NSMenuBarSlot& slot, double scale)
   }
 }
 
-void ItemPicture::draw(const std::vector<uint32_t>& background) {
-  pixels_.assign(static_cast<size_t>(frame_.width) * static_cast<size_t>(frame_.height), 0);
-  for (size_t row = 0; row < background.size(); ++row) {
-    std::fill_n(pixels_.begin() + static_cast<ptrdiff_t>(row * static_cast<size_t>(frame_.width)),
-                frame_.width, background[row]);
+PixelRect ItemPicture::frameFor(double width) const {
+  // The selection is wider than the item on both sides.
+  const double selection = NSMenuBarSlot::SelectionMargin;
+  const int grid = place_.pixelGrid;
+  PixelRect frame;
+  frame.x = std::max(0, pixelsDown((leftEdge_ - selection) * place_.scale, grid));
+  frame.width = pixelsUp((leftEdge_ + width + selection) * place_.scale - frame.x, grid);
+  frame.height = pixelsUp(static_cast<double>(background_.size()), grid);
+  return frame;
+}
+
+std::vector<uint32_t> ItemPicture::pictureOf(const DrawingList& drawing) const {
+  const auto width = static_cast<size_t>(frame_.width);
+  std::vector<uint32_t> pixels(width * static_cast<size_t>(frame_.height));
+  for (size_t row = 0; row < background_.size(); ++row) {
+    std::fill_n(pixels.begin() + static_cast<ptrdiff_t>(row * width), width, background_[row]);
   }
-  if (frame_.width == 0) return;
-  BitmapSurface surface(pixels_.data(), frame_.width, static_cast<int>(background.size()),
+  if (frame_.width == 0) return pixels;
+  BitmapSurface surface(pixels.data(), frame_.width, static_cast<int>(background_.size()),
                         place_.scale);
   // The item's own pixels begin on a whole one, wherever its points would lie.
   const double left = std::floor(leftEdge_ * place_.scale + Tolerance) - frame_.x;
   surface.context().translateBy({left / place_.scale, 0});
-  drawing_.drawIn(surface.context());
-}
-
-PixelRect ItemPicture::difference(const PixelPicture& before, const PixelPicture& after) {
-  if (before.pixels.size() != after.pixels.size()) return {0, 0, after.width, after.height};
-  PixelRect changed;
-  int right = 0;
-  for (int y = 0; y < after.height; ++y) {
-    const uint32_t* const a = before.row(y);
-    const uint32_t* const b = after.row(y);
-    const auto first = static_cast<int>(std::mismatch(a, a + after.width, b).first - a);
-    if (first == after.width) continue;
-    int last = after.width - 1;
-    while (a[last] == b[last])
-      --last;
-    if (changed.height == 0) changed = {first, y, 0, 0};
-    changed.x = std::min(changed.x, first);
-    right = std::max(right, last + 1);
-    changed.height = y + 1 - changed.y;
-  }
-  changed.width = right - changed.x;
-  return changed;
+  drawing.drawIn(surface.context());
+  return pixels;
 }

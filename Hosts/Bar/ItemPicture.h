@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "Hosts/Bar/DigitCells.h"
 #include "Hosts/Display/Display.h"
 #include "Platform/AppKit/Drawing/DrawingList.h"
 #include "Platform/SystemUIPlugin/NSMenuBarSlot.h"
@@ -43,8 +44,8 @@ class ItemPicture {
 
  private:
   static DrawingList settledDrawing(const NSMenuBarSlot& slot, double scale);
-  void draw(const std::vector<uint32_t>& background);
-  static PixelRect difference(const PixelPicture& before, const PixelPicture& after);
+  PixelRect frameFor(double width) const;
+  std::vector<uint32_t> pictureOf(const DrawingList& drawing) const;
 
   ItemPlace place_;
   DrawingList drawing_;
@@ -53,4 +54,5 @@ class ItemPicture {
   PixelRect frame_;
   PixelRect changed_;
   double leftEdge_ = 0;
+  DigitCells digits_;
 };

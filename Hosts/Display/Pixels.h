@@ -27,3 +27,11 @@ struct PixelPicture {
     return pixels.data() + static_cast<size_t>(y) * static_cast<size_t>(stride);
   }
 };
+
+/// The smallest rectangle around both; an empty one adds nothing.
+PixelRect united(const PixelRect& a, const PixelRect& b);
+bool intersect(const PixelRect& a, const PixelRect& b);
+
+/// The smallest rectangle around all pixels in which two pictures differ; all of the second if
+/// their sizes do.
+PixelRect difference(const PixelPicture& before, const PixelPicture& after);

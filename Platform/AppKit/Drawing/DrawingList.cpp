@@ -1,6 +1,10 @@
 #include "Platform/AppKit/Drawing/DrawingList.h"
 
+#include <algorithm>
 #include <cmath>
+#include <iterator>
+
+#include "Platform/AppKit/Text/TextLine_p.h"
 
 namespace {
 
@@ -10,6 +14,8 @@ struct Overloaded : Functions... {
 };
 template <typename... Functions>
 Overloaded(Functions...) -> Overloaded<Functions...>;
+
+bool isDigit(char character) { return character >= '0' && character <= '9'; }
 
 }  // namespace
 
@@ -47,6 +53,37 @@ std::string DrawingList::joinedText() const {
     if (const auto* text = std::get_if<Text>(&call)) joined += text->text;
   }
   return joined;
+}
+
+std::string DrawingList::digits() const {
+  std::string digits;
+  for (const Call& call : calls_) {
+    const auto* text = std::get_if<Text>(&call);
+    if (text == nullptr || !text->hasEvenFont()) continue;
+    std::ranges::copy_if(text->text, std::back_inserter(digits), isDigit);
+  }
+  return digits;
+}
+
+DrawingList DrawingList::withDigits(std::string_view digits) const {
+  DrawingList other = *this;
+  auto next = digits.begin();
+  for (Call& call : other.calls_) {
+    auto* text = std::get_if<Text>(&call);
+    if (text == nullptr || !text->hasEvenFont()) continue;
+    for (char& character : text->text) {
+      if (isDigit(character)) character = *next++;
+    }
+  }
+  return other;
+}
+
+bool DrawingList::hasEvenDigits() const {
+  return std::ranges::all_of(calls_, [this](const Call& call) {
+    const auto* text = std::get_if<Text>(&call);
+    return text == nullptr || !text->hasEvenFont() || std::ranges::none_of(text->text, isDigit) ||
+           hasExchangeableDigits(text->text, text->attributes.font, scale_);
+  });
 }
 
 void DrawingList::paintPath(const NSBezierPath& path) {

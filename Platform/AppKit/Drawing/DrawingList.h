@@ -24,6 +24,13 @@ class DrawingList : public NSGraphicsContext {
   /// All texts, joined in drawing order.
   std::string joinedText() const;
 
+  /// The digits 0 to 9 of all texts in fonts that have them equally wide, in drawing order.
+  std::string digits() const;
+  /// The same drawing with others in their places, as many as it has.
+  DrawingList withDigits(std::string_view digits) const;
+  /// Whether others in their places would move nothing indeed.
+  bool hasEvenDigits() const;
+
   friend bool operator==(const DrawingList& a, const DrawingList& b) {
     return a.calls_ == b.calls_;
   }
@@ -49,6 +56,7 @@ class DrawingList : public NSGraphicsContext {
     std::string text;
     NSPoint point;
     NSTextAttributes attributes;
+    bool hasEvenFont() const { return attributes.font.hasMonospacedNumbers(); }
     bool operator==(const Text&) const = default;
   };
   struct Picture {

@@ -31,9 +31,15 @@ class KeptLines {
   double scale() const { return scale_; }
 
   const ShapedLine& line(std::string_view text, const NSFont& font) {
-    if (!font.hasMonospacedNumbers()) return exactLine(text, font);
+    const ShapedLine* const line = lineOfPattern(text, font);
+    return line != nullptr ? *line : exactLine(text, font);
+  }
+
+  /// The kept line of all texts that differ in digits only. Null where these cannot be exchanged.
+  const ShapedLine* lineOfPattern(std::string_view text, const NSFont& font) {
+    if (!font.hasMonospacedNumbers()) return nullptr;
     const DigitGlyphs* digits = digitsOf(font);
-    if (digits == nullptr) return exactLine(text, font);
+    if (digits == nullptr) return nullptr;
     std::string pattern(text);
     for (char& character : pattern) {
       if (character >= '0' && character <= '9') character = '0';
@@ -44,9 +50,8 @@ class KeptLines {
       const bool hasDigits = shaped->findDigits(text, *digits);
       kept = &keep(pattern, font, hasDigits ? std::move(shaped) : nullptr);
     }
-    if (!kept->line) return exactLine(text, font);
-    kept->line->setDigits(text, *digits);
-    return *kept->line;
+    if (kept->line) kept->line->setDigits(text, *digits);
+    return kept->line.get();
   }
 
  private:
@@ -141,6 +146,10 @@ KeptLines& linesAt(double scale) {
 
 double textLineWidth(std::string_view text, const NSFont& font) {
   return linesAt(1).line(text, font).width();
+}
+
+bool hasExchangeableDigits(std::string_view text, const NSFont& font, double scale) {
+  return linesAt(scale).lineOfPattern(text, font) != nullptr;
 }
 
 namespace {

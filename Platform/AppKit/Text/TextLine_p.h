@@ -15,6 +15,10 @@ double textLineWidth(std::string_view text, const NSFont& font);
 /// with y downwards.
 void showTextLine(_cairo* cairo, std::string_view text, const NSFont& font);
 
+/// Whether the digits 0 to 9 of a line can be put for others there, at that many pixels a point,
+/// without anything else changing.
+bool hasExchangeableDigits(std::string_view text, const NSFont& font, double scale);
+
 /// The advance in points of the line that `showTextLine` shows: at its scale letters stand on other
 /// pixels than where they were measured.
 double shownTextLineWidth(_cairo* cairo, std::string_view text, const NSFont& font);
