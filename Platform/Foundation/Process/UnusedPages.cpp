@@ -7,6 +7,7 @@
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace {
@@ -18,16 +19,24 @@ struct Mapping {
   bool isUntouched = true;  ///< No page of it is the process's own.
 };
 
+bool tellsOwnPages(std::string_view line) {
+  return line.starts_with("Anonymous:") || line.starts_with("Private_Dirty:") ||
+         line.starts_with("Shared_Dirty:");
+}
+
 /// The mappings as the kernel tells them: a line with the range, the rights, the file, and below it
 /// lines with amounts.
 std::vector<Mapping> mappings() {
   std::vector<Mapping> all;
   std::ifstream smaps("/proc/self/smaps");
   for (std::string line; std::getline(smaps, line);) {
+    const bool isRange = line.find(' ') < line.find(':');
+    // Thousands of lines tell other amounts.
+    if (!isRange && !tellsOwnPages(line)) continue;
     std::istringstream words(line);
     std::string first;
     words >> first;
-    if (!first.ends_with(':')) {
+    if (isRange) {
       Mapping mapping;
       char dash = 0;
       std::string rights;
@@ -39,7 +48,7 @@ std::vector<Mapping> mappings() {
       words >> rights >> offset >> device >> inode;
       mapping.isReadOnlyFile = inode != 0 && rights.find('w') == std::string::npos;
       all.push_back(mapping);
-    } else if (first == "Anonymous:" || first == "Private_Dirty:" || first == "Shared_Dirty:") {
+    } else {
       uint64_t kilobytes = 0;
       words >> kilobytes;
       if (kilobytes > 0 && !all.empty()) all.back().isUntouched = false;
