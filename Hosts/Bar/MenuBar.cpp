@@ -141,7 +141,7 @@ void MenuBar::requestUpdate() {
 }
 
 void MenuBar::frameReady() {
-  if (!surface_ || surface_->width() <= 0) return;
+  if (!surface_ || surface_->width() <= 0 || slot_.isStarting()) return;
   isDrawing_ = true;
   // A clock without seconds draws the same for most of its ticks: that need not wake the display.
   const bool hasChanged = picture_.render(

@@ -30,6 +30,9 @@ class NSMenuBarSlot : public NSObject, public NSMenuExtraSlot {
   void setExtra(std::shared_ptr<NSMenuExtra> extra) { extra_ = std::move(extra); }
   const std::shared_ptr<NSMenuExtra>& extra() const { return extra_; }
 
+  /// An extra has been made and has not started: what it draws and how wide it is means nothing.
+  bool isStarting() const { return startingLength_.has_value(); }
+
   double length() const { return length_; }
   void setMenuDown(bool isDown);
 
