@@ -6,7 +6,7 @@
 #include <algorithm>
 
 #include "Targets/VelmoraTime/Classes/ClockElements.h"
-#include "Tests/Targets/CaseTable.h"
+#include "Tests/Platform/Support/CaseTable.h"
 #include "Tests/Targets/SourceTexts.h"
 
 namespace {
@@ -14,7 +14,7 @@ namespace {
 /// Text in the code → the test that covers it, as "Suite, Name", or "- " and why there is none.
 std::multimap<std::string, std::string> listedNames() {
   std::multimap<std::string, std::string> names;
-  for (const auto& [name, test] : casesIn<std::string, std::string>("names.txt"))
+  for (const auto& [name, test] : casesIn<std::string, std::string>("Targets/names.txt"))
     names.emplace(name, test);
   return names;
 }
@@ -24,7 +24,7 @@ std::set<std::string> elementsWithCases() {
   std::set<std::string> elements;
   for (const auto& [element, inDateString, inBar, inCity] :
        casesIn<std::string, std::string, std::string, std::string>(
-           "VelmoraTime/Cases/elements.txt"))
+           "Targets/VelmoraTime/Cases/elements.txt"))
     elements.insert(element);
   return elements;
 }

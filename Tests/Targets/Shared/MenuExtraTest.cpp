@@ -10,8 +10,8 @@
 #include "Shared/External/Logging/DDLog.h"
 #include "Targets/Shared/Dropdown/ZEVMenuItemUtilities.h"
 #include "Targets/Shared/ZEVPreferences.h"
+#include "Tests/Platform/Support/CaseTable.h"
 #include "Tests/Support/TestEnvironment.h"
-#include "Tests/Targets/CaseTable.h"
 #include "Tests/Targets/Shared/FakeExtra.h"
 
 namespace {
@@ -251,7 +251,7 @@ TEST_F(MenuExtra, DatabasesLieInTheUsersDataFolder) {
 
 TEST(Module, CollectorsWorkAtTheirFrequency) {
   for (const auto& [sequence, low, normal, high, unknown] :
-       casesIn<int64_t, bool, bool, bool, bool>("Shared/Cases/collector-frequencies.txt")) {
+       casesIn<int64_t, bool, bool, bool, bool>("Targets/Shared/Cases/collector-frequencies.txt")) {
     const bool expected[] = {low, normal, high, unknown};
     for (int frequency = 0; frequency <= 3; ++frequency) {
       ZEVSetIntegerForKey("TimerFrequency", frequency);

@@ -7,7 +7,7 @@
 #include "Platform/Foundation/Settings/CFPreferences.h"
 #include "Targets/Shared/ZEVColorText.h"
 #include "Targets/Shared/ZEVPreferences.h"
-#include "Tests/Targets/CaseTable.h"
+#include "Tests/Platform/Support/CaseTable.h"
 #include "Tests/Targets/Shared/FakeExtra.h"
 
 namespace {
@@ -169,7 +169,7 @@ TEST_F(TextAttributes, AShadowWithoutStrengthIsNone) {
 
 TEST_F(TextAttributes, FollowTheBar) {
   for (const auto& [isDark, hasContrast, isSelected, color] :
-       casesIn<bool, bool, bool, std::string>("Shared/Cases/text-colors.txt")) {
+       casesIn<bool, bool, bool, std::string>("Targets/Shared/Cases/text-colors.txt")) {
     ZEVPreferences_Time::cleanup();
     setPreferenceOverride("AppleInterfaceStyle", isDark ? "Dark" : "", ".GlobalPreferences");
     setPreferenceOverride("increaseContrast", hasContrast, "com.apple.universalaccess");

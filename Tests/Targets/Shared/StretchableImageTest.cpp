@@ -9,7 +9,7 @@
 #include "Platform/AppKit/Drawing/CairoGraphicsContext.h"
 #include "Shared/Extensions/WENImage.h"
 #include "Targets/Shared/ZEVImageCache.h"
-#include "Tests/Targets/CaseTable.h"
+#include "Tests/Platform/Support/CaseTable.h"
 
 namespace {
 
@@ -78,7 +78,7 @@ TEST_F(StretchableImage, NinePartsMeetBetweenPixelsAtEveryScale) {
   EXPECT_EQ(item->parts()[7], nullptr);
   const auto nine = cache.imageWithInset("cells", CellSize, CellSize, CellSize, CellSize);
   for (const auto& [scale, across, down] :
-       casesIn<double, std::string, std::string>("Shared/Cases/nine-parts.txt")) {
+       casesIn<double, std::string, std::string>("Targets/Shared/Cases/nine-parts.txt")) {
     BitmapSurface surface({20, 15}, scale);
     {
       const NSCurrentGraphicsContext current(surface.context());
