@@ -88,6 +88,11 @@ TEST_F(MenuExtra, ACombinedMenuShowsTheListedModules) {
   const auto observation = NSNotificationCenter::defaultCenter().addObserver(
       "ZEVMenuStateChanged", [&](const NSNotification&) { ++changes; });
   extra->menuWillOpen(*menu);
+  const auto still = createTextMenuItem("still", 237, 15, true);
+  still->view()->setHighlightable(false);
+  menu->addItem(still);
+  extra->menuWillHighlightItem(*menu, still.get());
+  EXPECT_FALSE(still->view()->menuItemHighlighted());
   extra->menuWillHighlightItem(*menu, module(1).row.get());
   EXPECT_TRUE(module(1).row->view()->menuItemHighlighted());
   extra->menuDidClose(*menu);

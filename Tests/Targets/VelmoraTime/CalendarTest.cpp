@@ -5,7 +5,9 @@
 
 #include <algorithm>
 #include <map>
+#include <sstream>
 
+#include "Platform/AppKit/Drawing/RecordingGraphicsContext.h"
 #include "Platform/Foundation/Settings/CFPreferences.h"
 #include "Platform/Foundation/Zones/NSTimeZone.h"
 #include "Targets/Shared/ZEVPreferences.h"
@@ -181,6 +183,20 @@ TEST_F(Month, MovesByMonthsAndYearsAndBackToToday) {
   time.clock.setTimeIntervalSince1970(utc(2026, 12, 1, 5, 1));
   grid->updateDate();
   EXPECT_EQ(grid->title(), "December 2026");
+}
+
+TEST_F(Month, DrawsItsMarksOnTodayAndTheSelectedDay) {
+  const EnvironmentVariable pictures("VELMORA_SUPPORT_DIR", VELMORA_SOURCE_DIR "/Resources");
+  press(utc(2026, 11, 19));
+  RecordingGraphicsContext context;
+  const NSCurrentGraphicsContext current(context);
+  grid->displayRect(grid->bounds());
+  std::ostringstream marks;
+  for (const auto& record : context.records()) {
+    if (record.name.ends_with("-selected") || record.name.ends_with("-today-light"))
+      marks << record.name << " " << record.rect.origin.x << " " << record.rect.origin.y << " ";
+  }
+  EXPECT_EQ(marks.str(), "stats-calendar-selected 160 118 stats-calendar-today-light 240 118 ");
 }
 
 // Python's isocalendar; for weeks from Sunday on, the week of January 1 is the first.

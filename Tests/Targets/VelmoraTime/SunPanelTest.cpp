@@ -92,7 +92,8 @@ TEST_F(CitySubmenu, IsReadAloudAsATable) {
       << all;
   for (const char* part :
        {"   row Sunrise\n    cell 114.4º\n    cell 6:23\n", "   row Moonrise\n    cell \n    cell ",
-        "   text 10 hours and 7 minutes of daylight\n   text 1 minute less than yesterday\n"})
+        "   text 10 hours and 7 minutes of daylight\n   text 1 minute less than yesterday\n"
+        "   row Current Altitude\n"})
     EXPECT_NE(all.find(part), std::string::npos) << part << all;
 }
 
