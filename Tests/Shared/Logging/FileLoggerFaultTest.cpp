@@ -212,22 +212,17 @@ TEST_F(FileLoggerFault, AFullDiskCostsLinesAndNothingElse) {
 
 TEST_F(FileLoggerFault, AFolderThatTakesNoFileHoldsNobodyUp) {
   writeFile(folder, "x");
-  const struct {
-    fs::path folder;
-    const char* words;
-  } cases[] = {
-      {folder / "Logs", "DDLogFileManagerDefault: Error creating logsDirectory: "},
-      {"/proc/self/fdinfo", "DDLogFileManagerDefault: Error creating a log file: "},
-  };
-  for (const auto& entry : cases) {
+  for (const auto& [unfit, words] :
+       {std::pair{folder / "Logs", "DDLogFileManagerDefault: Error creating logsDirectory: "},
+        {"/proc/self/fdinfo", "DDLogFileManagerDefault: Error creating a log file: "}}) {
     testing::internal::CaptureStderr();
-    manager = std::make_shared<DDLogFileManagerDefault_Time>(entry.folder.string());
+    manager = std::make_shared<DDLogFileManagerDefault_Time>(unfit.string());
     startLogging();
     for (int line = 0; line < 5000; ++line)
       DDLogLine("lost");
     stopLogging();
     const std::string errors = testing::internal::GetCapturedStderr();
-    EXPECT_EQ(countOf(errors, entry.words), 1) << errors;
+    EXPECT_EQ(countOf(errors, words), 1) << errors;
     EXPECT_EQ(countOf(errors, "\n"), 1) << errors;
   }
 }
