@@ -80,11 +80,8 @@ TEST(CalendarLeafPlace, RoundsThePicturesButNotTheHead) {
 }
 
 TEST(CalendarLeafDay, IsWhiteOnADarkBarAndUnderAnOpenMenu) {
-  struct Case {
-    bool isDark, isMenuDown, isWhite;
-  };
   for (const auto& [isDark, isMenuDown, isWhite] :
-       {Case{false, false, false}, {false, true, true}, {true, false, true}}) {
+       {std::tuple{false, false, false}, {false, true, true}, {true, false, true}}) {
     VelmoraTimeMenuExtraView view;
     view.loadConfig();
     view.setIsMenuDown(isMenuDown);
