@@ -23,7 +23,6 @@ struct Case {
 };
 
 Case same(const PropertyList& value, const char* stored) { return {value, stored, value}; }
-
 class Values : public DatabaseFixture {};
 
 TEST_F(Values, AreStoredAndComeBack) {

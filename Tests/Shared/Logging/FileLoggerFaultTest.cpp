@@ -11,7 +11,6 @@
 #include <limits>
 #include <thread>
 
-#include "Platform/Foundation/Text/NSString.h"
 #include "Tests/Shared/Logging/LogFolder.h"
 #include "Tests/Support/ChildProcess.h"
 
@@ -92,11 +91,7 @@ TEST_F(FileLoggerFault, FilesTakenAwayUnderLoadLoseNothingBehindThem) {
     fstat(descriptor, &status);
     return status.st_size;
   };
-  struct Taken {
-    int descriptor;
-    off_t size;
-  };
-  std::vector<Taken> taken;
+  std::vector<std::pair<int, off_t>> taken;
   const fs::path path = pathOf(First);
   for (int round = 0; round < 20; ++round) {
     int descriptor = -1;
@@ -107,7 +102,7 @@ TEST_F(FileLoggerFault, FilesTakenAwayUnderLoadLoseNothingBehindThem) {
     } else {
       fs::rename(path, folder / ("taken " + std::to_string(round)));
     }
-    taken.push_back({descriptor, sizeOf(descriptor)});
+    taken.emplace_back(descriptor, sizeOf(descriptor));
     DDLogLine(std::to_string(Threads) + " " + std::to_string(round));  // That there be a next line.
   }
   for (std::thread& thread : threads)
@@ -120,10 +115,10 @@ TEST_F(FileLoggerFault, FilesTakenAwayUnderLoadLoseNothingBehindThem) {
       ASSERT_EQ(message, std::to_string(thread) + " " + std::to_string(next.at(thread)++));
     }
   };
-  for (const Taken& file : taken) {
-    EXPECT_LE(sizeOf(file.descriptor) - file.size, OneWrite);
-    expectInOrder("/proc/self/fd/" + std::to_string(file.descriptor));
-    close(file.descriptor);
+  for (const auto& [descriptor, size] : taken) {
+    EXPECT_LE(sizeOf(descriptor) - size, OneWrite);
+    expectInOrder("/proc/self/fd/" + std::to_string(descriptor));
+    close(descriptor);
   }
   auto infos = manager->sortedLogFileInfos();
   std::ranges::reverse(infos);

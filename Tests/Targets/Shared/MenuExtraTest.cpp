@@ -103,12 +103,9 @@ TEST_F(MenuExtra, ACombinedMenuShowsTheListedModules) {
   EXPECT_EQ(extra->menu(), nullptr);
 }
 
-struct Failure {
-  const char* event;
-  const char* stage;
-  bool isStandard;
-};
-
+/// The event in which a module fails, the stage that is told, and whether the exception is a
+/// standard one.
+using Failure = std::tuple<const char*, const char*, bool>;
 class FailingStart : public MenuExtra, public testing::WithParamInterface<Failure> {};
 
 TEST_P(FailingStart, CollapsesTheItemAndTellsTheStage) {

@@ -1,6 +1,5 @@
 #include "Targets/VelmoraTime/Classes/MoonMath.h"
 
-#include <array>
 #include <cmath>
 
 #include "Targets/VelmoraTime/Classes/JulianDate.h"
@@ -64,11 +63,11 @@ struct Sky {
   double distance = 0;
 };
 
-Sky skyOf(std::array<int32_t, 5> moment, int32_t zoneMinutes = 0, double longitude = 0,
+/// At a year, month, day, hour and minute.
+Sky skyOf(const std::vector<int32_t>& t, int32_t zoneMinutes = 0, double longitude = 0,
           double latitude = 0) {
   Sky sky;
-  const auto& [year, month, day, hour, minute] = moment;
-  fetchMoonSkyData(year, month, day, hour, minute, zoneMinutes, sky.azimuth, sky.altitude,
+  fetchMoonSkyData(t[0], t[1], t[2], t[3], t[4], zoneMinutes, sky.azimuth, sky.altitude,
                    sky.distance, longitude, latitude);
   return sky;
 }
@@ -77,7 +76,7 @@ TEST(MoonSky, AgreesWithAnIndependentCalculation) {
   for (const auto& [moment, azimuth, altitude, distance] :
        casesOf<std::vector<int32_t>, double, double, double>("moon sky")) {
     SCOPED_TRACE(moment[0]);
-    const Sky sky = skyOf({moment[0], moment[1], moment[2], moment[3], moment[4]});
+    const Sky sky = skyOf(moment);
     EXPECT_NEAR(sky.azimuth, azimuth, 0.02);
     EXPECT_NEAR(sky.altitude, altitude, 0.02);
     EXPECT_NEAR(sky.distance, distance, 12);

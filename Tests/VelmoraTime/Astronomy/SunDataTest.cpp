@@ -37,7 +37,8 @@ TEST_F(SunRecord, EventsAgreeWithAnIndependentCalculation) {
 TEST_F(SunRecord, HasWhatElseIsKnownOfADay) {
   for (const auto& [place, date, key, value, tolerance] :
        casesOf<std::string, std::string, std::string, double, double>("sun records"))
-    EXPECT_NEAR(recordOf(place, date).at(key), value, tolerance) << place << " " << date << " " << key;
+    EXPECT_NEAR(recordOf(place, date).at(key), value, tolerance)
+        << place << " " << date << " " << key;
 }
 
 TEST_F(SunRecord, NoonAndLengthOfAnOrdinaryDay) {
