@@ -68,10 +68,8 @@ TEST(Settings, TellARunningClockWhatToRebuild) {
       return seen.size() >= count;
     });
   };
-  struct Case {
-    const char* key;
-    const char* resetKey;  ///< Empty: a redraw is enough.
-  };
+  // An empty one: a redraw is enough.
+  using Case = std::pair<const char*, const char*>;
   const Case cases[] = {{"Time_TextSize", "text"},
                         {"Time_CalendarEnabled", "calendar"},
                         {"Time_Cities", "cities"},

@@ -105,7 +105,6 @@ Json eventsCommand(const Arguments& arguments) {
     if (!day) throw UsageError("--select: '" + *text + "' is no day; write one such as 2026-11-21");
     month->setSelectedDay(*day);
   }
-  arguments.required(CalendarFolderOption.name);
   useCalendars(arguments, arguments.values("--me"));
   const auto collector = CalendarStatCollector::sharedCalendarCollector();
   collector->setEnabled(true);

@@ -6,12 +6,12 @@
 
 #include "Platform/AppKit/Menus/MenuTracker.h"
 #include "Platform/AppKit/Views/NSTextField.h"
-#include "Tests/Platform/Support/Table.h"
+#include "Tests/Platform/Support/CaseTable.h"
 #include "Tests/Platform/Support/VirtualTime.h"
 
 namespace {
 
-constexpr auto Table = "Platform/AppKit/MenuTrackerTests.tsv";
+constexpr auto Table = "Platform/AppKit/MenuTrackerTests.txt";
 
 class Button : public NSView {
  public:
@@ -195,7 +195,7 @@ class MenuTrackerTest : public testing::Test, private MenuScreen, private NSMenu
 };
 
 TEST_F(MenuTrackerTest, FollowsThePointer) {
-  for (const auto& [steps, expected] : tableRows<2>(Table, "pointer")) {
+  for (const auto& [steps, expected] : casesIn<std::string, std::string>(Table, "pointer")) {
     EXPECT_EQ(after(steps), expected) << steps;
     tracker_.close();
   }
@@ -204,7 +204,7 @@ TEST_F(MenuTrackerTest, FollowsThePointer) {
 }
 
 TEST_F(MenuTrackerTest, FollowsTheKeyboard) {
-  for (const auto& [steps, expected] : tableRows<2>(Table, "keyboard")) {
+  for (const auto& [steps, expected] : casesIn<std::string, std::string>(Table, "keyboard")) {
     EXPECT_EQ(after(steps, MenuOpening::Request), expected) << steps;
     tracker_.close();
   }
@@ -215,7 +215,7 @@ TEST_F(MenuTrackerTest, FollowsTheKeyboard) {
 }
 
 TEST_F(MenuTrackerTest, FollowsAFinger) {
-  for (const auto& [steps, expected] : tableRows<2>(Table, "touch")) {
+  for (const auto& [steps, expected] : casesIn<std::string, std::string>(Table, "touch")) {
     EXPECT_EQ(after(steps), expected) << steps;
     tracker_.close();
   }

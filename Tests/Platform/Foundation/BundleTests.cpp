@@ -6,20 +6,20 @@
 
 #include "Platform/Foundation/Files/NSBundle.h"
 #include "Platform/Foundation/Files/NSPathUtilities.h"
-#include "Platform/Foundation/Text/NSString.h"
 #include "Platform/Foundation/Text/StringsFile.h"
+#include "Tests/Platform/Support/CaseTable.h"
 #include "Tests/Platform/Support/Files.h"
-#include "Tests/Platform/Support/Table.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 
-constexpr auto Table = "Platform/Foundation/BundleTests.tsv";
+constexpr auto Table = "Platform/Foundation/BundleTests.txt";
 
 TEST(Paths, FollowTheBaseDirectories) {
   const EnvironmentVariable home("HOME", "/homes/ada");
-  for (const auto& [variable, path, byDefault, bySetting] : tableRows<4>(Table, "paths")) {
+  for (const auto& [variable, path, byDefault, bySetting] :
+       casesIn<std::string, std::string, std::string, std::string>(Table, "paths")) {
     {
       const EnvironmentVariable setting(variable, "/elsewhere");
       EXPECT_EQ(resolvedPath(path), bySetting);
@@ -81,10 +81,8 @@ TEST_F(Bundle, ListsItsLanguagesAndTheirFiles) {
 TEST(Localizations, AreOrderedByPreference) {
   using Names = std::vector<std::string>;
   const Names available = {"de", "en", "pt", "pt_BR", "pt_PT"};
-  for (const auto& [wanted, expected] : tableRows<2>(Table, "languages")) {
-    const auto names = wanted.empty() ? Names() : componentsSeparatedByString(wanted, " ");
-    EXPECT_EQ(NSBundle::preferredLocalizationsFromArray(available, names),
-              componentsSeparatedByString(expected, " "));
+  for (const auto& [wanted, expected] : casesIn<Names, Names>(Table, "languages")) {
+    EXPECT_EQ(NSBundle::preferredLocalizationsFromArray(available, wanted), expected);
   }
   EXPECT_EQ(NSBundle::preferredLocalizationsFromArray({"fr", "it"}, {"ja"}), (Names{"fr"}));
   EXPECT_TRUE(NSBundle::preferredLocalizationsFromArray({}, {"ja"}).empty());
@@ -110,7 +108,7 @@ TEST(StringsTable, ReadsTextsCommentsAndEscapes) {
 }
 
 TEST(StringsTable, GivesNothingForAnythingElse) {
-  for (const auto& [text] : tableRows<1>(Table, "no strings"))
+  for (const auto& [text] : casesIn<std::string>(Table, "no strings"))
     EXPECT_FALSE(stringsTableFromText(text).has_value()) << text;
 }
 

@@ -7,35 +7,36 @@
 
 #include "Platform/Foundation/Text/NSLocale.h"
 #include "Platform/Foundation/Text/NSString.h"
+#include "Tests/Platform/Support/CaseTable.h"
 #include "Tests/Platform/Support/Files.h"
-#include "Tests/Platform/Support/Table.h"
 
 namespace {
 
-constexpr auto Table = "Platform/Foundation/CalendarTests.tsv";
+constexpr auto Table = "Platform/Foundation/CalendarTests.txt";
 
 TEST(Calendar, WeeksAtTheTurnsOfYears) {
   NSCalendar calendar = NSCalendar::gregorianCalendar();
-  for (const auto& [date, iso, american] : tableRows<3>(Table, "weeks")) {
+  for (const auto& [date, iso, american] : casesIn<std::string, int, int>(Table, "weeks")) {
     const NSDate noon = utc(date + " 12:00:00");
     calendar.setFirstWeekday(2);
     calendar.setMinimumDaysInFirstWeek(4);
-    EXPECT_EQ(calendar.component(NSCalendarUnitWeekOfYear, noon), std::stoi(iso)) << date;
+    EXPECT_EQ(calendar.component(NSCalendarUnitWeekOfYear, noon), iso) << date;
     calendar.setFirstWeekday(1);
     calendar.setMinimumDaysInFirstWeek(1);
-    EXPECT_EQ(calendar.component(NSCalendarUnitWeekOfYear, noon), std::stoi(american)) << date;
+    EXPECT_EQ(calendar.component(NSCalendarUnitWeekOfYear, noon), american) << date;
   }
 }
 
 TEST(Calendar, TheLocaleDecidesTheWeek) {
   const NSDate newYear = utc("2021-01-01 12:00:00");
-  for (const auto& [locale, firstWeekday, days, week] : tableRows<4>(Table, "locales")) {
+  for (const auto& [locale, firstWeekday, days, week] :
+       casesIn<std::string, int, int, int>(Table, "locales")) {
     NSLocale::setCurrentLocale(locale);
     const NSCalendar calendar = NSCalendar::currentCalendar();
-    EXPECT_EQ(calendar.firstWeekday(), std::stoi(firstWeekday)) << locale;
-    EXPECT_EQ(NSLocale::currentLocale().firstWeekday(), std::stoi(firstWeekday)) << locale;
-    EXPECT_EQ(calendar.minimumDaysInFirstWeek(), std::stoi(days)) << locale;
-    EXPECT_EQ(calendar.component(NSCalendarUnitWeekOfYear, newYear), std::stoi(week)) << locale;
+    EXPECT_EQ(calendar.firstWeekday(), firstWeekday) << locale;
+    EXPECT_EQ(NSLocale::currentLocale().firstWeekday(), firstWeekday) << locale;
+    EXPECT_EQ(calendar.minimumDaysInFirstWeek(), days) << locale;
+    EXPECT_EQ(calendar.component(NSCalendarUnitWeekOfYear, newYear), week) << locale;
   }
 }
 
@@ -77,11 +78,11 @@ TEST(Calendar, SplitsAnInstant) {
 TEST(Calendar, MakesInstantsOfPartsAndAddsThem) {
   NSCalendar calendar = NSCalendar::gregorianCalendar();
   calendar.setTimeZone(*NSTimeZone::timeZoneWithName("Europe/Berlin"));
-  for (const auto& [parts, moment] : tableRows<2>(Table, "moments"))
-    EXPECT_EQ(calendar.dateFromComponents(componentsOf(parts)), utc(moment)) << parts;
+  for (const auto& [parts, moment] : casesIn<std::string, NSDate>(Table, "moments"))
+    EXPECT_EQ(calendar.dateFromComponents(componentsOf(parts)), moment) << parts;
   const NSDate date = utc("2024-01-31 12:00:00");
-  for (const auto& [amount, from, to] : tableRows<3>(Table, "sums")) {
-    EXPECT_EQ(calendar.dateByAddingComponents(componentsOf(amount), utc(from)), utc(to)) << amount;
+  for (const auto& [amount, from, to] : casesIn<std::string, NSDate, NSDate>(Table, "sums")) {
+    EXPECT_EQ(calendar.dateByAddingComponents(componentsOf(amount), from), to) << amount;
   }
   EXPECT_EQ(calendar.dateByAddingComponents({}, date), date);
   EXPECT_THROW(calendar.dateFromComponents({.year = int64_t{1} << 32}), std::out_of_range);
@@ -104,12 +105,12 @@ TEST(Calendar, FollowsTheSystemsZoneAfterAReset) {
 TEST(Calendar, TheUsersOwnNeedNotBeGregorian) {
   const NSDate date = utc("2024-07-05 09:00:00");
   const NSCalendar updating = NSCalendar::autoupdatingCurrentCalendar();
-  for (const auto& [locale, year, month] : tableRows<3>(Table, "calendars")) {
+  for (const auto& [locale, year, month] : casesIn<std::string, int, int>(Table, "calendars")) {
     NSLocale::setCurrentLocale(locale);
     const NSCalendar own = NSCalendar::currentCalendar();
-    EXPECT_EQ(own.component(NSCalendarUnitYear, date), std::stoi(year)) << locale;
-    EXPECT_EQ(own.component(NSCalendarUnitMonth, date), std::stoi(month)) << locale;
-    EXPECT_EQ(updating.component(NSCalendarUnitYear, date), std::stoi(year)) << locale;
+    EXPECT_EQ(own.component(NSCalendarUnitYear, date), year) << locale;
+    EXPECT_EQ(own.component(NSCalendarUnitMonth, date), month) << locale;
+    EXPECT_EQ(updating.component(NSCalendarUnitYear, date), year) << locale;
     EXPECT_EQ(updating.firstWeekday(), own.firstWeekday()) << locale;
     EXPECT_EQ(NSCalendar::gregorianCalendar().component(NSCalendarUnitYear, date), 2024) << locale;
   }

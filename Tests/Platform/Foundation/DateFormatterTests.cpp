@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "Tests/Platform/Support/CaseTable.h"
 #include "Tests/Platform/Support/Files.h"
-#include "Tests/Platform/Support/Table.h"
 
 namespace {
 
@@ -25,13 +25,14 @@ std::string formatted(std::string_view pattern, std::string_view locale, std::st
   return formatter.stringFromDate(date);
 }
 
-constexpr auto Table = "Platform/Foundation/DateFormatterTests.tsv";
+constexpr auto Table = "Platform/Foundation/DateFormatterTests.txt";
 
 class FormattedDates : public testing::TestWithParam<const char*> {};
 
 TEST_P(FormattedDates, AreThoseOfTheTable) {
   for (const auto& [current, locale, zone, moment, pattern, text] :
-       tableRows<6>(Table, GetParam())) {
+       casesIn<std::string, std::string, std::string, std::string, std::string, std::string>(
+           Table, GetParam())) {
     EXPECT_EQ(formatted(pattern, locale, zone, utc(moment), current), text)
         << pattern << " in " << zone << " at " << moment << " for " << current;
   }
@@ -50,11 +51,12 @@ TEST(DateFormatter, CountsByACalendarThatIsSet) {
 }
 
 TEST(DateFormatter, StylesAreTheLanguagesPatterns) {
-  for (const auto& [locale, date, time, pattern] : tableRows<4>(Table, "styles")) {
+  for (const auto& [locale, date, time, pattern] :
+       casesIn<std::string, int, int, std::string>(Table, "styles")) {
     NSDateFormatter formatter;
     formatter.setLocale(NSLocale::localeWithLocaleIdentifier(locale));
-    formatter.setDateStyle(static_cast<NSDateFormatterStyle>(std::stoi(date)));
-    formatter.setTimeStyle(static_cast<NSDateFormatterStyle>(std::stoi(time)));
+    formatter.setDateStyle(static_cast<NSDateFormatterStyle>(date));
+    formatter.setTimeStyle(static_cast<NSDateFormatterStyle>(time));
     EXPECT_EQ(formatter.dateFormat(), pattern) << locale << " " << date << " " << time;
   }
 }

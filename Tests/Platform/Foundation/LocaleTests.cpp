@@ -3,16 +3,17 @@
 #include <gtest/gtest.h>
 
 #include "Platform/Foundation/Settings/NSUserDefaults.h"
+#include "Tests/Platform/Support/CaseTable.h"
 #include "Tests/Platform/Support/Files.h"
-#include "Tests/Platform/Support/Table.h"
 
 namespace {
 
-constexpr auto Table = "Platform/Foundation/LocaleTests.tsv";
+constexpr auto Table = "Platform/Foundation/LocaleTests.txt";
 
 // POSIX: LC_ALL counts before the category, that before LANG; an empty variable counts as unset.
 TEST(Locale, VariablesHaveTheirRank) {
-  for (const auto& [lang, time, all, identifier] : tableRows<4>(Table, "rank")) {
+  for (const auto& [lang, time, all, identifier] :
+       casesIn<std::string, std::string, std::string, std::string>(Table, "rank")) {
     const EnvironmentVariable variables[] = {{"LANG", lang}, {"LC_TIME", time}, {"LC_ALL", all}};
     EXPECT_EQ(NSLocale::currentLocale().identifier(), identifier) << lang << time << all;
     NSLocale::setCurrentLocale("th_TH");
@@ -26,7 +27,7 @@ TEST(Locale, VariablesHaveTheirRank) {
 
 // However long or wild the variable is.
 TEST(Locale, IsAlwaysOneThatHasTexts) {
-  auto rows = tableRows<2>(Table, "environment");
+  auto rows = casesIn<std::string, std::string>(Table, "environment");
   rows.push_back({std::string(200'000, 'a'), "en"});
   rows.push_back({"de_" + std::string(200'000, 'X'), "en"});
   for (const auto& [value, identifier] : rows) {
@@ -35,7 +36,7 @@ TEST(Locale, IsAlwaysOneThatHasTexts) {
   }
   EXPECT_EQ(localeIdentifierFromEnvironment(""), "en_US_POSIX");
   EXPECT_EQ(localeIdentifierFromEnvironment("be@latin"), "be_Latn");
-  for (const auto& [setting, identifier] : tableRows<2>(Table, "setting"))
+  for (const auto& [setting, identifier] : casesIn<std::string, std::string>(Table, "setting"))
     EXPECT_EQ(NSLocale::localeWithLocaleIdentifier(setting).identifier(), identifier);
   EXPECT_EQ(NSLocale::localeWithLocaleIdentifier("xx_AT").firstWeekday(), 2) << "Austria's custom";
 }
@@ -56,7 +57,8 @@ TEST(Locale, LanguagesComeInTheUsersOrder) {
 }
 
 TEST(Locale, KnowsItsCustoms) {
-  for (const auto& [identifier, lengths, side] : tableRows<3>(Table, "customs")) {
+  for (const auto& [identifier, lengths, side] :
+       casesIn<std::string, std::string, std::string>(Table, "customs")) {
     const NSLocale locale = NSLocale::localeWithLocaleIdentifier(identifier);
     EXPECT_EQ(locale.usesMetricSystem() ? "metric" : "imperial", lengths) << identifier;
     const bool isFromTheRight =
@@ -66,7 +68,7 @@ TEST(Locale, KnowsItsCustoms) {
 }
 
 TEST(Locale, KnowsWhatAnIdentifierIs) {
-  for (const auto& [identifier, answer] : tableRows<2>(Table, "identifiers"))
+  for (const auto& [identifier, answer] : casesIn<std::string, std::string>(Table, "identifiers"))
     EXPECT_EQ(isKnownLocaleIdentifier(identifier) ? "known" : "unknown", answer) << identifier;
   EXPECT_FALSE(isKnownLocaleIdentifier(std::string(5000, 'x')));
 }

@@ -11,8 +11,8 @@
 #include <random>
 
 #include "Platform/Foundation/PropertyLists/NSPropertyListSerialization.h"
+#include "Tests/Platform/Support/CaseTable.h"
 #include "Tests/Platform/Support/Files.h"
-#include "Tests/Platform/Support/Table.h"
 
 namespace {
 
@@ -25,15 +25,14 @@ constexpr int64_t Maximum = std::numeric_limits<int64_t>::max();
 constexpr int64_t Minimum = std::numeric_limits<int64_t>::min();
 
 TEST(PropertyListValue, NumbersAndTextsConvert) {
-  for (const auto& [xml, truth, integer, real] :
-       tableRows<4>("Platform/Foundation/PropertyListTests.tsv", "conversions")) {
+  for (const auto& [xml, truth, integer, real] : casesIn<std::string, bool, int64_t, double>(
+           "Platform/Foundation/PropertyListTests.txt", "conversions")) {
     SCOPED_TRACE(xml);
     const PropertyList value = propertyListWithData("<plist>" + xml + "</plist>").value();
-    EXPECT_EQ(value.boolValue(), truth == "true");
-    EXPECT_EQ(value.integerValue(), std::stoll(integer));
-    EXPECT_EQ(value.doubleValue(), std::stod(real));
-    EXPECT_EQ(value.floatValue(),
-              std::clamp<float>(std::strtof(real.c_str(), nullptr), -FLT_MAX, FLT_MAX));
+    EXPECT_EQ(value.boolValue(), truth);
+    EXPECT_EQ(value.integerValue(), integer);
+    EXPECT_EQ(value.doubleValue(), real);
+    EXPECT_EQ(value.floatValue(), static_cast<float>(std::clamp<double>(real, -FLT_MAX, FLT_MAX)));
   }
   EXPECT_EQ(PropertyList().doubleValue(), 0);
   EXPECT_EQ(PropertyList(std::nan("")).integerValue(), 0);

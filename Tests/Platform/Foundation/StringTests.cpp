@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <stdexcept>
 
-#include "Tests/Platform/Support/Table.h"
+#include "Tests/Platform/Support/CaseTable.h"
 
 namespace {
 
@@ -50,17 +50,17 @@ TEST(Text, IsSplitAndReplaced) {
   EXPECT_EQ(stringByReplacingOccurrences("abc", "", "x"), "abc");
 }
 
-constexpr auto Table = "Platform/Foundation/StringTests.tsv";
+constexpr auto Table = "Platform/Foundation/StringTests.txt";
 
 TEST(Numbers, IntegersAreReadFromTheFront) {
-  for (const auto& [text, value] : tableRows<2>(Table, "integers"))
-    EXPECT_EQ(integerValue(text), std::stoll(value)) << text;
+  for (const auto& [text, value] : casesIn<std::string, int64_t>(Table, "integers"))
+    EXPECT_EQ(integerValue(text), value) << text;
   EXPECT_EQ(integerValue("\t\n\u00A07"), 7);
 }
 
 TEST(Numbers, RealsAreReadFromTheFront) {
-  for (const auto& [text, value] : tableRows<2>(Table, "reals"))
-    EXPECT_EQ(doubleValue(text), std::strtod(value.c_str(), nullptr)) << text;
+  for (const auto& [text, value] : casesIn<std::string, double>(Table, "reals"))
+    EXPECT_EQ(doubleValue(text), value) << text;
   EXPECT_EQ(floatValue("1e39"), FLT_MAX);
   EXPECT_EQ(floatValue("-1e400"), -FLT_MAX);
   EXPECT_EQ(floatValue("0.1"), 0.1F);

@@ -11,14 +11,14 @@
 #include "Platform/Foundation/Zones/NSTimeZone.h"
 #include "Platform/Foundation/Zones/TimeZonePlace.h"
 #include "Platform/Foundation/Zones/TimeZoneRules.h"
+#include "Tests/Platform/Support/CaseTable.h"
 #include "Tests/Platform/Support/Files.h"
-#include "Tests/Platform/Support/Table.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 
-constexpr auto Table = "Platform/Foundation/TimeZoneTests.tsv";
+constexpr auto Table = "Platform/Foundation/TimeZoneTests.txt";
 
 NSTimeZone zoneNamed(std::string_view name) { return NSTimeZone::timeZoneWithName(name).value(); }
 
@@ -81,7 +81,8 @@ std::string systemZone(const std::optional<std::string>& setting) {
 }
 
 TEST(SystemZone, FollowsTheVariable) {
-  for (const auto& [variable, name, winter, summer] : tableRows<4>(Table, "variables"))
+  for (const auto& [variable, name, winter, summer] :
+       casesIn<std::string, std::string, std::string, std::string>(Table, "variables"))
     EXPECT_EQ(systemZone(variable), name + " " + winter + " " + summer) << variable;
 }
 
@@ -131,11 +132,12 @@ TEST(SystemZone, AnInstalledZoneStands) {
 }
 
 TEST(TimeZonePlace, IsThatOfThePrincipalCity) {
-  for (const auto& [zone, latitude, longitude] : tableRows<3>(Table, "places")) {
+  for (const auto& [zone, latitude, longitude] :
+       casesIn<std::string, double, double>(Table, "places")) {
     const auto place = placeOfTimeZone(zone);
     ASSERT_TRUE(place) << zone;
-    EXPECT_NEAR(place->latitude, std::stod(latitude), 1e-4) << zone;
-    EXPECT_NEAR(place->longitude, std::stod(longitude), 1e-4) << zone;
+    EXPECT_NEAR(place->latitude, latitude, 1e-4) << zone;
+    EXPECT_NEAR(place->longitude, longitude, 1e-4) << zone;
   }
   for (const char* zone : {"", "Etc/GMT+5", "No/Where"})
     EXPECT_FALSE(placeOfTimeZone(zone)) << zone;

@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "Shared/External/fmdb/FMDatabase.h"
+#include "Tests/Platform/Support/CaseTable.h"
 #include "Tests/Platform/Support/Files.h"
 #include "Tests/Support/ChildProcess.h"
 #include "Tests/Targets/SimulatedTime.h"
@@ -105,7 +106,7 @@ class CityCollector : public testing::Test {
   std::string found(std::string_view text) {
     std::string names;
     for (const CityRecord& city : collector->citiesWithMatch(text)) {
-      names += (names.empty() ? "" : "|") + city.city;
+      names += (names.empty() ? "" : ", ") + city.city;
     }
     return names;
   }
@@ -120,25 +121,9 @@ class CityCollector : public testing::Test {
 
 TEST_F(CityCollector, FindsByPrefixInTheOrderOfTheFile) {
   loadCities();
-  struct Case {
-    const char* text;
-    const char* names;
-  };
-  for (const Case& sample : {Case{"são", "São Paulo"},
-                             {"Sao", "São Paulo"},
-                             {"paulo", ""},
-                             {"united", "Saint Paul|St Paul"},
-                             {"Georgia", "Georgia|Georgia"},  // By its name and by its country.
-                             {"st paul", "St Paul|Saint Paul|St. Paul"},
-                             {"Saint Paul", "Saint Paul|St. Paul|St Paul"},
-                             {"St.Paul", "SaintPaul|St Paul"},
-                             {"st. paul", "St. Paul|Saint Paul|St  Paul"},
-                             {"s_int p", "Saint Paul"},
-                             {"%aul", "São Paulo|Saint Paul|St. Paul|St Paul|SaintPaul|St  Paul"},
-                             {"o'", ""},
-                             {"st o'", ""}}) {
-    EXPECT_EQ(found(sample.text), sample.names) << sample.text;
-  }
+  for (const auto& [text, names] :
+       casesIn<std::string, std::string>("Shared/Collectors/Cases/city-searches.txt"))
+    EXPECT_EQ(found(text), names) << text;
   EXPECT_EQ(collector->citiesWithStateMatch("min").size(), 1);
 }
 

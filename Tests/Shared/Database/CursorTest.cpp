@@ -26,6 +26,7 @@ TEST_F(Cursor, ClosesItselfBehindTheLastRow) {
     EXPECT_TRUE(rows->next());
     EXPECT_TRUE(rows->hasAnotherRow());
     EXPECT_EQ(rows->intForColumnIndex(0), number);
+    EXPECT_EQ(rows->resultDictionary(), (PropertyList::Dictionary{{"n", number}}));
   }
   EXPECT_TRUE(database->hasOpenResultSets());
   std::optional<NSError> error;

@@ -1,36 +1,15 @@
 #include "Tests/Shared/Database/DatabaseFixture.h"
 
-#include <mutex>
 #include <utility>
 
-#include "Shared/External/Logging/DDAbstractLogger.h"
 #include "Shared/External/Logging/DDLog.h"
-#include "Shared/External/Logging/DDLogMessage.h"
 
-class LineCollector : public DDAbstractLogger_Time {
- public:
-  LineCollector() : DDAbstractLogger_Time("tests.collector") {}
+DatabaseFixture::DatabaseFixture() { DDLog_Time::addLogger(logger_); }
 
-  void logMessage(const DDLogMessage_Time& message) override {
-    const std::lock_guard lock(mutex_);
-    lines_.push_back(message.logMsg);
-  }
-
-  Lines takeLines() {
-    const std::lock_guard lock(mutex_);
-    return std::exchange(lines_, {});
-  }
-
- private:
-  std::mutex mutex_;
-  Lines lines_;
-};
-
-DatabaseFixture::DatabaseFixture() : collector_(std::make_shared<LineCollector>()) {
-  DDLog_Time::addLogger(collector_);
+DatabaseFixture::~DatabaseFixture() {
+  DDLog_Time::removeLogger(logger_);
+  DDLog_Time::flushLog();
 }
-
-DatabaseFixture::~DatabaseFixture() { DDLog_Time::removeLogger(collector_); }
 
 std::shared_ptr<FMDatabase_Time> DatabaseFixture::numbers(std::string_view name, int count) const {
   auto database = openedDatabase(name);
@@ -58,7 +37,7 @@ std::shared_ptr<FMDatabase_Time> DatabaseFixture::lockedDatabase(std::string_vie
 
 Lines DatabaseFixture::logLines() {
   DDLog_Time::flushLog();
-  return collector_->takeLines();
+  return std::exchange(lines_, {});
 }
 
 int countIn(FMDatabase_Time& database) {

@@ -10,8 +10,8 @@
 
 #include "Shared/External/fmdb/FMDatabase.h"
 #include "Tests/Platform/Support/Files.h"
+#include "Tests/Shared/Logging/TestLogger.h"
 
-class LineCollector;
 using Lines = std::vector<std::string>;
 
 /// A folder of the test's own, and what the log says meanwhile.
@@ -35,7 +35,9 @@ class DatabaseFixture : public testing::Test {
 
  private:
   std::filesystem::path folder_ = freshFolder();
-  std::shared_ptr<LineCollector> collector_;
+  Lines lines_;  ///< Of the logger's queue until the log is flushed.
+  const std::shared_ptr<TestLogger> logger_ = std::make_shared<TestLogger>(
+      [this](const DDLogMessage_Time& message) { lines_.push_back(message.logMsg); });
 };
 
 /// How many rows the table "numbers" has.

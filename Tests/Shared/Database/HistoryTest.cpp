@@ -1,5 +1,7 @@
 // The store of measured values.
 
+#include <sqlite3.h>
+
 #include <atomic>
 #include <cstdlib>
 #include <iostream>
@@ -67,41 +69,54 @@ TEST_F(History, AFailingWriteDoesNotStopTheOthers) {
 
 TEST_F(History, WritesWaitForADatabaseThatTakesNone) {
   using Item = HistoryDatabaseItem_Time;
-  // A write takes more than a page of 4096 bytes.
-  const auto limitPages = [](FMDatabase_Time& database, const char* pages) {
-    database.executeQuery(std::string("pragma max_page_count = ") + pages)->next();
-  };
   const struct {
     const char* name;
-    bool isLocked;  ///< Otherwise it is full.
+    bool isByAnother;
+    const char* fails;
+    const char* works;
     void (Item::*triesAgain)();
-  } cases[] = {{"locked", true, &Item::commitSync},
-               {"locked until the close", true, &Item::close},
-               {"full", false, &Item::commitSync}};
+  } cases[] = {{"locked", true, "begin exclusive", "commit", &Item::commitSync},
+               {"locked until the close", true, "begin exclusive", "commit", &Item::close},
+               // A write takes more than a page of 4096 bytes.
+               {"full", false, "pragma max_page_count = 3", "pragma max_page_count = 99",
+                &Item::commitSync}};
   for (const auto& entry : cases) {
     SCOPED_TRACE(entry.name);
     std::filesystem::remove(pathTo("history.db"));
     const auto store = item();
     const auto locker = openedDatabase("history.db");
     store->database()->setMaxBusyRetryTimeInterval(0);
-    const auto setFailing = [&](bool fails) {
-      if (!entry.isLocked) {
-        limitPages(*store->database(), fails ? "3" : "1000");
-      } else {
-        EXPECT_TRUE(fails ? locker->beginTransaction() : locker->commit());
-      }
-    };
-    setFailing(true);
+    FMDatabase_Time& changed = entry.isByAnother ? *locker : *store->database();
+    EXPECT_TRUE(changed.executeStatements(entry.fails));
     store->addItem(write(1, "nowhere"));
     for (const int number : {2, 3, 4})
       store->addItem(write(number));
     store->commitSync();
-    setFailing(false);
+    EXPECT_TRUE(changed.executeStatements(entry.works));
     EXPECT_FALSE(store->database()->inTransaction());
     EXPECT_EQ(countIn(*locker), 0);
     ((*store).*entry.triesAgain)();
     EXPECT_EQ(locker->stringForQuery("select group_concat(n) from numbers"), "2,3,4");
   }
+}
+
+// Of a failure that is none of the write's own nothing may be lost either.
+TEST_F(History, WritesWaitForPermission) {
+  const auto store = item();
+  const auto permit = [&](int answer) {
+    const auto isAllowed = [](void* context, int action, const char*, const char*, const char*,
+                              const char*) {
+      return action == SQLITE_INSERT ? *static_cast<int*>(context) : SQLITE_OK;
+    };
+    sqlite3_set_authorizer(store->database()->db(), isAllowed, &answer);
+    store->commitSync();
+    sqlite3_set_authorizer(store->database()->db(), nullptr, nullptr);
+    return countIn(*store);
+  };
+  store->addItem(write(1));
+  store->addItem(write(2));
+  EXPECT_EQ(permit(SQLITE_DENY), 0);
+  EXPECT_EQ(permit(SQLITE_OK), 2);
 }
 
 TEST_F(History, AnotherThreadsCallsCostNoWrite) {
@@ -200,6 +215,19 @@ TEST_F(History, ABadBackupLeavesNoFile) {
   EXPECT_TRUE(std::filesystem::exists(pathTo("text.db")));
   for (const auto& entry : std::filesystem::directory_iterator(pathTo("")))
     EXPECT_EQ(entry.path().string().find("restored"), std::string::npos) << entry.path();
+}
+
+// The file keeps a second name here, as what is left if the machine stops in the midst of it.
+TEST_F(History, ARestoreSettlesTheOldDatabaseFirst) {
+  numbers("good.db", 3)->close();
+  const auto writing = numbers("writing.db", 2000);
+  writing->executeStatements("pragma cache_size = 1; begin; update numbers set n = -n");
+  for (const std::string file : {".db", ".db-journal"})
+    std::filesystem::copy_file(pathTo("writing" + file), pathTo("crashed" + file));
+  std::filesystem::create_hard_link(pathTo("crashed.db"), pathTo("old.db"));
+  HistoryDatabaseController_Time controller;
+  EXPECT_TRUE(controller.restoreBackup(pathTo("good.db"), pathTo("crashed.db")));
+  EXPECT_EQ(openedDatabase("old.db")->intForQuery("select min(n) from numbers"), 1);
 }
 
 TEST_F(History, WhoAsksDuringARestoreGetsTheDatabaseBeforeOrBehindIt) {

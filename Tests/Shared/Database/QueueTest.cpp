@@ -26,16 +26,6 @@ int numberIn(FMDatabaseQueue_Time& queue) {
   return number;
 }
 
-/// Runs `work` on several threads at once.
-template <typename Work>
-void onThreads(int count, Work work) {
-  std::vector<std::thread> threads;
-  for (int index = 0; index < count; ++index)
-    threads.emplace_back(work);
-  for (std::thread& thread : threads)
-    thread.join();
-}
-
 TEST_F(Queue, EndsTheProgramRatherThanWaitForItself) {
   const auto shared = queue();
   GTEST_FLAG_SET(death_test_style, "threadsafe");
@@ -108,12 +98,16 @@ class Pool : public DatabaseFixture {
 
 TEST_F(Pool, GivesEachUserAConnection) {
   FMDatabasePool_Time pool(pathTo("pool.db"));
-  onThreads(3, [&] {
+  const auto work = [&] {
     for (int pass = 0; pass < 20; ++pass) {
       EXPECT_TRUE(pool.inTransaction(
           [](FMDatabase_Time& db, bool&) { EXPECT_TRUE(db.executeUpdate(Increment)); }));
     }
-  });
+  };
+  std::thread other(work), another(work);
+  work();
+  other.join();
+  another.join();
   EXPECT_EQ(pool.countOfCheckedOutDatabases(), 0U);
   EXPECT_LE(pool.countOfOpenDatabases(), 3U);
   EXPECT_TRUE(pool.inDatabase([&](FMDatabase_Time& outer) {

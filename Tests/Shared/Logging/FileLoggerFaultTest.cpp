@@ -11,7 +11,6 @@
 #include <limits>
 #include <thread>
 
-#include "Platform/Foundation/Text/NSString.h"
 #include "Tests/Shared/Logging/LogFolder.h"
 #include "Tests/Support/ChildProcess.h"
 
@@ -92,11 +91,7 @@ TEST_F(FileLoggerFault, FilesTakenAwayUnderLoadLoseNothingBehindThem) {
     fstat(descriptor, &status);
     return status.st_size;
   };
-  struct Taken {
-    int descriptor;
-    off_t size;
-  };
-  std::vector<Taken> taken;
+  std::vector<std::pair<int, off_t>> taken;
   const fs::path path = pathOf(First);
   for (int round = 0; round < 20; ++round) {
     int descriptor = -1;
@@ -107,7 +102,7 @@ TEST_F(FileLoggerFault, FilesTakenAwayUnderLoadLoseNothingBehindThem) {
     } else {
       fs::rename(path, folder / ("taken " + std::to_string(round)));
     }
-    taken.push_back({descriptor, sizeOf(descriptor)});
+    taken.emplace_back(descriptor, sizeOf(descriptor));
     DDLogLine(std::to_string(Threads) + " " + std::to_string(round));  // That there be a next line.
   }
   for (std::thread& thread : threads)
@@ -120,10 +115,10 @@ TEST_F(FileLoggerFault, FilesTakenAwayUnderLoadLoseNothingBehindThem) {
       ASSERT_EQ(message, std::to_string(thread) + " " + std::to_string(next.at(thread)++));
     }
   };
-  for (const Taken& file : taken) {
-    EXPECT_LE(sizeOf(file.descriptor) - file.size, OneWrite);
-    expectInOrder("/proc/self/fd/" + std::to_string(file.descriptor));
-    close(file.descriptor);
+  for (const auto& [descriptor, size] : taken) {
+    EXPECT_LE(sizeOf(descriptor) - size, OneWrite);
+    expectInOrder("/proc/self/fd/" + std::to_string(descriptor));
+    close(descriptor);
   }
   auto infos = manager->sortedLogFileInfos();
   std::ranges::reverse(infos);
@@ -212,22 +207,17 @@ TEST_F(FileLoggerFault, AFullDiskCostsLinesAndNothingElse) {
 
 TEST_F(FileLoggerFault, AFolderThatTakesNoFileHoldsNobodyUp) {
   writeFile(folder, "x");
-  const struct {
-    fs::path folder;
-    const char* words;
-  } cases[] = {
-      {folder / "Logs", "DDLogFileManagerDefault: Error creating logsDirectory: "},
-      {"/proc/self/fdinfo", "DDLogFileManagerDefault: Error creating a log file: "},
-  };
-  for (const auto& entry : cases) {
+  for (const auto& [unfit, words] :
+       {std::pair{folder / "Logs", "DDLogFileManagerDefault: Error creating logsDirectory: "},
+        {"/proc/self/fdinfo", "DDLogFileManagerDefault: Error creating a log file: "}}) {
     testing::internal::CaptureStderr();
-    manager = std::make_shared<DDLogFileManagerDefault_Time>(entry.folder.string());
+    manager = std::make_shared<DDLogFileManagerDefault_Time>(unfit.string());
     startLogging();
     for (int line = 0; line < 5000; ++line)
       DDLogLine("lost");
     stopLogging();
     const std::string errors = testing::internal::GetCapturedStderr();
-    EXPECT_EQ(countOf(errors, entry.words), 1) << errors;
+    EXPECT_EQ(countOf(errors, words), 1) << errors;
     EXPECT_EQ(countOf(errors, "\n"), 1) << errors;
   }
 }

@@ -5,6 +5,7 @@
 #include "Platform/Foundation/Zones/NSTimeZone.h"
 #include "Shared/External/Logging/DDLogFileFormatterDefault.h"
 #include "Shared/External/Logging/DDLogMessage.h"
+#include "Tests/Platform/Support/CaseTable.h"
 #include "Tests/Shared/Logging/LogFolder.h"
 
 namespace fs = std::filesystem;
@@ -30,23 +31,12 @@ TEST_F(FileLogger, WritesTheDateTwoBlanksAndTheMessage) {
             "2026/11/21 15:04:06:000  gr\xC3\xBC\xC3\x9F Gott, \xEF\xBF\xBD\n");
 }
 
-// Kathmandu is 5:45 ahead; Berlin goes from +1 to +2 at 01:00 UTC on 2026-03-29.
 TEST_F(FileLogger, TheDateIsThatOfTheSystemsZone) {
-  const struct {
-    const char* zone;
-    double instant;
-    const char* text;
-  } cases[] = {
-      {"Asia/Kathmandu", utc(2026, 11, 21, 20, 0, 0.5), "2026/11/22 01:45:00:500"},
-      {"Europe/Berlin", utc(2026, 11, 21, 20, 0, 1), "2026/11/21 21:00:01:000"},
-      {"Europe/Berlin", utc(2026, 3, 29, 0, 59, 59.999), "2026/03/29 01:59:59:999"},
-      {"Europe/Berlin", utc(2026, 3, 29, 1), "2026/03/29 03:00:00:000"},
-      {"Europe/Berlin", utc(2026, 3, 29, 0, 59, 59.25), "2026/03/29 01:59:59:250"},
-  };
   DDLogDateFormatter formatter;
-  for (const auto& [zone, instant, text] : cases) {
+  for (const auto& [zone, moment, text] :
+       casesIn<std::string, NSDate, std::string>("Shared/Logging/Cases/log-dates.txt")) {
     NSTimeZone::setSystemTimeZone(NSTimeZone::timeZoneWithName(zone));
-    EXPECT_EQ(formatter.stringFromDate(NSDate::dateWithTimeIntervalSince1970(instant)), text);
+    EXPECT_EQ(formatter.stringFromDate(moment), text);
   }
 }
 
@@ -117,32 +107,17 @@ TEST_F(FileLogger, AFileIsDoneWithAtItsAgeUnlessThatIsZero) {
 }
 
 TEST_F(FileLogger, GoesOnWithTheFileOfTheLastRunIfItIsFit) {
-  const struct {
-    const char* what;
-    const char* name;
-    size_t size;
-    bool archived;
-    bool goesOn;
-    double age = Day;
-  } cases[] = {
-      {"fit", " 2026-11-21 14-00.log", 60, false, true},
-      {"too large", " 2026-11-21 14-00.log", 100, false, false},
-      {"archived", " 2026-11-21 14-00.log", 10, true, false},
-      {"nearly too old", " 2026-11-20 15-05.log", 10, false, true},
-      {"too old", " 2026-11-20 15-04.log", 10, false, false},
-      {"of no age", " 2026-01-01 00-00.log", 10, false, true, 0},
-      {"from the future", " 2026-12-01 00-00.log", 10, false, true},
-  };
-  for (const auto& entry : cases) {
-    const fs::path path =
-        leave(entry.name, std::string(entry.size - 1, 'x') + "\n", entry.archived);
+  for (const auto& [what, name, size, archived, age, goesOn] :
+       casesIn<std::string, std::string, size_t, bool, double, bool>(
+           "Shared/Logging/Cases/last-logs.txt")) {
+    const fs::path path = leave(name, std::string(size - 1, 'x') + "\n", archived);
     startLogging();
     logger->setMaximumFileSize(100);
-    logger->setRollingFrequency(entry.age);
+    logger->setRollingFrequency(age * Day);
     log("goes on");
-    EXPECT_EQ(names().size(), entry.goesOn ? 1U : 2U) << entry.what;
-    EXPECT_EQ(messagesIn(path).size(), entry.goesOn ? 2U : 1U) << entry.what;
-    EXPECT_EQ(DDLogFileInfo_Time(path).isArchived(), !entry.goesOn) << entry.what;
+    EXPECT_EQ(names().size(), goesOn ? 1U : 2U) << what;
+    EXPECT_EQ(messagesIn(path).size(), goesOn ? 2U : 1U) << what;
+    EXPECT_EQ(DDLogFileInfo_Time(path).isArchived(), !goesOn) << what;
     stopLogging();
     fs::remove_all(folder);
   }
@@ -194,12 +169,8 @@ TEST_F(FileLogger, TwoOfAFolderShareItsFileWithoutHurtingALine) {
   EXPECT_EQ(counts, std::vector<int>(10'000, 2));
 }
 
-class FileLoggerDeath : public FileLogger {
- protected:
-  FileLoggerDeath() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
-};
-
-TEST_F(FileLoggerDeath, ItsAccessorsRefuseTheQueuesOnWhichTheyWouldLock) {
+TEST_F(FileLogger, ItsAccessorsRefuseTheQueuesOnWhichTheyWouldLock) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
   startLogging();
   EXPECT_DEATH(dispatch_sync(DDLog_Time::loggingQueue(), [&] { logger->maximumFileSize(); }),
                "Core architecture requirement failure");

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "Shared/External/Logging/DDLogFileName.h"
+#include "Tests/Platform/Support/CaseTable.h"
 #include "Tests/Shared/Logging/LogFolder.h"
 
 namespace fs = std::filesystem;
@@ -25,28 +26,8 @@ class LogFile : public LogFolderTest {
 };
 
 TEST_F(LogFile, IsToldByItsName) {
-  const struct {
-    const char* rest;  // Behind the application's name.
-    bool counts;
-  } cases[] = {
-      {First, true},
-      {" 2026-11-21 15-04 2.log", true},
-      {" 2026-11-21 15-04 2 3.log", false},
-      {" 2026-11-21.log", false},
-      {" 2026-11-21 15-04.txt", false},
-      {" 2026-11-21 15-04", false},
-      {" 2026-13-21 15-04.log", false},
-      {" 2026-02-29 15-04.log", false},
-      {" 2024-02-29 23-59.log", true},
-      {" 2026-11-21 24-00.log", false},
-      {" 2026-11-21 15:04.log", false},
-      {"-more 2026-11-21 15-04.log", true},
-      {".log", false},
-      {"", false},
-  };
-  for (const auto& entry : cases)
-    EXPECT_EQ(manager->isLogFile(manager->applicationName() + entry.rest), entry.counts)
-        << entry.rest;
+  for (const auto& [rest, isLog] : casesIn<std::string, bool>("Shared/Logging/Cases/log-names.txt"))
+    EXPECT_EQ(manager->isLogFile(manager->applicationName() + rest), isLog) << rest;
   EXPECT_FALSE(manager->isLogFile("another 2026-11-21 15-04.log"));
   EXPECT_FALSE(manager->isLogFile(First));
 }

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "Platform/Foundation/Text/NSString.h"
 #include "Shared/External/Logging/DDFileLogger.h"
 #include "Shared/External/Logging/DDLog.h"
 #include "Shared/External/Logging/DDLogLine.h"
@@ -20,15 +21,10 @@ using Names = std::vector<std::string>;
 /// there is none. A last line without an end counts.
 inline std::vector<std::string> messagesIn(const std::filesystem::path& file) {
   constexpr size_t Message = 25;
-  std::vector<std::string> messages;
-  const std::string text = readFile(file);
-  for (size_t begin = 0; begin < text.size();) {
-    const size_t end = std::min(text.find('\n', begin), text.size());
-    const std::string line = text.substr(begin, end - begin);
-    const bool hasDate = line.size() >= Message && line.compare(23, 2, "  ") == 0;
-    messages.push_back(hasDate ? line.substr(Message) : line);
-    begin = end + 1;
-  }
+  auto messages = componentsSeparatedByString(readFile(file), "\n");
+  if (messages.back().empty()) messages.pop_back();
+  for (std::string& line : messages)
+    if (line.size() >= Message && line.compare(23, 2, "  ") == 0) line.erase(0, Message);
   return messages;
 }
 

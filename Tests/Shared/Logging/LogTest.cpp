@@ -12,32 +12,15 @@
 #include <stdexcept>
 #include <string>
 #include <thread>
+#include <tuple>
 #include <vector>
 
-#include "Shared/External/Logging/DDAbstractLogger.h"
 #include "Shared/External/Logging/DDLog.h"
 #include "Shared/External/Logging/DDLogLine.h"
-#include "Shared/External/Logging/DDLogMessage.h"
+#include "Tests/Shared/Logging/TestLogger.h"
 #include "Tests/Support/ChildProcess.h"
 
 namespace {
-
-/// Does what a test says with each message, on the logger's queue.
-class TestLogger : public DDAbstractLogger_Time {
- public:
-  using Handler = std::function<void(const DDLogMessage_Time&)>;
-
-  explicit TestLogger(Handler handler)
-      : DDAbstractLogger_Time("test logger"), handler_(std::move(handler)) {}
-
-  void logMessage(const DDLogMessage_Time& message) override { handler_(message); }
-  void willRemoveLogger() override { removed = true; }
-
-  std::atomic<bool> removed = false;
-
- private:
-  Handler handler_;
-};
 
 class Log : public testing::Test {
  protected:
@@ -58,18 +41,13 @@ class Log : public testing::Test {
 };
 
 TEST_F(Log, AMessageReachesTheLoggersThatShareABitWithItsFlag) {
-  const struct {
-    int32_t flag;
-    int32_t mask;
-    bool reaches;
-  } cases[] = {{4, 31, true},  {4, 0, false},  {4, 4, true},
-               {4, 11, false}, {16, 31, true}, {0, 31, false}};
-  for (const auto& entry : cases) {
+  for (const auto& [flag, mask, reaches] :
+       {std::tuple{4, 31, 1}, {4, 0, 0}, {4, 4, 1}, {4, 11, 0}, {16, 31, 1}, {0, 31, 0}}) {
     int count = 0;
-    const auto logger = add([&](const DDLogMessage_Time&) { ++count; }, entry.mask);
-    DDLog_Time::log(true, 13, entry.flag, 0, nullptr, nullptr, 0, nullptr, "text");
+    const auto logger = add([&](const DDLogMessage_Time&) { ++count; }, mask);
+    DDLog_Time::log(true, 13, flag, 0, nullptr, nullptr, 0, nullptr, "text");
     DDLog_Time::flushLog();
-    EXPECT_EQ(count, entry.reaches ? 1 : 0) << entry.flag << " & " << entry.mask;
+    EXPECT_EQ(count, reaches) << flag << " & " << mask;
     DDLog_Time::removeLogger(logger);
   }
 }

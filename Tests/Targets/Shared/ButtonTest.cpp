@@ -4,7 +4,7 @@
 
 #include "Platform/AppKit/Drawing/RecordingGraphicsContext.h"
 #include "Targets/Shared/Dropdown/StatInterfaceMenuButton.h"
-#include "Tests/Targets/CaseTable.h"
+#include "Tests/Platform/Support/CaseTable.h"
 
 namespace {
 
@@ -30,7 +30,7 @@ class Pressed : public testing::Test {
 
 TEST_F(Pressed, ActsOnTheReleaseOverItself) {
   for (const auto& [events, expected, ofMenuButton] :
-       casesIn<std::string, int, int>("Shared/Cases/button-presses.txt")) {
+       casesIn<std::string, int, int>("Targets/Shared/Cases/button-presses.txt")) {
     WENButton_Time button;
     StatInterfaceMenuButton_Time menuButton;
     for (auto [pressed, count] :
@@ -91,7 +91,7 @@ TEST_F(Pressed, ShowsThePictureOfItsState) {
   };
   for (const auto& [enabled, selected, held, keeps, hasAlternate, name, fraction] :
        casesIn<bool, bool, bool, bool, bool, std::string, double>(
-           "Shared/Cases/button-pictures.txt")) {
+           "Targets/Shared/Cases/button-pictures.txt")) {
     WENButton_Time button(NSMakeRect(0, 0, 20, 10));
     button.setImage(picture("usual"));
     button.setSelectedImage(picture("selected"));

@@ -7,7 +7,7 @@
 
 #include "Platform/Foundation/PropertyLists/NSPropertyListSerialization.h"
 #include "Platform/Foundation/Text/NSLocale.h"
-#include "Tests/Targets/CaseTable.h"
+#include "Tests/Platform/Support/CaseTable.h"
 
 namespace {
 
@@ -49,7 +49,7 @@ TEST(DefaultSettings, BatteryDependsOnTheMachine) {
 TEST(DefaultSettings, FollowTheLocale) {
   using List = std::vector<std::string>;
   for (const auto& [locale, inBar, inDropdown, weeks, isFahrenheit] :
-       casesIn<std::string, List, List, int, int>("Shared/Cases/locale-defaults.txt")) {
+       casesIn<std::string, List, List, int, int>("Targets/Shared/Cases/locale-defaults.txt")) {
     SCOPED_TRACE(locale);
     NSLocale::setCurrentLocale(locale);
     const auto values = defaultSettings(false);

@@ -9,7 +9,7 @@
 #include "Targets/Shared/Dropdown/MenuItemSizes.h"
 #include "Targets/Shared/Dropdown/StatInterface.h"
 #include "Targets/Shared/Dropdown/ZEVMenuItemUtilities.h"
-#include "Tests/Targets/CaseTable.h"
+#include "Tests/Platform/Support/CaseTable.h"
 #include "Tests/Targets/SimulatedTime.h"
 
 namespace {
@@ -38,7 +38,7 @@ class NotingMenu : public ZEVMenu_Time {
 TEST(DropdownRebuild, TouchesNoMoreRowsThanItMust) {
   for (const auto& [before, wanted, steps, after] :
        casesIn<std::string, std::string, std::vector<std::string>, std::string>(
-           "Shared/Cases/menu-rebuilds.txt")) {
+           "Targets/Shared/Cases/menu-rebuilds.txt")) {
     SCOPED_TRACE(before + " to " + wanted);
     std::map<char, std::shared_ptr<NSMenuItem>> rows;
     for (const char name : {'a', 'b', 'c', 'd'}) {

@@ -9,7 +9,7 @@
 #include "Targets/Shared/Dropdown/DropdownTheme.h"
 #include "Targets/Shared/Dropdown/ZEVMenuItemUtilities.h"
 #include "Targets/Shared/ZEVPreferences.h"
-#include "Tests/Targets/CaseTable.h"
+#include "Tests/Platform/Support/CaseTable.h"
 
 namespace {
 
@@ -41,7 +41,7 @@ TEST(DropdownTheme, ReachesTextsInOpenAndReopenedMenus) {
   menu->addItem(value);
   menu->addItem(label);
   for (const auto& [isDark, isRaised, background, valueGrey, labelGrey] :
-       casesIn<bool, bool, double, double, double>("Shared/Cases/dropdown-themes.txt")) {
+       casesIn<bool, bool, double, double, double>("Targets/Shared/Cases/dropdown-themes.txt")) {
     setTheme(isDark, isRaised);
     EXPECT_EQ(menu->backgroundColor(), grey(background));
     EXPECT_EQ(value->field()->textColor(), grey(valueGrey));

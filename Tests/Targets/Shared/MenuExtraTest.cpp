@@ -10,8 +10,8 @@
 #include "Shared/External/Logging/DDLog.h"
 #include "Targets/Shared/Dropdown/ZEVMenuItemUtilities.h"
 #include "Targets/Shared/ZEVPreferences.h"
+#include "Tests/Platform/Support/CaseTable.h"
 #include "Tests/Support/TestEnvironment.h"
-#include "Tests/Targets/CaseTable.h"
 #include "Tests/Targets/Shared/FakeExtra.h"
 
 namespace {
@@ -88,6 +88,11 @@ TEST_F(MenuExtra, ACombinedMenuShowsTheListedModules) {
   const auto observation = NSNotificationCenter::defaultCenter().addObserver(
       "ZEVMenuStateChanged", [&](const NSNotification&) { ++changes; });
   extra->menuWillOpen(*menu);
+  const auto still = createTextMenuItem("still", 237, 15, true);
+  still->view()->setHighlightable(false);
+  menu->addItem(still);
+  extra->menuWillHighlightItem(*menu, still.get());
+  EXPECT_FALSE(still->view()->menuItemHighlighted());
   extra->menuWillHighlightItem(*menu, module(1).row.get());
   EXPECT_TRUE(module(1).row->view()->menuItemHighlighted());
   extra->menuDidClose(*menu);
@@ -98,12 +103,9 @@ TEST_F(MenuExtra, ACombinedMenuShowsTheListedModules) {
   EXPECT_EQ(extra->menu(), nullptr);
 }
 
-struct Failure {
-  const char* event;
-  const char* stage;
-  bool isStandard;
-};
-
+/// The event in which a module fails, the stage that is told, and whether the exception is a
+/// standard one.
+using Failure = std::tuple<const char*, const char*, bool>;
 class FailingStart : public MenuExtra, public testing::WithParamInterface<Failure> {};
 
 TEST_P(FailingStart, CollapsesTheItemAndTellsTheStage) {
@@ -251,7 +253,7 @@ TEST_F(MenuExtra, DatabasesLieInTheUsersDataFolder) {
 
 TEST(Module, CollectorsWorkAtTheirFrequency) {
   for (const auto& [sequence, low, normal, high, unknown] :
-       casesIn<int64_t, bool, bool, bool, bool>("Shared/Cases/collector-frequencies.txt")) {
+       casesIn<int64_t, bool, bool, bool, bool>("Targets/Shared/Cases/collector-frequencies.txt")) {
     const bool expected[] = {low, normal, high, unknown};
     for (int frequency = 0; frequency <= 3; ++frequency) {
       ZEVSetIntegerForKey("TimerFrequency", frequency);

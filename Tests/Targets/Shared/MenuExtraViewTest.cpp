@@ -7,7 +7,7 @@
 #include "Platform/Foundation/Settings/CFPreferences.h"
 #include "Targets/Shared/ZEVColorText.h"
 #include "Targets/Shared/ZEVPreferences.h"
-#include "Tests/Targets/CaseTable.h"
+#include "Tests/Platform/Support/CaseTable.h"
 #include "Tests/Targets/Shared/FakeExtra.h"
 
 namespace {
@@ -35,8 +35,7 @@ class MenuExtraView : public FakeExtraTest {
 
   FakeContent& content(size_t index) { return *module(index).content; }
 
-  std::vector<DrawingRecord> draw() {
-    RecordingGraphicsContext context;
+  std::vector<DrawingRecord> draw(RecordingGraphicsContext&& context = {}) {
     slot.draw(context);
     return context.records();
   }
@@ -82,12 +81,11 @@ TEST_F(MenuExtraView, ASnapshotForOtherScreensIsHalfAsStrong) {
   slot.setMenuDown(true);
   content(0).width = 40;
   NSScreen::setScreens({{}, {}});
-  SnapshotContext snapshot;
-  slot.draw(snapshot);
-  ASSERT_EQ(snapshot.records().size(), 1) << "no background, whatever the menu";
-  EXPECT_EQ(snapshot.records()[0].kind, DrawingRecord::Kind::Image);
-  EXPECT_EQ(snapshot.records()[0].rect, NSMakeRect(0, 0, 30, 22));
-  EXPECT_EQ(snapshot.records()[0].fraction, 0.5);
+  const auto snapshot = draw(SnapshotContext());
+  ASSERT_EQ(snapshot.size(), 1) << "no background, whatever the menu";
+  EXPECT_EQ(snapshot[0].kind, DrawingRecord::Kind::Image);
+  EXPECT_EQ(snapshot[0].rect, NSMakeRect(0, 0, 30, 22));
+  EXPECT_EQ(snapshot[0].fraction, 0.5);
   EXPECT_FALSE(content(0).wasMenuDown);
 
   // Not a snapshot: the same context with one screen, and a screen's own with two.
@@ -95,8 +93,7 @@ TEST_F(MenuExtraView, ASnapshotForOtherScreensIsHalfAsStrong) {
   EXPECT_EQ(slot.lengths, (Lengths{0, 40})) << "the width of the snapshot was not remembered";
   content(0).width = 41;
   NSScreen::setScreens({{}});
-  SnapshotContext ordinary;
-  slot.draw(ordinary);
+  draw(SnapshotContext());
   EXPECT_EQ(slot.lengths.back(), 41);
   EXPECT_TRUE(content(0).wasMenuDown);
 }
@@ -169,7 +166,7 @@ TEST_F(TextAttributes, AShadowWithoutStrengthIsNone) {
 
 TEST_F(TextAttributes, FollowTheBar) {
   for (const auto& [isDark, hasContrast, isSelected, color] :
-       casesIn<bool, bool, bool, std::string>("Shared/Cases/text-colors.txt")) {
+       casesIn<bool, bool, bool, std::string>("Targets/Shared/Cases/text-colors.txt")) {
     ZEVPreferences_Time::cleanup();
     setPreferenceOverride("AppleInterfaceStyle", isDark ? "Dark" : "", ".GlobalPreferences");
     setPreferenceOverride("increaseContrast", hasContrast, "com.apple.universalaccess");

@@ -40,34 +40,33 @@ class Migration : public testing::Test {
   fs::path domain_ = settings_ / "com.wenmark.velmora5.extras.plist";
 };
 
-class MigrationOfForm : public Migration, public testing::WithParamInterface<const char*> {};
-
-TEST_P(MigrationOfForm, CarriesEveryKindOver) {
+TEST_F(Migration, CarriesEveryKindOverOfBothForms) {
   CFPreferencesSetAppValue("Time_TextSize", 9, ZEVPreferences_Time::Domain);
   CFPreferencesAppSynchronize(ZEVPreferences_Time::Domain);
   const std::string before = readFile(domain_);
-  install(GetParam());
-  ZEVPreferences_Time store;
-  EXPECT_TRUE(store.didMigratePreferences());
   const auto carried = propertyListWithContentsOfFile(VELMORA_SOURCE_DIR
                                                       "/Tests/Targets/Shared/Cases/migrated.plist");
   ASSERT_TRUE(carried.has_value() && carried->dictionary()->size() == 9);
-  for (const auto& [key, value] : *carried->dictionary())
-    EXPECT_EQ(store.objectForKey(key), value) << key;
-  for (const char* dropped : {"updateCheckerEnabled", "migratedExtras4.0"})
-    EXPECT_TRUE(store.objectForKey(dropped).isNull()) << dropped;
-  // What is no colour is dropped, and the default answers.
-  EXPECT_EQ(store.objectForKey("CPU_MenubarGraphOverall"),
-            store.defaults().at("CPU_MenubarGraphOverall"));
-  EXPECT_EQ(store.colorForKey("Time_TextColor"), NSColor::colorWithDeviceRed(0.5, 0.25, 1, 1));
-  EXPECT_EQ(readFile(domain_), before) << "the domain stays untouched";
+  for (const char* form : {"old.plist", "old-xml.plist"}) {
+    SCOPED_TRACE(form);
+    install(form);
+    ZEVPreferences_Time store;
+    EXPECT_TRUE(store.didMigratePreferences());
+    for (const auto& [key, value] : *carried->dictionary())
+      EXPECT_EQ(store.objectForKey(key), value) << key;
+    for (const char* dropped : {"updateCheckerEnabled", "migratedExtras4.0"})
+      EXPECT_TRUE(store.objectForKey(dropped).isNull()) << dropped;
+    // What is no colour is dropped, and the default answers.
+    EXPECT_EQ(store.objectForKey("CPU_MenubarGraphOverall"),
+              store.defaults().at("CPU_MenubarGraphOverall"));
+    EXPECT_EQ(store.colorForKey("Time_TextColor"), NSColor::colorWithDeviceRed(0.5, 0.25, 1, 1));
+    EXPECT_EQ(readFile(domain_), before) << "the domain stays untouched";
 
-  // The old value hides the stored one until the key is invalidated.
-  store.resetValueForKey("Time_TextSize");
-  EXPECT_EQ(store.objectForKey("Time_TextSize").integerValue(), 9);
+    // The old value hides the stored one until the key is invalidated.
+    store.resetValueForKey("Time_TextSize");
+    EXPECT_EQ(store.objectForKey("Time_TextSize").integerValue(), 9);
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(BothForms, MigrationOfForm, testing::Values("old.plist", "old-xml.plist"));
 
 TEST_F(Migration, HappensAgainUntilTheMarkIsSet) {
   EXPECT_FALSE(ZEVPreferences_Time().didMigratePreferences()) << "there is nothing yet";

@@ -9,7 +9,7 @@
 #include "Targets/Shared/Views/ZEVMenubarStyle.h"
 #include "Targets/Shared/ZEVColorText.h"
 #include "Targets/Shared/ZEVImageCache.h"
-#include "Tests/Targets/CaseTable.h"
+#include "Tests/Platform/Support/CaseTable.h"
 #include "Tests/Targets/SimulatedTime.h"
 
 namespace {
@@ -125,7 +125,8 @@ TEST(Preferences, ThemeAndContrastChangesDropBothCaches) {
   writeElsewhere("Color", "none");
   int step = 0;
   for (const auto& [notification, isDark, contrast, wantsDark, wantsContrast] :
-       casesIn<std::string, bool, std::string, bool, bool>("Shared/Cases/desktop-changes.txt")) {
+       casesIn<std::string, bool, std::string, bool, bool>(
+           "Targets/Shared/Cases/desktop-changes.txt")) {
     SCOPED_TRACE(++step);
     ZEVIntegerForKey("Value");
     const NSColor fallback = store.isMenubarDark() ? NSColor::whiteColor() : NSColor::blackColor();
@@ -175,7 +176,7 @@ TEST(Preferences, StylesFollowTheBarOnlyWhereTheyAreSeparate) {
   EXPECT_EQ(menubarGraphOpacity(), 1);
   ZEVSetIntegerForKey("MenubarTheme", 3);
   for (const auto& [isDark, areSeparate, theme, barTheme, opacity] :
-       casesIn<bool, bool, int64_t, int64_t, double>("Shared/Cases/bar-styles.txt")) {
+       casesIn<bool, bool, int64_t, int64_t, double>("Targets/Shared/Cases/bar-styles.txt")) {
     setDesktop(isDark, {});
     NSDistributedNotificationCenter::defaultCenter().postNotification(
         "AppleInterfaceThemeChangedNotification");

@@ -9,7 +9,7 @@
 #include "Platform/AppKit/Drawing/CairoGraphicsContext.h"
 #include "Shared/Extensions/WENImage.h"
 #include "Targets/Shared/ZEVImageCache.h"
-#include "Tests/Targets/CaseTable.h"
+#include "Tests/Platform/Support/CaseTable.h"
 
 namespace {
 
@@ -55,6 +55,15 @@ std::string runs(const BitmapSurface& surface, int fixed, bool isRow) {
   return text;
 }
 
+/// A picture of so many points into which is drawn.
+class Canvas : public BitmapSurface {
+ public:
+  explicit Canvas(NSSize size, double scale = 1) : BitmapSurface(size, scale) {}
+
+ private:
+  const NSCurrentGraphicsContext current_{context()};
+};
+
 class StretchableImage : public testing::Test {
  protected:
   StretchableImage() {
@@ -78,12 +87,9 @@ TEST_F(StretchableImage, NinePartsMeetBetweenPixelsAtEveryScale) {
   EXPECT_EQ(item->parts()[7], nullptr);
   const auto nine = cache.imageWithInset("cells", CellSize, CellSize, CellSize, CellSize);
   for (const auto& [scale, across, down] :
-       casesIn<double, std::string, std::string>("Shared/Cases/nine-parts.txt")) {
-    BitmapSurface surface({20, 15}, scale);
-    {
-      const NSCurrentGraphicsContext current(surface.context());
-      nine->drawInRect(NSMakeRect(0, 0, 20, 15));
-    }
+       casesIn<double, std::string, std::string>("Targets/Shared/Cases/nine-parts.txt")) {
+    const Canvas surface({20, 15}, scale);
+    nine->drawInRect(NSMakeRect(0, 0, 20, 15));
     EXPECT_EQ(runs(surface, 1, true), across) << scale;
     EXPECT_EQ(runs(surface, surface.pixelWidth() / 2, false), down) << scale;
   }
@@ -92,20 +98,16 @@ TEST_F(StretchableImage, NinePartsMeetBetweenPixelsAtEveryScale) {
 TEST_F(StretchableImage, StandsUprightInAFlippedContext) {
   const auto nine = cache.imageWithInset("cells", CellSize, CellSize, CellSize, CellSize);
   const auto plain = cache.imageNamed("cells");
-  BitmapSurface surface({20, 15}, 1);
-  {
-    const NSCurrentGraphicsContext current(surface.context());
-    surface.context().flip(15);
-    nine->drawInRect(NSMakeRect(0, 0, 9, 15));
-    plain->drawAtPoint({10, 2});
-  }
+  Canvas surface({20, 15});
+  surface.context().flip(15);
+  nine->drawInRect(NSMakeRect(0, 0, 9, 15));
+  plain->drawAtPoint({10, 2});
   EXPECT_EQ(runs(surface, 0, false), "0*3 3*9 6*3");
   EXPECT_EQ(runs(surface, 10, false), "-1*2 0*3 3*3 6*3 -1*4");
 }
 
 TEST_F(StretchableImage, ThreePartsStretchInOneDirection) {
-  BitmapSurface surface({24, 20}, 1);
-  const NSCurrentGraphicsContext current(surface.context());
+  const Canvas surface({24, 20});
   cache.imageWithLeftCap("cells", 3)->drawInRect(NSMakeRect(0, 0, 12, 9));
   cache.imageWithTopCap("cells", 3)->drawInRect(NSMakeRect(13, 0, 9, 20));
   EXPECT_EQ(runs(surface, 19, true), "6*3 7*6 8*3 -1*1 6*3 7*3 8*3 -1*2");
@@ -114,17 +116,14 @@ TEST_F(StretchableImage, ThreePartsStretchInOneDirection) {
 
   const auto uneven = cache.imageWithTopCap("cells", 2, 3);
   EXPECT_EQ(uneven->parts()[1]->size(), (NSSize{9, 4}));
-  BitmapSurface faint({9, 9}, 1);
-  const NSCurrentGraphicsContext other(faint.context());
+  const Canvas faint({9, 9});
   uneven->drawInRect(NSMakeRect(0, 0, 9, 9), 0.5);
   EXPECT_NEAR(faint.pixelAt(4, 4).alphaComponent(), 0.5, 0.01);
-}
 
-// A picture 9 wide with caps of 7: the right one shrinks to 1 so that a point is left between.
-TEST_F(StretchableImage, CapsLeaveAPointBetweenThem) {
-  const auto item = cache.imageWithLeftCap("cells", 7);
-  EXPECT_EQ(item->parts()[1]->size(), (NSSize{1, 9}));
-  EXPECT_EQ(item->parts()[2]->size(), (NSSize{1, 9}));
+  // With caps of 7 the right one shrinks to 1 so that a point is left between.
+  const auto narrow = cache.imageWithLeftCap("cells", 7);
+  EXPECT_EQ(narrow->parts()[1]->size(), (NSSize{1, 9}));
+  EXPECT_EQ(narrow->parts()[2]->size(), (NSSize{1, 9}));
 }
 
 TEST_F(StretchableImage, IsKeptForEachSetOfCapsAndForEachScreen) {
@@ -170,8 +169,7 @@ TEST_F(StretchableImage, AnImageWithPartsIsKeptUnderTheNameOfItsSource) {
             nullptr);
   EXPECT_EQ(WENImage_Time::ninePartImageFromPath(folder / "missing.svg", 3, 3), nullptr);
 
-  BitmapSurface surface({12, 12}, 1);
-  const NSCurrentGraphicsContext current(surface.context());
+  const Canvas surface({12, 12});
   std::static_pointer_cast<NSImage>(three)->drawInRect(NSMakeRect(0, 0, 12, 9));
   EXPECT_EQ(runs(surface, 11, true), "6*3 7*6 8*3");
 }
@@ -181,8 +179,7 @@ TEST_F(StretchableImage, AnImageWithPartsCutsThemAsAsked) {
   const WENImage_Time nine(*source, ImagePartsLayout::Grid, {2, 3, 2, 3});
   EXPECT_EQ(nine.parts().at(0)->size(), (NSSize{3, 2}));
   EXPECT_EQ(nine.parts().at(4)->size(), (NSSize{3, 5}));
-  BitmapSurface surface({9, 9}, 1);
-  const NSCurrentGraphicsContext current(surface.context());
+  const Canvas surface({9, 9});
   WENImage_Time(*source, ImagePartsLayout::Grid, {3, 3, 3, 3})
       .drawInRect(NSMakeRect(0, 0, 9, 9), 1);
   EXPECT_EQ(runs(surface, 1, false), "0*3 3*3 6*3");

@@ -7,8 +7,8 @@
 #include "Platform/Foundation/Settings/CFPreferences.h"
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/VelmoraTime/Classes/VelmoraTimeMenuExtraView.h"
+#include "Tests/Platform/Support/CaseTable.h"
 #include "Tests/Platform/Support/Pixels.h"
-#include "Tests/Targets/CaseTable.h"
 #include "Tests/Targets/SimulatedTime.h"
 
 namespace {
@@ -24,7 +24,7 @@ std::vector<DrawingRecord> draw(NSPoint point, std::string_view type, double tim
   return context.records();
 }
 
-constexpr const char* Leaves = "VelmoraTime/Cases/calendar-leaves.txt";
+constexpr const char* Leaves = "Targets/VelmoraTime/Cases/calendar-leaves.txt";
 
 TEST(CalendarLeaf, HasPaperHeadAndNumber) {
   for (const auto& [type, red, green, blue] :
@@ -80,11 +80,8 @@ TEST(CalendarLeafPlace, RoundsThePicturesButNotTheHead) {
 }
 
 TEST(CalendarLeafDay, IsWhiteOnADarkBarAndUnderAnOpenMenu) {
-  struct Case {
-    bool isDark, isMenuDown, isWhite;
-  };
   for (const auto& [isDark, isMenuDown, isWhite] :
-       {Case{false, false, false}, {false, true, true}, {true, false, true}}) {
+       {std::tuple{false, false, false}, {false, true, true}, {true, false, true}}) {
     VelmoraTimeMenuExtraView view;
     view.loadConfig();
     view.setIsMenuDown(isMenuDown);

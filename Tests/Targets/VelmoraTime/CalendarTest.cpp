@@ -5,7 +5,9 @@
 
 #include <algorithm>
 #include <map>
+#include <sstream>
 
+#include "Platform/AppKit/Drawing/RecordingGraphicsContext.h"
 #include "Platform/Foundation/Settings/CFPreferences.h"
 #include "Platform/Foundation/Zones/NSTimeZone.h"
 #include "Targets/Shared/ZEVPreferences.h"
@@ -13,7 +15,7 @@
 #include "Targets/VelmoraTime/Calendar/HiddenCalendars.h"
 #include "Targets/VelmoraTime/Calendar/StatInterfaceCalendar.h"
 #include "Targets/VelmoraTime/Dropdown/StatInterfaceTime.h"
-#include "Tests/Targets/CaseTable.h"
+#include "Tests/Platform/Support/CaseTable.h"
 #include "Tests/Targets/SimulatedTime.h"
 
 namespace {
@@ -32,7 +34,7 @@ std::string dayText(double wallClockSeconds) {
 
 TEST(MonthDays, AreSixWeeksFromTheUsersFirstWeekday) {
   for (const auto& [day, firstWeekday, first, before, behind] :
-       casesIn<NSDate, int, std::string, int, int>("VelmoraTime/Cases/month-days.txt")) {
+       casesIn<NSDate, int, std::string, int, int>("Targets/VelmoraTime/Cases/month-days.txt")) {
     const MonthDays days = daysOfMonth(day.timeIntervalSince1970(), Saturday, firstWeekday);
     EXPECT_EQ(dayText(days.start()), first);
     for (int index = 0; index < MonthDays::Count; ++index) {
@@ -67,7 +69,7 @@ TEST(CalendarKeys, LeadFromDayToDay) {
       {"Home", NSKeyCodeHome},   {"End", NSKeyCodeEnd}};
   for (const auto& [key, modifier, reading, day] :
        casesIn<std::string, std::string, std::string, std::string>(
-           "VelmoraTime/Cases/calendar-keys.txt")) {
+           "Targets/VelmoraTime/Cases/calendar-keys.txt")) {
     NSEvent event;
     event.keyCode = keys.at(key);
     if (modifier == "Shift") event.modifierFlags = NSEventModifierFlagShift;
@@ -183,6 +185,20 @@ TEST_F(Month, MovesByMonthsAndYearsAndBackToToday) {
   EXPECT_EQ(grid->title(), "December 2026");
 }
 
+TEST_F(Month, DrawsItsMarksOnTodayAndTheSelectedDay) {
+  const EnvironmentVariable pictures("VELMORA_SUPPORT_DIR", VELMORA_SOURCE_DIR "/Resources");
+  press(utc(2026, 11, 19));
+  RecordingGraphicsContext context;
+  const NSCurrentGraphicsContext current(context);
+  grid->displayRect(grid->bounds());
+  std::ostringstream marks;
+  for (const auto& record : context.records()) {
+    if (record.name.ends_with("-selected") || record.name.ends_with("-today-light"))
+      marks << record.name << " " << record.rect.origin.x << " " << record.rect.origin.y << " ";
+  }
+  EXPECT_EQ(marks.str(), "stats-calendar-selected 160 118 stats-calendar-today-light 240 118 ");
+}
+
 // Python's isocalendar; for weeks from Sunday on, the week of January 1 is the first.
 TEST_F(Month, NumbersItsWeeksAndLaysThemOut) {
   EXPECT_EQ(weeks(), (Texts{"45", "46", "47", "48", "49", "50"}));
@@ -210,12 +226,12 @@ TEST_F(Month, NumbersItsWeeksAndLaysThemOut) {
 TEST_F(Month, TellsWhenAnEventTakesPlace) {
   EventList events;
   for (const auto& [title, start, end, isAllDay] :
-       casesIn<std::string, NSDate, NSDate, bool>("VelmoraTime/Cases/events.txt"))
+       casesIn<std::string, NSDate, NSDate, bool>("Targets/VelmoraTime/Cases/events.txt"))
     events.push_back(
         event(title, start.timeIntervalSince1970(), end.timeIntervalSince1970(), isAllDay));
   grid->processEvents(events);
   for (const auto& [day, expected] :
-       casesIn<NSDate, std::string>("VelmoraTime/Cases/event-rows.txt")) {
+       casesIn<NSDate, std::string>("Targets/VelmoraTime/Cases/event-rows.txt")) {
     std::string rows;
     for (const std::string& row : rowsOf(day.timeIntervalSince1970()))
       rows += (rows.empty() ? "" : ", ") + row;

@@ -12,7 +12,7 @@
 #include "Targets/VelmoraTime/Classes/VelmoraTimeMenuExtraView.h"
 #include "Targets/VelmoraTime/Classes/ZEVDateAndTimeUtilities.h"
 #include "Targets/VelmoraTime/Dropdown/CityTimeText.h"
-#include "Tests/Targets/CaseTable.h"
+#include "Tests/Platform/Support/CaseTable.h"
 #include "Tests/Targets/SimulatedTime.h"
 
 namespace {
@@ -111,8 +111,8 @@ TEST_F(ClockDrawing, AHiddenSeparatorKeepsItsPlace) {
 }
 
 TEST_F(ClockDrawing, OnlySeparatorsBehindTheTimeFlash) {
-  for (const auto& [list, flashing, steady] :
-       casesIn<ClockElements, std::string, std::string>("VelmoraTime/Cases/bar-lines.txt")) {
+  for (const auto& [list, flashing, steady] : casesIn<ClockElements, std::string, std::string>(
+           "Targets/VelmoraTime/Cases/bar-lines.txt")) {
     ZEVSetBoolForKey("Time_MenubarFlashSeperators", false);
     EXPECT_EQ(layoutFromLeft(list, 0), steady);
     setFlashing();
@@ -147,7 +147,7 @@ TEST_F(ClockDrawing, EachElementInEachWalker) {
   const NSDate saturday = NSDate::dateWithTimeIntervalSince1970(Saturday);
   for (const auto& [element, inDateString, inBar, inCity] :
        casesIn<std::string, std::string, std::string, std::string>(
-           "VelmoraTime/Cases/elements.txt")) {
+           "Targets/VelmoraTime/Cases/elements.txt")) {
     EXPECT_EQ(dateString({element}, formatter, Saturday), inDateString) << element;
     EXPECT_EQ(layout(pieces({element})), inBar) << element;
     EXPECT_EQ(cityTimeText({element}, city, saturday), inCity) << element;

@@ -4,7 +4,7 @@
 #include "Targets/VelmoraTime/Classes/ClockTexts.h"
 #include "Targets/VelmoraTime/Classes/NSDateOrdinalDays.h"
 #include "Targets/VelmoraTime/Classes/ZEVDateAndTimeUtilities.h"
-#include "Tests/Targets/CaseTable.h"
+#include "Tests/Platform/Support/CaseTable.h"
 #include "Tests/Targets/SimulatedTime.h"
 
 namespace {
@@ -12,7 +12,7 @@ namespace {
 TEST(DateString, ShowsAListOfElements) {
   for (const auto& [locale, zone, today, time, week, elements, text] :
        casesIn<std::string, std::string, NSDate, NSDate, int, ClockElements, std::string>(
-           "VelmoraTime/Cases/date-strings.txt")) {
+           "Targets/VelmoraTime/Cases/date-strings.txt")) {
     const SimulatedTime now(today.timeIntervalSince1970());
     ZEVSetIntegerForKey("Time_WeekNumberFormat", week);
     NSDateFormatter formatter;

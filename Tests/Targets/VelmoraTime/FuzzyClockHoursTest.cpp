@@ -8,14 +8,14 @@
 #include "Targets/Shared/ZEVTranslations.h"
 #include "Targets/VelmoraTime/Classes/ClockTexts.h"
 #include "Targets/VelmoraTime/Classes/FuzzyClock.h"
-#include "Tests/Targets/CaseTable.h"
+#include "Tests/Platform/Support/CaseTable.h"
 
 namespace {
 
 TEST(FuzzyClockHours, AreCountedAsTheLanguageSays) {
   for (const auto& [setting, environment, time, elements, text] :
        casesIn<std::string, std::string, NSDate, ClockElements, std::string>(
-           "VelmoraTime/Cases/languages.txt")) {
+           "Targets/VelmoraTime/Cases/languages.txt")) {
     resetSharedInstances();
     setenv("LANGUAGE", environment.c_str(), 1);
     ZEVSetObjectForKey("language", setting.empty() ? PropertyList() : PropertyList(setting));

@@ -14,8 +14,8 @@
 #include "Platform/Foundation/Zones/NSTimeZone.h"
 #include "Targets/VelmoraTime/Map/NightOutline.h"
 #include "Targets/VelmoraTime/Map/StatInterfaceLightMap.h"
+#include "Tests/Platform/Support/CaseTable.h"
 #include "Tests/Platform/Support/Files.h"
-#include "Tests/Targets/CaseTable.h"
 #include "Tests/Targets/SimulatedTime.h"
 
 namespace {
@@ -71,7 +71,7 @@ class LightMapPictures : public LightMap {
 
 TEST_F(LightMap, IsDarkWhereTheSunIsDown) {
   for (const auto& [moment, latitude, longitude, altitude] :
-       casesIn<NSDate, double, double, double>("VelmoraTime/Cases/night.txt")) {
+       casesIn<NSDate, double, double, double>("Targets/VelmoraTime/Cases/night.txt")) {
     const auto rows = nightAt(moment.timeIntervalSince1970());
     const double share = rows[static_cast<size_t>((90 - latitude) / 180 * 160)]
                              [static_cast<size_t>((longitude + 180) / 360 * 320)];
@@ -112,8 +112,8 @@ TEST_F(LightMap, TakesTheRowOfTheDayHere) {
     map.setPaths(paths);
     return nightAt(moment.timeIntervalSince1970())[80][160];
   };
-  for (const auto& [locale, zone, moment, row] :
-       casesIn<std::string, std::string, NSDate, size_t>("VelmoraTime/Cases/night-rows.txt")) {
+  for (const auto& [locale, zone, moment, row] : casesIn<std::string, std::string, NSDate, size_t>(
+           "Targets/VelmoraTime/Cases/night-rows.txt")) {
     NSLocale::setCurrentLocale(locale);
     NSTimeZone::setSystemTimeZone(NSTimeZone::timeZoneWithName(zone));
     std::vector<std::string_view> rows(366, "0,0,0");

@@ -13,8 +13,8 @@
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/VelmoraTime/Classes/MoonPhaseView.h"
 #include "Targets/VelmoraTime/MoonStatCollector.h"
+#include "Tests/Platform/Support/CaseTable.h"
 #include "Tests/Platform/Support/Files.h"
-#include "Tests/Targets/CaseTable.h"
 #include "Tests/Targets/VelmoraTime/RunningClock.h"
 
 namespace {
@@ -77,8 +77,8 @@ class MoonPicture : public testing::Test {
 };
 
 TEST_F(MoonPicture, TheTerminatorTravelsThroughTheLunation) {
-  for (const auto& [age, dark, points, side] :
-       casesIn<double, double, double, std::string>("VelmoraTime/Cases/moon-terminator.txt")) {
+  for (const auto& [age, dark, points, side] : casesIn<double, double, double, std::string>(
+           "Targets/VelmoraTime/Cases/moon-terminator.txt")) {
     const Lit lit = drawn(age, dark);
     EXPECT_NEAR(lit.points, points, 0.06) << age << ", " << dark;
     if (side != "either") {
@@ -203,7 +203,8 @@ void expectLightOfEachPhase(MoonPhaseView_Time& moon, double scale, double groun
 TEST(MoonPictures, ShowAsMuchLightAsThereIs) {
   const EnvironmentVariable support{"VELMORA_SUPPORT_DIR", VELMORA_SOURCE_DIR "/Resources"};
   for (const auto& [side, range, light, dark, ground] :
-       casesIn<int, int, std::string, std::string, double>("VelmoraTime/Cases/moon-pictures.txt")) {
+       casesIn<int, int, std::string, std::string, double>(
+           "Targets/VelmoraTime/Cases/moon-pictures.txt")) {
     const NSRect frame{{0, 0}, {static_cast<double>(side), static_cast<double>(side)}};
     const auto moon = MoonPhaseView_Time::moonWithFrame(frame, side, range, light, dark);
     for (const int32_t hemisphere : {0, 1}) {

@@ -9,7 +9,7 @@
 #include "Targets/VelmoraTime/Dropdown/SunDetailPanel.h"
 #include "Targets/VelmoraTime/Dropdown/SunPanelTexts.h"
 #include "Targets/VelmoraTime/Map/StatInterfaceLightMap.h"
-#include "Tests/Targets/CaseTable.h"
+#include "Tests/Platform/Support/CaseTable.h"
 #include "Tests/Targets/VelmoraTime/OpenDropdown.h"
 
 namespace {
@@ -18,7 +18,7 @@ TEST(SunPanel, Texts) {
   NSDateFormatter formatter;
   formatter.setTimeZone(*NSTimeZone::timeZoneWithName("Asia/Kolkata"));
   for (const auto& [kind, value, text] :
-       casesIn<std::string, double, std::string>("VelmoraTime/Cases/sun-panel.txt")) {
+       casesIn<std::string, double, std::string>("Targets/VelmoraTime/Cases/sun-panel.txt")) {
     const std::string shown = kind == "length"       ? dayLengthFromValue(value)
                               : kind == "difference" ? dayLengthDifference(40000 + value, 40000)
                               : kind == "degrees"
@@ -92,7 +92,8 @@ TEST_F(CitySubmenu, IsReadAloudAsATable) {
       << all;
   for (const char* part :
        {"   row Sunrise\n    cell 114.4º\n    cell 6:23\n", "   row Moonrise\n    cell \n    cell ",
-        "   text 10 hours and 7 minutes of daylight\n   text 1 minute less than yesterday\n"})
+        "   text 10 hours and 7 minutes of daylight\n   text 1 minute less than yesterday\n"
+        "   row Current Altitude\n"})
     EXPECT_NE(all.find(part), std::string::npos) << part << all;
 }
 

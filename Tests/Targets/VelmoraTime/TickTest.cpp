@@ -32,23 +32,6 @@ TEST(Tick, StampsTheViewAndThenTellsTheDelegatesInOrder) {
   EXPECT_EQ(shown, "1506 2 15:07 3 1508 4 15:09 5 ") << "the view comes first, then the extra";
 }
 
-TEST(Tick, OnePassForEachSecondFromAnyFraction) {
-  for (const double fraction : {0.0, 0.3, 0.999999, 0.9999999}) {
-    RunningClock clock(utc(2026, 3, 8) + fraction);
-    double last = std::floor(clock.view().time());
-    int passes = 0;
-    clock.onTick = [&] {
-      const double shown = std::floor(clock.view().time());
-      EXPECT_EQ(shown, last + 1) << "after " << passes << " passes";
-      EXPECT_LT(clock.view().time() - shown, 0.001) << "late after the second's beginning";
-      last = shown;
-      ++passes;
-    };
-    clock.time.loop.advance(1000);
-    EXPECT_NEAR(passes, 1000, 1) << fraction;
-  }
-}
-
 // Set to another fraction, the pass already on its way comes at most a second late, and the next
 // ones fall on whole seconds again.
 TEST(Tick, AlignsItselfAfterAnUnevenSet) {

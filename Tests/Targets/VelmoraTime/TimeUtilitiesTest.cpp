@@ -5,7 +5,7 @@
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/VelmoraTime/Classes/VelmoraTimeMenuExtraView.h"
 #include "Targets/VelmoraTime/Classes/ZEVDateAndTimeUtilities.h"
-#include "Tests/Targets/CaseTable.h"
+#include "Tests/Platform/Support/CaseTable.h"
 #include "Tests/Targets/SimulatedTime.h"
 
 namespace {
@@ -14,7 +14,7 @@ ZEVDateAndTimeUtilities& utilities() { return ZEVDateAndTimeUtilities::sharedUti
 
 TEST(DropdownTimeFormat, IsCutOutOfTheSetting) {
   for (const auto& [locale, setting, bareTime] : casesIn<std::string, ClockElements, ClockElements>(
-           "VelmoraTime/Cases/dropdown-formats.txt")) {
+           "Targets/VelmoraTime/Cases/dropdown-formats.txt")) {
     NSLocale::setCurrentLocale(locale);
     const PropertyList::Array list(setting.begin(), setting.end());
     ZEVSetObjectForKey("Time_DropdownFormat", list);
@@ -37,7 +37,8 @@ TEST(FuzzyClock, EachMinuteOfAnHour) {
   NSTimeZone::setSystemTimeZone(NSTimeZone::timeZoneWithName("Asia/Kolkata"));
   const VelmoraTimeMenuExtraView view;
   for (const auto& [hour, from, to, inUtilities, inBar] :
-       casesIn<int, int, int, std::string, std::string>("VelmoraTime/Cases/fuzzy-clock.txt")) {
+       casesIn<int, int, int, std::string, std::string>(
+           "Targets/VelmoraTime/Cases/fuzzy-clock.txt")) {
     for (int minute = from; minute <= to; ++minute) {
       const double time = utc(2026, 11, 21, hour, minute, 59.9) - 5.5 * 3600;
       EXPECT_EQ(utilities().fuzzyClock(time), inUtilities) << hour << ":" << minute;

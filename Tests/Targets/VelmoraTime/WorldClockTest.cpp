@@ -9,7 +9,7 @@
 #include "Targets/Shared/ZEVPreferences.h"
 #include "Targets/VelmoraTime/Dropdown/StatInterfaceClockFace.h"
 #include "Targets/VelmoraTime/Dropdown/StatInterfaceTimeItem.h"
-#include "Tests/Targets/CaseTable.h"
+#include "Tests/Platform/Support/CaseTable.h"
 #include "Tests/Targets/SimulatedTime.h"
 
 namespace {
@@ -60,7 +60,7 @@ TEST(WorldClock, FollowsTheZoneDatabaseThroughADay) {
 TEST(WorldClock, Texts) {
   for (const auto& [systemZone, zone, date, language, list, text] :
        casesIn<std::string, std::string, NSDate, std::string, ClockElements, std::string>(
-           "VelmoraTime/Cases/city-texts.txt")) {
+           "Targets/VelmoraTime/Cases/city-texts.txt")) {
     ZEVSetObjectForKey("language", language.empty() ? PropertyList() : PropertyList(language));
     EXPECT_EQ(clockIn(zone, systemZone)->textOfElements(list, date), text)
         << zone << " " << date.description();
@@ -70,7 +70,7 @@ TEST(WorldClock, Texts) {
 TEST(WorldClock, LightOfADay) {
   for (const auto& [dawn, rise, set, dusk, time, day, darkShare] :
        casesIn<double, double, double, double, double, bool, float>(
-           "VelmoraTime/Cases/city-light.txt")) {
+           "Targets/VelmoraTime/Cases/city-light.txt")) {
     const CityLight light = lightOfCity(
         {{"rise-civil", dawn}, {"rise-sun", rise}, {"set-sun", set}, {"set-civil", dusk}}, time);
     EXPECT_EQ(light.day, day) << dawn << " " << set << " " << time;
@@ -119,7 +119,7 @@ TEST(WorldClock, IsReadAloudToTheMinute) {
   ZEVSetObjectForKey("Time_DropdownFormat",
                      PropertyList::Array{"HH", ":", "mm", "':'", "ss", "' '", "zzz"});
   for (const auto& [systemZone, zone, name] :
-       casesIn<std::string, std::string, std::string>("VelmoraTime/Cases/city-names.txt")) {
+       casesIn<std::string, std::string, std::string>("Targets/VelmoraTime/Cases/city-names.txt")) {
     const auto clock = clockIn(zone, systemZone);
     clock->update();
     EXPECT_EQ(clock->menuitem()->accessibilityLabel(), name);

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "Platform/Foundation/Zones/NSTimeZone.h"
-#include "Tests/Targets/CaseTable.h"
+#include "Tests/Platform/Support/CaseTable.h"
 #include "Tests/Targets/SimulatedTime.h"
 
 namespace {
@@ -12,7 +12,7 @@ TEST(ZoneLocales, HelpOnlyWhereAnOffsetWouldStand) {
   const SimulatedTime time;
   for (const auto& [locale, zone, ofItsPeople, zoneAfterwards, helping] :
        casesIn<std::string, std::string, std::string, std::string, std::string>(
-           "VelmoraTime/Cases/zone-locales.txt")) {
+           "Targets/VelmoraTime/Cases/zone-locales.txt")) {
     SCOPED_TRACE(zone + " in " + locale);
     EXPECT_EQ(localeOfZone(zone), ofItsPeople);
     NSDateFormatter formatter;

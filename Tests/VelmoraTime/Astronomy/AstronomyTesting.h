@@ -7,14 +7,14 @@
 
 #include "Platform/Foundation/Time/NSDate.h"
 #include "Platform/Foundation/Zones/NSTimeZone.h"
+#include "Tests/Platform/Support/CaseTable.h"
 #include "Tests/Platform/Support/Files.h"
-#include "Tests/Platform/Support/Table.h"
 #include "Tests/Platform/Support/VirtualTime.h"
 
-/// The rows of a section of this folder's table.
-template <size_t Columns>
-auto rowsOf(std::string_view section) {
-  return tableRows<Columns>("VelmoraTime/Astronomy/AstronomyTests.tsv", section);
+/// The cases of a section of this folder's table.
+template <typename... Fields>
+auto casesOf(const std::string& section) {
+  return casesIn<Fields...>("VelmoraTime/Astronomy/AstronomyTests.txt", section);
 }
 
 /// Seconds since 1970 of a text as `utc` reads it.
@@ -27,11 +27,12 @@ inline NSTimeZone zoneNamed(std::string_view name) {
 /// A place of the table.
 struct Place {
   explicit Place(std::string_view name) {
-    for (const auto& [known, zoneName, north, east] : rowsOf<4>("places")) {
+    for (const auto& [known, zoneName, north, east] :
+         casesOf<std::string, std::string, double, double>("places")) {
       if (known != name) continue;
       zone = zoneNamed(zoneName);
-      latitude = std::stod(north);
-      longitude = std::stod(east);
+      latitude = north;
+      longitude = east;
     }
     EXPECT_NE(latitude, 0) << name;
   }

@@ -8,7 +8,8 @@ namespace {
 class MoonEvents : public AstronomyTest {};
 
 TEST_F(MoonEvents, AgreeWithAnIndependentCalculation) {
-  for (const auto& [name, date, rise, set] : rowsOf<4>("moon events")) {
+  for (const auto& [name, date, rise, set] :
+       casesOf<std::string, std::string, std::string, std::string>("moon events")) {
     SCOPED_TRACE(name + " " + date);
     const Place place(name);
     const MoonData record =
@@ -24,12 +25,13 @@ class MoonPhases : public AstronomyTest {};
 
 // The formulae give dynamical time, a minute or so ahead of UTC, and keep to two or three minutes.
 TEST_F(MoonPhases, PublishedDates) {
-  for (const auto& [zone, moment, phase, time] : rowsOf<4>("next phases")) {
+  for (const auto& [zone, moment, phase, time] :
+       casesOf<std::string, std::string, int, std::string>("next phases")) {
     SCOPED_TRACE(zone + " " + moment);
     setSystemZone(zone);
     const auto phases = nextPhases(1, utc(moment));
     ASSERT_EQ(phases.size(), 1U);
-    EXPECT_EQ(phases[0].phase, std::stoi(phase));
+    EXPECT_EQ(phases[0].phase, phase);
     EXPECT_EQ(phases[0].time, static_cast<int64_t>(phases[0].time));
     if (time != "-") {
       EXPECT_NEAR(phases[0].time, secondsAt(time), 300);
@@ -64,19 +66,19 @@ int32_t nameAt(const NSDate& date) {
 }
 
 TEST_F(MoonPhases, NamesAroundPrincipalPhases) {
-  constexpr double Hours[] = {-3, 1, 4.5, 12};
+  using List = std::vector<int>;
   for (const char* zone : {"UTC", "America/Los_Angeles"}) {
     setSystemZone(zone);
-    for (const auto& row : rowsOf<5>("names around phases")) {
-      for (size_t index = 0; index < std::size(Hours); ++index) {
-        const NSDate date = utc(row[0]).dateByAddingTimeInterval(Hours[index] * 3600);
-        EXPECT_EQ(nameAt(date), std::stoi(row[index + 1])) << row[0] << " in " << zone;
-      }
+    for (const auto& [time, names] : casesOf<std::string, List>("names around phases")) {
+      List found;
+      for (const double hours : {-3.0, 1.0, 4.5, 12.0})
+        found.push_back(nameAt(utc(time).dateByAddingTimeInterval(hours * 3600)));
+      EXPECT_EQ(found, names) << time << " in " << zone;
     }
   }
   setSystemZone("UTC");
-  for (const auto& [time, index] : rowsOf<2>("names before the mean new moon"))
-    EXPECT_EQ(nameAt(utc(time)), std::stoi(index)) << time;
+  for (const auto& [time, index] : casesOf<std::string, int>("names before the mean new moon"))
+    EXPECT_EQ(nameAt(utc(time)), index) << time;
 }
 
 // The machine's zone must cancel out, also in an hour that its clocks skip: half an hour before the

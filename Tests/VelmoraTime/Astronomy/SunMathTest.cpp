@@ -2,7 +2,6 @@
 
 #include "Targets/VelmoraTime/Classes/RiseSetSearch.h"
 
-#include <array>
 #include <tuple>
 
 #include "Targets/VelmoraTime/Classes/JulianDate.h"
@@ -32,12 +31,13 @@ TEST(LocalMeanSiderealTime, PublishedExamples) {
 
 // MiniSun keeps to 0.02 degree.
 TEST(SunPosition, AgreesWithPublishedPositions) {
-  for (const auto& [modifiedJulianDate, east, north] : rowsOf<3>("sun positions")) {
+  for (const auto& [modifiedJulianDate, east, north] :
+       casesOf<double, double, double>("sun positions")) {
     SCOPED_TRACE(modifiedJulianDate);
     double declination = 0, rightAscension = 0;
-    sunPosition(declination, rightAscension, (std::stod(modifiedJulianDate) - 51544.5) / 36525);
-    EXPECT_NEAR(rightAscension, std::stod(east) / 15, 0.02 / 15);
-    EXPECT_NEAR(declination, std::stod(north), 0.02);
+    sunPosition(declination, rightAscension, (modifiedJulianDate - 51544.5) / 36525);
+    EXPECT_NEAR(rightAscension, east / 15, 0.02 / 15);
+    EXPECT_NEAR(declination, north, 0.02);
   }
 }
 
@@ -48,13 +48,13 @@ TEST(SunHorizon, HoursAndMinutesCount) {
 }
 
 TEST(Quad, RootsAndExtremaOfParabolas) {
-  for (const auto& row : rowsOf<8>("parabolas")) {
-    std::array<double, 8> found{};
-    for (size_t index : {0, 1, 2})
-      found[index] = std::stod(row[index]);
-    quad(found[3], found[4], found[5], found[6], found[7], found[0], found[1], found[2]);
-    for (size_t index = 3; index < row.size(); ++index)
-      EXPECT_NEAR(found[index], std::stod(row[index]), 1e-12) << row[0] << ", " << row[1];
+  using List = std::vector<double>;
+  for (const auto& [y, expected] : casesOf<List, List>("parabolas")) {
+    SCOPED_TRACE(testing::PrintToString(y));
+    List found(5);
+    quad(found[0], found[1], found[2], found[3], found[4], y[0], y[1], y[2]);
+    for (size_t index = 0; index < found.size(); ++index)
+      EXPECT_NEAR(found[index], expected[index], 1e-12) << index;
   }
 }
 
