@@ -3,6 +3,7 @@
 #include <cmath>
 #include <nlohmann/json.hpp>
 
+#include "Platform/Foundation/Notifications/RemoteCommands.h"
 #include "Platform/Foundation/Text/NSString.h"
 #include "Tests/Hosts/BarTest.h"
 #include "Tests/Support/TestEnvironment.h"
@@ -120,8 +121,8 @@ TEST_F(WaylandBar, FollowsTheOutputsModeAndScale) {
   expectOn(screen, "HEADLESS-1", {.scale = 2});
 }
 
-// Would catch: a bar that ends or stays away when its monitor is unplugged, and one that does not
-// come back to the monitor that was asked for.
+// Would catch: a bar that ends or stays away when its monitor is unplugged, one that does not come
+// back to the monitor that was asked for, and a menu that is told to be open on none.
 TEST_F(WaylandBar, MovesWhenItsOutputGoes) {
   const WaylandServer desk({{.width = 1280, .height = 160}});
   const WaylandServer screen(desk, 2);
@@ -137,6 +138,7 @@ TEST_F(WaylandBar, MovesWhenItsOutputGoes) {
   expectOn(screen, "WL-3");
   unplug("WL-3");
   ASSERT_TRUE(waitUntil([&] { return screen.screenshotOf("WL-3").width == 0; }));
+  EXPECT_FALSE(RemoteCommands::perform("MenuBar", "open")) << "without a monitor";
   screen.command("create_output");
   expectOn(screen, "WL-4");
   EXPECT_EQ(bar().exitStatus(), std::nullopt);

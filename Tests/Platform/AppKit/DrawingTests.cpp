@@ -235,6 +235,8 @@ void drawEverything(double right, const NSColor& color, std::string_view text) {
   NSGraphicsContext& context = *NSGraphicsContext::currentContext();
   color.setFill();
   fill(NSMakeRect(right, 2, 5, 4));
+  const NSBezierPath band = NSBezierPath::bezierPathWithRect(NSMakeRect(0, 8, 40, 4));
+  context.fillPath(band, {color, NSColor::blackColor()}, {0, 8}, {0, 12});
   {
     const NSSavedGraphicsState saved(context);
     context.flip(20);
@@ -273,6 +275,9 @@ TEST(DrawingLists, DrawWhatWasDrawnAndTellDifferencesApart) {
       ASSERT_EQ(direct.pixelAt(column, row), replayed.pixelAt(column, row))
           << column << ", " << row;
   }
+  // The band's lower end has the first colour, the upper end nearly the other.
+  EXPECT_GT(direct.pixelAt(0, 19).redComponent(), 0.8);
+  EXPECT_LT(direct.pixelAt(0, 14).redComponent(), 0.2);
   // Of the masked rectangle: in the left half, in the right one, above and beside the mask.
   EXPECT_EQ(direct.pixelAt(48, 27), Red);
   EXPECT_NEAR(direct.pixelAt(54, 27).alphaComponent(), 0.25, 0.01);
