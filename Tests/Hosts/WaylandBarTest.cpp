@@ -53,17 +53,6 @@ std::string differenceOfItems(const ScreenPicture& screen, const ScreenPicture& 
   return "";
 }
 
-// Would catch: windows that are laid out under the bar.
-TEST_F(WaylandBar, ReservesItsHeight) {
-  const WaylandServer screen({{.width = 640, .height = 120}});
-  start(screen);
-  expectOn(screen, "HEADLESS-1");
-  const auto workspaces = nlohmann::json::parse(screen.query("get_workspaces"));
-  const auto& area = workspaces.at(0).at("rect");
-  EXPECT_EQ(area.at("y"), 22);
-  EXPECT_EQ(area.at("height"), 98);
-}
-
 // Would catch: a monitor told apart by its product, which these two share, and a bar of one
 // monitor's scale on the other.
 TEST_F(WaylandBar, GoesToTheOutputOfTheName) {
@@ -110,11 +99,16 @@ TEST_F(WaylandBar, IsCrispAtFractionalScales) {
   }
 }
 
-// Would catch: a bar stretched to its old width, and one drawn at its old scale.
+// Would catch: windows that are laid out under the bar, a bar stretched to its old width, and one
+// drawn at its old scale.
 TEST_F(WaylandBar, FollowsTheOutputsModeAndScale) {
   const WaylandServer screen({{.width = 640, .height = 120}});
   start(screen);
   expectOn(screen, "HEADLESS-1");
+  const auto workspaces = nlohmann::json::parse(screen.query("get_workspaces"));
+  const auto& area = workspaces.at(0).at("rect");
+  EXPECT_EQ(area.at("y"), 22);
+  EXPECT_EQ(area.at("height"), 98);
   screen.command("output HEADLESS-1 resolution 900x160");
   expectOn(screen, "HEADLESS-1");
   screen.command("output HEADLESS-1 scale 2");

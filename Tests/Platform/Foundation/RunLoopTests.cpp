@@ -16,7 +16,7 @@
 #include <vector>
 
 #include "Platform/Foundation/Files/FileDescriptor.h"
-#include "Platform/Foundation/RunLoop/VirtualRunLoop.h"
+#include "Tests/Platform/Support/VirtualTime.h"
 #include "Tests/Support/ChildProcess.h"
 
 namespace {
@@ -24,18 +24,14 @@ namespace {
 constexpr int64_t Microsecond = 1000;
 constexpr int64_t Millisecond = 1000 * Microsecond;
 
-struct OnVirtualTime {
-  ManualClock clock{1'700'000'000};
-  VirtualRunLoop loop{clock};
-
+struct OnVirtualTime : VirtualTime {
   /// Lets time pass while the loop is kept from running.
   void block(int64_t nanoseconds) { clock.advanceMicroseconds(nanoseconds / Microsecond); }
 };
 
 struct OnDesktop {
-  NSRunLoop& loop = NSRunLoop::mainRunLoop();
-
   void block(int64_t nanoseconds) {
+    NSRunLoop& loop = NSRunLoop::mainRunLoop();
     for (const int64_t end = loop.now() + nanoseconds; loop.now() < end;) {
     }
   }
@@ -60,7 +56,7 @@ class RunLoop : public testing::Test {
   }
 
   Kind kind;
-  NSRunLoop& loop = kind.loop;
+  NSRunLoop& loop = NSRunLoop::mainRunLoop();
   std::string notes;
 };
 

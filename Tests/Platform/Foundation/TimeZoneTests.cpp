@@ -101,14 +101,6 @@ TEST(SystemZone, FollowsAFile) {
   EXPECT_EQ(systemZone(std::nullopt), "UTC 0 0") << "a folder";
 }
 
-TEST(SystemZone, IsKeptUntilTheReset) {
-  EXPECT_EQ(systemZone("Asia/Tokyo"), "Asia/Tokyo 32400 32400");
-  const EnvironmentVariable after("TZ", "Asia/Kolkata");
-  EXPECT_EQ(NSTimeZone::systemTimeZone().name(), "Asia/Tokyo");
-  NSTimeZone::resetSystemTimeZone();
-  EXPECT_EQ(NSTimeZone::systemTimeZone().name(), "Asia/Kolkata");
-}
-
 // An update of the zone files counts from the next reset on, though a zone of the old ones lives.
 TEST(SystemZone, AResetReadsTheFilesAnew) {
   const fs::path folder = freshFolder();
