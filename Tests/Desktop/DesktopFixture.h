@@ -26,7 +26,7 @@ class DesktopFixture {
   void restartSession(unsigned colorScheme);
 
  private:
-  void call(const std::vector<std::string>& arguments);
+  static void call(std::vector<std::string> arguments);
 
   TestBus sessionBus_{"DBUS_SESSION_BUS_ADDRESS"};
   TestBus systemBus_{"DBUS_SYSTEM_BUS_ADDRESS"};

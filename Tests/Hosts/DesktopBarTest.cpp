@@ -6,6 +6,7 @@
 #include "Platform/Foundation/Settings/CFPreferences.h"
 #include "Tests/Hosts/AccessibleDesktop.h"
 #include "Tests/Hosts/BarTest.h"
+#include "Tests/Platform/Support/Files.h"
 
 namespace {
 
@@ -33,16 +34,13 @@ INSTANTIATE_TEST_SUITE_P(, DesktopBar,
 // a light bar that stays on a desktop which has turned dark.
 TEST_P(DesktopBar, FollowsTheDesktopsAppearance) {
   showBar();
-  struct Case {
-    PropertyList style;
-    uint32_t bar;
-  };
-  for (const Case& tested : {Case{"Dark", colors::DarkBar}, Case{{}, colors::LightBar}}) {
-    CFPreferencesSetAppValue("AppleInterfaceStyle", tested.style, ".GlobalPreferences");
+  for (const auto& [style, bar] :
+       {std::pair<PropertyList, uint32_t>{"Dark", colors::DarkBar}, {{}, colors::LightBar}}) {
+    CFPreferencesSetAppValue("AppleInterfaceStyle", style, ".GlobalPreferences");
     ASSERT_TRUE(CFPreferencesAppSynchronize(".GlobalPreferences"));
     NSDistributedNotificationCenter::defaultCenter().postNotification(
         "AppleInterfaceThemeChangedNotification");
-    expectOnScreen({.bar = tested.bar});
+    expectOnScreen({.bar = bar});
   }
 }
 
@@ -75,7 +73,8 @@ TEST_P(DesktopBar, TellsTheItemsNameToScreenReaders) {
   setAccessibilityEnabled(false);
   startBar({}, {{"NO_AT_BRIDGE", std::nullopt}});
   expectOnScreen({});
-  EXPECT_FALSE(hasLoaded(bar().pid(), "libatk"));
+  EXPECT_THAT(readFile("/proc/" + std::to_string(bar().pid()) + "/maps"),
+              testing::Not(testing::HasSubstr("/libatk")));
   std::string tree;
   const auto isNamed = [&] {
     tree = AccessibleDesktop().tree();

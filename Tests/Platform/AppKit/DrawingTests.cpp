@@ -47,29 +47,12 @@ TEST(Paths, ACurveEnclosesItsArea) {
   }
 }
 
-TEST(Contexts, NestAndComeBack) {
-  // Drawing without one does nothing.
+TEST(Contexts, AreNotNeededToDrawNothing) {
   Red.setFill();
   fill(NSMakeRect(0, 0, 1, 1));
   drawAtPointWithAttributes("x", {0, 0}, {});
   NSImage::imageWithSize({2, 2})->drawAtPoint({0, 0});
-  RecordingGraphicsContext outer;
-  RecordingGraphicsContext inner;
-  {
-    const NSCurrentGraphicsContext first(outer);
-    {
-      const NSCurrentGraphicsContext second(inner);
-      Red.setFill();
-      fill(NSMakeRect(0, 0, 1, 1));
-    }
-    EXPECT_EQ(NSGraphicsContext::currentContext(), &outer);
-    fill(NSMakeRect(0, 0, 1, 1));
-  }
   EXPECT_EQ(NSGraphicsContext::currentContext(), nullptr);
-  ASSERT_EQ(inner.records().size(), 1U);
-  ASSERT_EQ(outer.records().size(), 1U);
-  EXPECT_EQ(inner.records()[0].color, Red);
-  EXPECT_EQ(outer.records()[0].color, NSColor::blackColor());
 }
 
 TEST(Paths, ReachAsFarAsTheirCurvesControls) {

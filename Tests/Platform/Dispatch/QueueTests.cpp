@@ -38,11 +38,9 @@ dispatch_semaphore_t occupy(const dispatch_queue_t& queue) {
 
 /// Runs `work` in so many threads at once, with the number of each.
 void runInThreads(size_t count, const std::function<void(size_t)>& work) {
-  std::vector<std::thread> threads;
+  std::vector<std::jthread> threads;
   for (size_t number = 0; number < count; ++number)
     threads.emplace_back(work, number);
-  for (std::thread& thread : threads)
-    thread.join();
 }
 
 // The plain counter and vectors are the check of exclusion: the thread sanitizer sees any overlap.
