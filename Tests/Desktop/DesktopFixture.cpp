@@ -21,12 +21,6 @@ void DesktopFixture::set(const std::string& key, unsigned value) {
   call({"Set", "string:" + key, "uint32:" + std::to_string(value)});
 }
 
-void DesktopFixture::sleep(bool isGoing) {
-  call({"Sleep", std::string("boolean:") + (isGoing ? "true" : "false")});
-}
-
-void DesktopFixture::zoneChanged() { call({"ZoneChanged"}); }
-
 void DesktopFixture::call(std::vector<std::string> arguments) {
   arguments.front().insert(0, "com.wenmark.velmora5.FakeDesktop.");
   arguments.insert(arguments.begin(),

@@ -98,9 +98,9 @@ TEST(DesktopSettings, AreAskedAgainWhenThePortalOrTheBusComesBack) {
 TEST(SleepWatch, TellsAResumeOnceAndNoSuspend) {
   DesktopFixture desktop;
   Counter clock("NSSystemClockDidChangeNotification");
-  desktop.sleep(true);
+  desktop.call({"Sleep", "boolean:true"});
   EXPECT_EQ(clock.countAfterAWhile(), 0);
-  desktop.sleep(false);
+  desktop.call({"Sleep", "boolean:false"});
   EXPECT_TRUE(clock.reaches(1));
   EXPECT_EQ(clock.countAfterAWhile(), 1);
 }
@@ -135,7 +135,7 @@ TEST_F(TimeZoneWatch, TellsANewTargetOnce) {
   point("Asia/Kathmandu");
   EXPECT_TRUE(zones.reaches(1));
   // The date service's signal for the same change comes later.
-  desktop.zoneChanged();
+  desktop.call({"ZoneChanged"});
   EXPECT_EQ(zones.countAfterAWhile(), 1);
   EXPECT_EQ(NSTimeZone::systemTimeZone().name(), "Europe/Berlin") << "kept until it is reset";
   EXPECT_EQ(zoneAfterReset(), "Asia/Kathmandu");

@@ -10,10 +10,7 @@ namespace {
 
 using testing::HasSubstr;
 
-const Environment noDisplay{{"DISPLAY", std::nullopt}, {"WAYLAND_DISPLAY", std::nullopt}};
-
-FinishedProcess run(std::vector<std::string> arguments,
-                    const Environment& environment = noDisplay) {
+FinishedProcess run(std::vector<std::string> arguments, const Environment& environment = {}) {
   arguments.insert(arguments.begin(), menuBarProgram().string());
   return runToEnd(arguments, environment);
 }
@@ -21,7 +18,7 @@ FinishedProcess run(std::vector<std::string> arguments,
 // Would catch: an argument that is passed over, a message that does not help, and a host that goes
 // on with the extra that it did not get.
 TEST(CommandLine, RefusesWhatItCannotUse) {
-  expectTranscript(VELMORA_SOURCE_DIR "/Tests/Hosts/refusals.txt", menuBarProgram(), noDisplay);
+  expectTranscript(VELMORA_SOURCE_DIR "/Tests/Hosts/refusals.txt", menuBarProgram());
   expectComplaint(run({"--headless", "--output", "/dev/null/out", "--bundle", testBundle()}),
                   menuBarProgram(), 1, "/dev/null/out");
   expectComplaint(run({"--headless", "--output", testFolder(), "--bundle", testBundle()},

@@ -44,25 +44,19 @@ TEST_P(DesktopBar, FollowsTheDesktopsAppearance) {
   }
 }
 
-// Would catch: an area left undrawn when the item grows, and its remains when it shrinks.
-TEST_P(DesktopBar, FollowsTheItemsWidth) {
-  showBar();
-  for (const int width : {150, 33, 200}) {
-    command({{"length", std::to_string(width)}});
-    expectOnScreen({.width = width});
-  }
-}
-
-// Would catch: an exception that ends the program or its drawing, and one line a second in the log.
-TEST_P(DesktopBar, OutlivesAnItemThatFails) {
+// Would catch: an exception that ends the program or its drawing, one line a second in the log, an
+// area left undrawn when the item grows, and its remains when it shrinks.
+TEST_P(DesktopBar, OutlivesAnItemThatFailsAndFollowsItsWidth) {
   showBar();
   const char* const texts[] = {"the item has failed", "it has failed again", "the item has failed"};
   for (size_t count = 0; count < std::size(texts); ++count) {
     command({{"failure", texts[count]}});
     ASSERT_TRUE(waitUntil([&] { return itemLog().size() > count; }));
   }
-  command({{"failure", ""}, {"length", "90"}});
-  expectOnScreen({.width = 90});
+  for (const int width : {150, 33, 200}) {
+    command({{"failure", ""}, {"length", std::to_string(width)}});
+    expectOnScreen({.width = width});
+  }
   EXPECT_EQ(bar().errors(),
             "velmora: error: the item has failed\nvelmora: error: it has failed again\n");
 }

@@ -4,10 +4,11 @@
 #include <stdlib.h>
 #include <sys/mman.h>
 #include <sys/prctl.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <fstream>
+#include <sstream>
 #include <stdexcept>
 #include <thread>
 
@@ -17,12 +18,9 @@ namespace {
 constexpr int NotFound = 127;
 
 std::string contentsOf(int file) {
-  struct stat status {};
-  fstat(file, &status);
-  std::string text(static_cast<size_t>(status.st_size), '\0');
-  const ssize_t count = pread(file, text.data(), text.size(), 0);
-  text.resize(count > 0 ? static_cast<size_t>(count) : 0);
-  return text;
+  std::ostringstream text;
+  text << std::ifstream("/proc/self/fd/" + std::to_string(file)).rdbuf();
+  return text.str();
 }
 
 /// A file in memory for what a program writes: it never blocks the writer, as a pipe may.

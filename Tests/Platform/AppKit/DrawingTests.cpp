@@ -82,10 +82,6 @@ constexpr NSRect Four = NSMakeRect(0, 0, 4, 4);
 
 void drawText(double x, double y) { drawAtPointWithAttributes("x", {x, y}, {}); }
 
-void drawPictureOfSize(double width, double height) {
-  drawPicture(Four, NSZeroRect, 1, {width, height});
-}
-
 TEST(Contexts, RefuseWhatHasNoPlaceAndGoOn) {
   using Context = NSGraphicsContext;
   const NSBezierPath nowhere = NSBezierPath::bezierPathWithRect(NSMakeRect(0, 0, NoNumber, 9));
@@ -101,8 +97,14 @@ TEST(Contexts, RefuseWhatHasNoPlaceAndGoOn) {
       {"part nowhere", [](Context&) { drawPicture(Four, NSMakeRect(0, NoNumber, 1, 1)); }},
       {"tiny part", [](Context&) { drawPicture(Four, NSMakeRect(0, 0, 1e-300, 1e-300)); }},
       {"no fraction", [](Context&) { drawPicture(Four, NSZeroRect, NoNumber); }},
-      {"no size", [](Context&) { drawPictureOfSize(4, 0); }},
-      {"odd size", [](Context&) { drawPictureOfSize(NoNumber, 4); }},
+      {"no size",
+       [](Context&) {
+         drawPicture(Four, NSZeroRect, 1, {4, 0});
+       }},
+      {"odd size",
+       [](Context&) {
+         drawPicture(Four, NSZeroRect, 1, {NoNumber, 4});
+       }},
       {"text", [](Context&) { drawText(NoNumber, 0); }},
       {"far text", [](Context&) { drawText(0, 1e300); }},
       {"path", [](Context&) { fill(NSMakeRect(0, -Endless, 9, 9)); }},
