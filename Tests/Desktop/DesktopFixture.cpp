@@ -21,20 +21,11 @@ void DesktopFixture::set(const std::string& key, unsigned value) {
   call({"Set", "string:" + key, "uint32:" + std::to_string(value)});
 }
 
-void DesktopFixture::sleep(bool isGoing) {
-  call({"Sleep", std::string("boolean:") + (isGoing ? "true" : "false")});
-}
-
-void DesktopFixture::zoneChanged() { call({"ZoneChanged"}); }
-
-void DesktopFixture::call(const std::vector<std::string>& arguments) {
-  std::vector<std::string> command = {"dbus-send",
-                                      "--session",
-                                      "--print-reply",
-                                      "--dest=org.freedesktop.portal.Desktop",
-                                      "/org/freedesktop/portal/desktop",
-                                      "com.wenmark.velmora5.FakeDesktop." + arguments.front()};
-  command.insert(command.end(), arguments.begin() + 1, arguments.end());
-  const FinishedProcess sent = runToEnd(command);
+void DesktopFixture::call(std::vector<std::string> arguments) {
+  arguments.front().insert(0, "com.wenmark.velmora5.FakeDesktop.");
+  arguments.insert(arguments.begin(),
+                   {"dbus-send", "--session", "--print-reply",
+                    "--dest=org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop"});
+  const FinishedProcess sent = runToEnd(arguments);
   EXPECT_EQ(sent.status, 0) << sent.errors;
 }

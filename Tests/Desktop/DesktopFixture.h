@@ -14,8 +14,8 @@ class DesktopFixture {
   DesktopFixture();
 
   void set(const std::string& key, unsigned value);
-  void sleep(bool isGoing);
-  void zoneChanged();
+  /// Has the fake desktop do what its own interface names, with arguments as dbus-send's.
+  void call(std::vector<std::string> arguments);
 
   /// Ends the fake desktop, and starts it anew with every setting at 0.
   void stop() { desktop_.reset(); }
@@ -26,8 +26,6 @@ class DesktopFixture {
   void restartSession(unsigned colorScheme);
 
  private:
-  void call(const std::vector<std::string>& arguments);
-
   TestBus sessionBus_{"DBUS_SESSION_BUS_ADDRESS"};
   TestBus systemBus_{"DBUS_SYSTEM_BUS_ADDRESS"};
   std::unique_ptr<ChildProcess> desktop_;

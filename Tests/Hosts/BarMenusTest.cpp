@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "Platform/Foundation/Notifications/RemoteCommands.h"
 #include "Tests/Hosts/BarTest.h"
 #include "Tests/Support/WaylandInput.h"
 
@@ -189,6 +190,7 @@ TEST_P(BarMenus, GrowAndShrinkWhileTheyAreOpen) {
   EXPECT_TRUE(shows(MenuLeft + 4, free, 0xBFBFBF));
   // Higher than the screen: an arrow at the end, and the wheel.
   EXPECT_TRUE(shows(MenuLeft + 4, Height - 8, 0xFFFFFF));
+  EXPECT_NE(desk_->monitor().at(MenuLeft + 4, Height - 2), 0xFFFFFFU);
   desk_->move(MenuLeft + 20, middleOfRow(4));
   EXPECT_TRUE(told("light:Row 4"));
   desk_->wheelDown();
@@ -205,9 +207,13 @@ TEST_P(BarMenus, GrowAndShrinkWhileTheyAreOpen) {
   EXPECT_TRUE(told("close"));
 }
 
-// Would catch: a bar that hangs, or says more than one word, when its display goes under a menu.
-TEST_P(BarMenus, EndWithTheDisplay) {
+// Would catch: commands from elsewhere without effect or with a wrong answer, and a bar that hangs,
+// or says more than one word, when its display goes under a menu.
+TEST_P(BarMenus, ObeyCommandsAndEndWithTheDisplay) {
   open(3);
+  EXPECT_FALSE(RemoteCommands::perform("MenuBar", "toggle"));
+  EXPECT_TRUE(isClosed());
+  EXPECT_TRUE(RemoteCommands::perform("MenuBar", "toggle"));
   desk_->crash();
   EXPECT_EQ(bar().waitForExit(), 0);
   EXPECT_EQ(std::ranges::count(bar().errors(), '\n'), 1) << bar().errors();

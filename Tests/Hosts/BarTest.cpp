@@ -6,7 +6,6 @@
 #include <string_view>
 
 #include "Platform/Foundation/Notifications/NSDistributedNotificationCenter.h"
-#include "Tests/Platform/Support/Files.h"
 #include "Tests/Support/TestEnvironment.h"
 
 namespace fs = std::filesystem;
@@ -87,11 +86,6 @@ std::string itemFault(const ScreenPicture& monitor, const ExpectedItem& expected
   const bool showsBelow = monitor.height > Height * scale;
   if (showsBelow && monitor.at(0, Height * scale) == expected.bar) return "the bar is too high";
   return hairlineFault(monitor, left, middle, scale);
-}
-
-bool hasLoaded(pid_t process, const std::string& library) {
-  const std::string maps = readFile("/proc/" + std::to_string(process) + "/maps");
-  return maps.find("/" + library) != std::string::npos;
 }
 
 BarTest::BarTest() : itemLog_(testFolder() / "item.log") {}

@@ -38,9 +38,6 @@ struct ExpectedItem {
 /// end, 8 points from the edge; empty if there is none.
 std::string itemFault(const ScreenPicture& monitor, const ExpectedItem& expected);
 
-/// Whether a process has a library of that name in its memory.
-bool hasLoaded(pid_t process, const std::string& library);
-
 /// Runs the bar with `TestExtra` on a screen of the test's own.
 class BarTest : public testing::Test {
  protected:

@@ -10,27 +10,20 @@ namespace {
 
 using testing::HasSubstr;
 
-const Environment noDisplay{{"DISPLAY", std::nullopt}, {"WAYLAND_DISPLAY", std::nullopt}};
-
-FinishedProcess run(const std::vector<std::string>& arguments) {
-  std::vector<std::string> command{menuBarProgram().string()};
-  command.insert(command.end(), arguments.begin(), arguments.end());
-  return runToEnd(command, noDisplay);
+FinishedProcess run(std::vector<std::string> arguments, const Environment& environment = {}) {
+  arguments.insert(arguments.begin(), menuBarProgram().string());
+  return runToEnd(arguments, environment);
 }
 
-// Would catch: an argument that is passed over, and a message that does not help.
+// Would catch: an argument that is passed over, a message that does not help, and a host that goes
+// on with the extra that it did not get.
 TEST(CommandLine, RefusesWhatItCannotUse) {
-  expectTranscript(VELMORA_SOURCE_DIR "/Tests/Hosts/refusals.txt", menuBarProgram(), noDisplay);
+  expectTranscript(VELMORA_SOURCE_DIR "/Tests/Hosts/refusals.txt", menuBarProgram());
   expectComplaint(run({"--headless", "--output", "/dev/null/out", "--bundle", testBundle()}),
                   menuBarProgram(), 1, "/dev/null/out");
-}
-
-// Would catch: a host that goes on with the extra that it did not get.
-TEST(CommandLine, RefusesABundleWithoutAnExtra) {
-  const auto done = runToEnd({menuBarProgram().string(), "--headless", "--output",
-                              testFolder().string(), "--bundle", testBundle().string()},
-                             {{"TEST_EXTRA_IS_MISSING", "1"}});
-  expectComplaint(done, menuBarProgram(), 1, "makes no extra\n");
+  expectComplaint(run({"--headless", "--output", testFolder(), "--bundle", testBundle()},
+                      {{"TEST_EXTRA_IS_MISSING", "1"}}),
+                  menuBarProgram(), 1, "makes no extra\n");
 }
 
 // Would catch: an option that --help has forgotten.

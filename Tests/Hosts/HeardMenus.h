@@ -50,17 +50,21 @@ class HeardMenus : public MenuSessionClient {
     if (event.kind == PointerEvent::Kind::Scroll) {
       line << " by " << event.scroll.x << "," << event.scroll.y;
     }
+    line << shiftOf(event.modifiers);
     heard.push_back(line.str());
   }
   void menuTouchEvent(const TouchEvent&) override {}
   void menuKeyEvent(const NSEvent& event) override {
     std::ostringstream line;
     line << (event.type == NSEventType::KeyDown ? "down " : "up ") << event.keyCode << " "
-         << event.characters << (event.isARepeat ? " again" : "")
-         << (event.modifierFlags == NSEventModifierFlagShift ? " shifted" : "");
+         << event.characters << (event.isARepeat ? " again" : "") << shiftOf(event.modifierFlags);
     heard.push_back(line.str());
   }
   void menuSessionEnded() override { heard.push_back("ended"); }
+
+  static const char* shiftOf(NSEventModifierFlags flags) {
+    return flags == NSEventModifierFlagShift ? " shifted" : "";
+  }
 
   std::vector<std::string> heard;
   int framesToCome = 0;

@@ -80,7 +80,9 @@ TEST(WaylandMenus, TakeTheInputOfEveryOutput) {
   expect({"press 500,60", "release 500,60", "scroll 500,60 by 0,15"});
   input.keyDown(KEY_LEFTSHIFT);
   input.type(KEY_A);
-  expect({"down 256 ", "down 256 A shifted", "up 256 A shifted"});
+  input.click(BTN_LEFT);
+  expect({"down 256 ", "down 256 A shifted", "up 256 A shifted", "press 500,60 shifted",
+          "release 500,60 shifted"});
   input.keyUp(KEY_LEFTSHIFT);
   input.keyDown(KEY_DOWN);
   expect({"up 256  shifted", "down 125 "});

@@ -64,9 +64,11 @@ TEST_F(X11Menus, TakesAllInputWhileTheyAreOpen) {
   EXPECT_THAT(heardLines(6),
               ElementsAre("move 150,50", "press 150,50", "release 150,50", "scroll 150,50 by 0,15",
                           "scroll 150,50 by 0,15", "scroll 150,50 by -15,0"));
-  screen_.input({"key", "Down", "keydown", "Shift_L", "key", "g", "keyup", "Shift_L"});
-  EXPECT_THAT(heardLines(6), ElementsAre("down 125 ", "up 125 ", "down 256 ", "down 256 G shifted",
-                                         "up 256 G shifted", "up 256  shifted"));
+  screen_.input(
+      {"key", "Down", "keydown", "Shift_L", "key", "g", "click", "1", "keyup", "Shift_L"});
+  EXPECT_THAT(heardLines(8), ElementsAre("down 125 ", "up 125 ", "down 256 ", "down 256 G shifted",
+                                         "up 256 G shifted", "press 150,50 shifted",
+                                         "release 150,50 shifted", "up 256  shifted"));
   screen_.input({"keydown", "g"});
   EXPECT_THAT(heardLines(2), ElementsAre("down 256 g", "down 256 g again"));
   session.reset();

@@ -1,12 +1,14 @@
 #include "Tests/Support/ChildProcess.h"
 
 #include <signal.h>
+#include <stdlib.h>
 #include <sys/mman.h>
 #include <sys/prctl.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <fstream>
+#include <sstream>
 #include <stdexcept>
 #include <thread>
 
@@ -15,33 +17,10 @@ namespace {
 /// What a shell says for a program that it does not find.
 constexpr int NotFound = 127;
 
-std::vector<char*> pointersTo(std::vector<std::string>& texts) {
-  std::vector<char*> pointers;
-  for (std::string& text : texts)
-    pointers.push_back(text.data());
-  pointers.push_back(nullptr);
-  return pointers;
-}
-
-std::vector<std::string> changedEnvironment(const Environment& changes) {
-  std::vector<std::string> variables;
-  for (char** variable = environ; *variable != nullptr; ++variable) {
-    const std::string text = *variable;
-    if (!changes.contains(text.substr(0, text.find('=')))) variables.push_back(text);
-  }
-  for (const auto& [name, value] : changes) {
-    if (value) variables.push_back(name + "=" + *value);
-  }
-  return variables;
-}
-
 std::string contentsOf(int file) {
-  struct stat status {};
-  fstat(file, &status);
-  std::string text(static_cast<size_t>(status.st_size), '\0');
-  const ssize_t count = pread(file, text.data(), text.size(), 0);
-  text.resize(count > 0 ? static_cast<size_t>(count) : 0);
-  return text;
+  std::ostringstream text;
+  text << std::ifstream("/proc/self/fd/" + std::to_string(file)).rdbuf();
+  return text.str();
 }
 
 /// A file in memory for what a program writes: it never blocks the writer, as a pipe may.
@@ -65,10 +44,11 @@ bool waitUntil(const std::function<bool()>& condition, std::chrono::milliseconds
 
 ChildProcess::ChildProcess(const std::vector<std::string>& command, const Environment& environment)
     : output_(openSink("output")), errors_(openSink("errors")) {
-  auto arguments = command;
-  auto variables = changedEnvironment(environment);
-  const auto argumentPointers = pointersTo(arguments);
-  const auto variablePointers = pointersTo(variables);
+  auto texts = command;
+  std::vector<char*> arguments;
+  for (std::string& text : texts)
+    arguments.push_back(text.data());
+  arguments.push_back(nullptr);
   const pid_t parent = getpid();
   pid_ = fork();
   if (pid_ < 0) throw std::runtime_error("no new process for " + command.front());
@@ -78,7 +58,9 @@ ChildProcess::ChildProcess(const std::vector<std::string>& command, const Enviro
     if (getppid() != parent) _exit(1);
     dup2(output_, STDOUT_FILENO);
     dup2(errors_, STDERR_FILENO);
-    execvpe(argumentPointers.front(), argumentPointers.data(), variablePointers.data());
+    for (const auto& [name, value] : environment)
+      value ? setenv(name.c_str(), value->c_str(), 1) : unsetenv(name.c_str());
+    execvp(arguments.front(), arguments.data());
     _exit(NotFound);
   }
 }

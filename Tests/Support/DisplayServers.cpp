@@ -21,13 +21,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// A new folder of this test program.
-fs::path makeFolder(const std::string& name) {
-  std::string pattern = (testFolder() / (name + "-XXXXXX")).string();
-  if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no folder for " + name);
-  return pattern;
-}
-
 /// One colour of a pixel, of whatever width the screen gives it, from 0 to 255.
 uint32_t colorPart(unsigned long pixel, unsigned long mask) {
   return static_cast<uint32_t>(((pixel & mask) * 255 + mask / 2) / mask);
@@ -198,14 +191,10 @@ void X11Server::publishSettings(const std::string& bytes) {
   if (isNew) {
     XSetSelectionOwner(display, atom("_XSETTINGS_S0"), settingsWindow_, CurrentTime);
     XEvent event{};
-    event.xclient = {.type = ClientMessage,
-                     .serial = 0,
-                     .send_event = True,
-                     .display = display,
-                     .window = root,
-                     .message_type = atom("MANAGER"),
-                     .format = 32,
-                     .data = {}};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = root;
+    event.xclient.message_type = atom("MANAGER");
+    event.xclient.format = 32;
     event.xclient.data.l[1] = static_cast<long>(atom("_XSETTINGS_S0"));
     event.xclient.data.l[2] = static_cast<long>(settingsWindow_);
     XSendEvent(display, root, False, StructureNotifyMask, &event);
@@ -281,7 +270,9 @@ WaylandServer::WaylandServer(const WaylandServer& parent, int outputCount) {
 WaylandServer::~WaylandServer() = default;
 
 void WaylandServer::start(const std::string& configuration, Environment environment) {
-  runtimeFolder_ = makeFolder("sway");
+  std::string folder = (testFolder() / "sway-XXXXXX").string();
+  if (mkdtemp(folder.data()) == nullptr) throw std::runtime_error("no folder for sway");
+  runtimeFolder_ = folder;
   const fs::path file = runtimeFolder_ / "config";
   std::ofstream(file) << "xwayland disable\ndefault_border none\n" << configuration;
   std::vector<std::string> command{"sway", "--unsupported-gpu", "-c", file.string()};
@@ -317,10 +308,9 @@ Environment WaylandServer::environment() const {
           {"GDK_BACKEND", std::nullopt}};
 }
 
-FinishedProcess WaylandServer::swaymsg(const std::vector<std::string>& arguments) const {
-  std::vector<std::string> command{"swaymsg"};
-  command.insert(command.end(), arguments.begin(), arguments.end());
-  return runToEnd(command, environment());
+FinishedProcess WaylandServer::swaymsg(std::vector<std::string> arguments) const {
+  arguments.insert(arguments.begin(), "swaymsg");
+  return runToEnd(arguments, environment());
 }
 
 void WaylandServer::command(const std::string& text) const {

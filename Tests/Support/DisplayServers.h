@@ -122,7 +122,7 @@ class WaylandServer : public DisplayServer {
 
  private:
   void start(const std::string& configuration, Environment environment);
-  FinishedProcess swaymsg(const std::vector<std::string>& arguments) const;
+  FinishedProcess swaymsg(std::vector<std::string> arguments) const;
   ScreenPicture grim(std::vector<std::string> arguments) const;
 
   std::filesystem::path runtimeFolder_;

@@ -7,11 +7,11 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "Platform/Foundation/RunLoop/NSRunLoop.h"
 #include "Platform/Foundation/SharedInstance.h"
@@ -46,6 +46,11 @@ void makeFolders() {
 /// Leaves nothing of a test to the next one in the same process.
 class FreshStart : public testing::EmptyTestEventListener {
  public:
+  FreshStart() {
+    for (char** variable = environ; *variable != nullptr; ++variable)
+      environment_.emplace_back(*variable);
+  }
+
   void OnTestEnd(const testing::TestInfo&) override {
     // The test's own clock and loop have gone with it.
     NSRunLoop::setMainRunLoop(nullptr);
@@ -63,25 +68,13 @@ class FreshStart : public testing::EmptyTestEventListener {
   }
 
  private:
-  static std::map<std::string, std::string> presentEnvironment() {
-    std::map<std::string, std::string> variables;
-    for (char** entry = environ; *entry != nullptr; ++entry) {
-      const std::string text = *entry;
-      const size_t end = text.find('=');
-      variables.emplace(text.substr(0, end), text.substr(end + 1));
-    }
-    return variables;
+  void restoreEnvironment() {
+    clearenv();
+    for (std::string& variable : environment_)
+      putenv(variable.data());
   }
 
-  void restoreEnvironment() const {
-    for (const auto& [name, value] : presentEnvironment()) {
-      if (!environment_.contains(name)) unsetenv(name.c_str());
-    }
-    for (const auto& [name, value] : environment_)
-      setenv(name.c_str(), value.c_str(), 1);
-  }
-
-  const std::map<std::string, std::string> environment_ = presentEnvironment();
+  std::vector<std::string> environment_;  ///< It is that of the process, in part.
 };
 
 }  // namespace
@@ -95,6 +88,7 @@ const std::filesystem::path& testFolder() { return temporaryFolder; }
 
 int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
   std::string pattern = (std::filesystem::temp_directory_path() / "velmora-test-XXXXXX").string();
   if (mkdtemp(pattern.data()) == nullptr) return 1;
   temporaryFolder = pattern;

@@ -47,29 +47,12 @@ TEST(Paths, ACurveEnclosesItsArea) {
   }
 }
 
-TEST(Contexts, NestAndComeBack) {
-  // Drawing without one does nothing.
+TEST(Contexts, AreNotNeededToDrawNothing) {
   Red.setFill();
   fill(NSMakeRect(0, 0, 1, 1));
   drawAtPointWithAttributes("x", {0, 0}, {});
   NSImage::imageWithSize({2, 2})->drawAtPoint({0, 0});
-  RecordingGraphicsContext outer;
-  RecordingGraphicsContext inner;
-  {
-    const NSCurrentGraphicsContext first(outer);
-    {
-      const NSCurrentGraphicsContext second(inner);
-      Red.setFill();
-      fill(NSMakeRect(0, 0, 1, 1));
-    }
-    EXPECT_EQ(NSGraphicsContext::currentContext(), &outer);
-    fill(NSMakeRect(0, 0, 1, 1));
-  }
   EXPECT_EQ(NSGraphicsContext::currentContext(), nullptr);
-  ASSERT_EQ(inner.records().size(), 1U);
-  ASSERT_EQ(outer.records().size(), 1U);
-  EXPECT_EQ(inner.records()[0].color, Red);
-  EXPECT_EQ(outer.records()[0].color, NSColor::blackColor());
 }
 
 TEST(Paths, ReachAsFarAsTheirCurvesControls) {
@@ -99,10 +82,6 @@ constexpr NSRect Four = NSMakeRect(0, 0, 4, 4);
 
 void drawText(double x, double y) { drawAtPointWithAttributes("x", {x, y}, {}); }
 
-void drawPictureOfSize(double width, double height) {
-  drawPicture(Four, NSZeroRect, 1, {width, height});
-}
-
 TEST(Contexts, RefuseWhatHasNoPlaceAndGoOn) {
   using Context = NSGraphicsContext;
   const NSBezierPath nowhere = NSBezierPath::bezierPathWithRect(NSMakeRect(0, 0, NoNumber, 9));
@@ -118,8 +97,14 @@ TEST(Contexts, RefuseWhatHasNoPlaceAndGoOn) {
       {"part nowhere", [](Context&) { drawPicture(Four, NSMakeRect(0, NoNumber, 1, 1)); }},
       {"tiny part", [](Context&) { drawPicture(Four, NSMakeRect(0, 0, 1e-300, 1e-300)); }},
       {"no fraction", [](Context&) { drawPicture(Four, NSZeroRect, NoNumber); }},
-      {"no size", [](Context&) { drawPictureOfSize(4, 0); }},
-      {"odd size", [](Context&) { drawPictureOfSize(NoNumber, 4); }},
+      {"no size",
+       [](Context&) {
+         drawPicture(Four, NSZeroRect, 1, {4, 0});
+       }},
+      {"odd size",
+       [](Context&) {
+         drawPicture(Four, NSZeroRect, 1, {NoNumber, 4});
+       }},
       {"text", [](Context&) { drawText(NoNumber, 0); }},
       {"far text", [](Context&) { drawText(0, 1e300); }},
       {"path", [](Context&) { fill(NSMakeRect(0, -Endless, 9, 9)); }},
@@ -235,6 +220,8 @@ void drawEverything(double right, const NSColor& color, std::string_view text) {
   NSGraphicsContext& context = *NSGraphicsContext::currentContext();
   color.setFill();
   fill(NSMakeRect(right, 2, 5, 4));
+  const NSBezierPath band = NSBezierPath::bezierPathWithRect(NSMakeRect(0, 8, 40, 4));
+  context.fillPath(band, {color, NSColor::blackColor()}, {0, 8}, {0, 12});
   {
     const NSSavedGraphicsState saved(context);
     context.flip(20);
@@ -273,6 +260,9 @@ TEST(DrawingLists, DrawWhatWasDrawnAndTellDifferencesApart) {
       ASSERT_EQ(direct.pixelAt(column, row), replayed.pixelAt(column, row))
           << column << ", " << row;
   }
+  // The band's lower end has the first colour, the upper end nearly the other.
+  EXPECT_GT(direct.pixelAt(0, 19).redComponent(), 0.8);
+  EXPECT_LT(direct.pixelAt(0, 14).redComponent(), 0.2);
   // Of the masked rectangle: in the left half, in the right one, above and beside the mask.
   EXPECT_EQ(direct.pixelAt(48, 27), Red);
   EXPECT_NEAR(direct.pixelAt(54, 27).alphaComponent(), 0.25, 0.01);

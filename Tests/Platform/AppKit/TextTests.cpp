@@ -22,8 +22,8 @@ NSTextAttributes attributesOfSize(double size) {
 }
 
 NSTextAttributes tabularOfSize(double size) {
-  NSTextAttributes attributes;
-  attributes.font = NSFont::systemFontOfSize(size).withMonospacedNumbers();
+  NSTextAttributes attributes = attributesOfSize(size);
+  attributes.font = attributes.font.withMonospacedNumbers();
   return attributes;
 }
 

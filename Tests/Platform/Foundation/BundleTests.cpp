@@ -20,16 +20,14 @@ TEST(Paths, FollowTheBaseDirectories) {
   const EnvironmentVariable home("HOME", "/homes/ada");
   for (const auto& [variable, path, byDefault, bySetting] :
        casesIn<std::string, std::string, std::string, std::string>(Table, "paths")) {
-    {
-      const EnvironmentVariable setting(variable, "/elsewhere");
-      EXPECT_EQ(resolvedPath(path), bySetting);
-    }
     // The base directory specification: an empty or relative value counts as unset.
-    for (const std::optional<std::string>& value :
-         {std::optional<std::string>(), std::optional<std::string>(""),
-          std::optional<std::string>("relative/folder")}) {
+    for (const auto& [value, expected] :
+         {std::pair<std::optional<std::string>, std::string>{"/elsewhere", bySetting},
+          {std::nullopt, byDefault},
+          {"", byDefault},
+          {"relative/folder", byDefault}}) {
       const EnvironmentVariable setting(variable, value);
-      EXPECT_EQ(resolvedPath(path), byDefault) << value.value_or("(unset)");
+      EXPECT_EQ(resolvedPath(path), expected) << value.value_or("(unset)");
     }
   }
 }

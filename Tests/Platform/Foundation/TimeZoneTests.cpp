@@ -102,27 +102,6 @@ TEST(SystemZone, FollowsAFile) {
   EXPECT_EQ(systemZone(std::nullopt), "UTC 0 0") << "a folder";
 }
 
-TEST(SystemZone, IsKeptUntilTheReset) {
-  EXPECT_EQ(systemZone("Asia/Tokyo"), "Asia/Tokyo 32400 32400");
-  const EnvironmentVariable after("TZ", "Asia/Kolkata");
-  EXPECT_EQ(NSTimeZone::systemTimeZone().name(), "Asia/Tokyo");
-  NSTimeZone::resetSystemTimeZone();
-  EXPECT_EQ(NSTimeZone::systemTimeZone().name(), "Asia/Kolkata");
-}
-
-// An update of the zone files counts from the next reset on, though a zone of the old ones lives.
-TEST(SystemZone, AResetReadsTheFilesAnew) {
-  const fs::path folder = freshFolder();
-  const EnvironmentVariable directory("TZDIR", folder.string());
-  fs::copy_file("/usr/share/zoneinfo/Asia/Tokyo", folder / "Here");
-  const NSTimeZone before = zoneNamed("Here");
-  fs::copy_file("/usr/share/zoneinfo/Asia/Kolkata", folder / "Here",
-                fs::copy_options::overwrite_existing);
-  NSTimeZone::resetSystemTimeZone();
-  EXPECT_EQ(before.secondsFromGMTForDate(utc("2024-01-01 00:00:00")), 32400);
-  EXPECT_EQ(zoneNamed("Here").secondsFromGMTForDate(utc("2024-01-01 00:00:00")), 19800);
-}
-
 TEST(SystemZone, AnInstalledZoneStands) {
   NSTimeZone::setSystemTimeZone(zoneNamed("Pacific/Apia"));
   NSTimeZone::resetSystemTimeZone();

@@ -47,18 +47,7 @@ NSDate utc(std::string_view text) {
       second);
 }
 
-EnvironmentVariable::EnvironmentVariable(std::string name, const std::optional<std::string>& value)
-    : name_(std::move(name)) {
-  if (const char* previous = getenv(name_.c_str())) previous_ = previous;
-  set(name_, value);
-}
-
-EnvironmentVariable::~EnvironmentVariable() { set(name_, previous_); }
-
-void EnvironmentVariable::set(const std::string& name, const std::optional<std::string>& value) {
-  if (value) {
-    setenv(name.c_str(), value->c_str(), 1);
-  } else {
-    unsetenv(name.c_str());
-  }
+EnvironmentVariable::EnvironmentVariable(const std::string& name,
+                                         const std::optional<std::string>& value) {
+  value ? setenv(name.c_str(), value->c_str(), 1) : unsetenv(name.c_str());
 }

@@ -19,17 +19,7 @@ std::filesystem::path fixture(std::string_view name);
 /// "2024-03-31 01:00:00" in UTC, or less of it down to the date.
 NSDate utc(std::string_view text);
 
-/// Sets an environment variable, or unsets it, for as long as this object lives.
-class EnvironmentVariable {
- public:
-  EnvironmentVariable(std::string name, const std::optional<std::string>& value);
-  EnvironmentVariable(const EnvironmentVariable&) = delete;
-  EnvironmentVariable& operator=(const EnvironmentVariable&) = delete;
-  ~EnvironmentVariable();
-
- private:
-  static void set(const std::string& name, const std::optional<std::string>& value);
-
-  std::string name_;
-  std::optional<std::string> previous_;
+/// Sets an environment variable, or unsets it, for the rest of the test.
+struct EnvironmentVariable {
+  EnvironmentVariable(const std::string& name, const std::optional<std::string>& value);
 };
