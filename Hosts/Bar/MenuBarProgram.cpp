@@ -6,7 +6,6 @@
 #include "Hosts/Bar/Accessibility.h"
 #include "Hosts/Bar/DesktopDisplay.h"
 #include "Hosts/Bar/MenuBar.h"
-#include "Platform/AppKit/Text/FontPrefetch.h"
 #include "Platform/Foundation/Notifications/NSDistributedNotificationCenter.h"
 #include "Platform/Foundation/Notifications/RemoteCommands.h"
 #include "Platform/Foundation/Process/NSLog.h"
@@ -27,7 +26,6 @@ gboolean endProgram(gpointer) {
 }  // namespace
 
 void showMenuBar(const Options& options) {
-  prefetchFonts();
   for (const int signal : {SIGTERM, SIGINT, SIGHUP})
     g_unix_signal_add(signal, endProgram, nullptr);
   const std::unique_ptr<Display> display = openDesktopDisplay();

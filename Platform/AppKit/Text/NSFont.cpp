@@ -6,13 +6,11 @@
 #include <tuple>
 #include <utility>
 
-#include "Platform/AppKit/Text/FontPrefetch.h"
 #include "Platform/AppKit/Text/TextContext_p.h"
 
 namespace {
 
 bool machineHasFamily(const char* family) {
-  waitForPrefetchedFonts();
   const LibraryHandle<FcPattern, FcPatternDestroy> pattern(FcPatternCreate());
   FcPatternAddString(pattern.get(), FC_FAMILY, reinterpret_cast<const FcChar8*>(family));
   const LibraryHandle<FcObjectSet, FcObjectSetDestroy> objects(

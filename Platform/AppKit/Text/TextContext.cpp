@@ -2,11 +2,9 @@
 
 #include <pango/pangocairo.h>
 
-#include "Platform/AppKit/Text/FontPrefetch.h"
 #include "Platform/AppKit/Text/NSFont.h"
 
 TextContext makeTextContext(double scale, bool hinted) {
-  waitForPrefetchedFonts();
   TextContext context(pango_font_map_create_context(pango_cairo_font_map_get_default()));
   const LibraryHandle<cairo_font_options_t, cairo_font_options_destroy> options(
       cairo_font_options_create());
