@@ -15,8 +15,6 @@ struct Overloaded : Functions... {
 template <typename... Functions>
 Overloaded(Functions...) -> Overloaded<Functions...>;
 
-bool isDigit(char character) { return character >= '0' && character <= '9'; }
-
 }  // namespace
 
 void DrawingList::drawIn(NSGraphicsContext& context) const {
@@ -60,7 +58,7 @@ std::string DrawingList::digits() const {
   for (const Call& call : calls_) {
     const auto* text = std::get_if<Text>(&call);
     if (text == nullptr || !text->hasEvenFont()) continue;
-    std::ranges::copy_if(text->text, std::back_inserter(digits), isDigit);
+    std::ranges::copy_if(text->text, std::back_inserter(digits), isTextDigit);
   }
   return digits;
 }
@@ -72,7 +70,7 @@ DrawingList DrawingList::withDigits(std::string_view digits) const {
     auto* text = std::get_if<Text>(&call);
     if (text == nullptr || !text->hasEvenFont()) continue;
     for (char& character : text->text) {
-      if (isDigit(character)) character = *next++;
+      if (isTextDigit(character)) character = *next++;
     }
   }
   return other;
@@ -81,7 +79,8 @@ DrawingList DrawingList::withDigits(std::string_view digits) const {
 bool DrawingList::hasEvenDigits() const {
   return std::ranges::all_of(calls_, [this](const Call& call) {
     const auto* text = std::get_if<Text>(&call);
-    return text == nullptr || !text->hasEvenFont() || std::ranges::none_of(text->text, isDigit) ||
+    return text == nullptr || !text->hasEvenFont() ||
+           std::ranges::none_of(text->text, isTextDigit) ||
            hasExchangeableDigits(text->text, text->attributes.font, scale_);
   });
 }

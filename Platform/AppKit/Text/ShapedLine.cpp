@@ -7,13 +7,12 @@
 #include <string>
 
 #include "Platform/AppKit/Text/TextContext_p.h"
+#include "Platform/AppKit/Text/TextLine_p.h"
 #include "Platform/Foundation/Text/NSString.h"
 
 namespace {
 
 double points(int units) { return static_cast<double>(units) / PANGO_SCALE; }
-
-bool isDigit(char character) { return character >= '0' && character <= '9'; }
 
 using Layout = LibraryHandle<PangoLayout, g_object_unref>;
 
@@ -88,12 +87,12 @@ std::optional<DigitGlyphs> ShapedLine::digits() const {
 
 bool ShapedLine::findDigits(std::string_view text, const DigitGlyphs& digits) {
   digits_.clear();
-  const auto count = static_cast<size_t>(std::ranges::count_if(text, isDigit));
+  const auto count = static_cast<size_t>(std::ranges::count_if(text, isTextDigit));
   for (size_t run = 0; run < runs_.size(); ++run) {
     for (size_t index = 0; index < runs_[run].glyphs.size(); ++index) {
       const Glyph& glyph = runs_[run].glyphs[index];
       const auto byte = static_cast<size_t>(glyph.byte);
-      if (byte >= text.size() || !isDigit(text[byte])) continue;
+      if (byte >= text.size() || !isTextDigit(text[byte])) continue;
       const bool isPlain = runs_[run].font.get() == digits.font &&
                            glyph.index == digits.glyphs[static_cast<size_t>(text[byte] - '0')];
       if (!isPlain) return false;

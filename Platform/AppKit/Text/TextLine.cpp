@@ -42,7 +42,7 @@ class KeptLines {
     if (digits == nullptr) return nullptr;
     std::string pattern(text);
     for (char& character : pattern) {
-      if (character >= '0' && character <= '9') character = '0';
+      if (isTextDigit(character)) character = '0';
     }
     Kept* kept = find(pattern, font);
     if (kept == nullptr) {

@@ -15,6 +15,9 @@ double textLineWidth(std::string_view text, const NSFont& font);
 /// with y downwards.
 void showTextLine(_cairo* cairo, std::string_view text, const NSFont& font);
 
+/// The digits that lines are kept without.
+inline bool isTextDigit(char character) { return character >= '0' && character <= '9'; }
+
 /// Whether the digits 0 to 9 of a line can be put for others there, at that many pixels a point,
 /// without anything else changing.
 bool hasExchangeableDigits(std::string_view text, const NSFont& font, double scale);
