@@ -1,6 +1,7 @@
 #include "Targets/VelmoraTime/Dropdown/StatInterfaceTimeItem.h"
 
 #include <cmath>
+#include <utility>
 
 #include "Platform/Foundation/Text/NSString.h"
 #include "Targets/Shared/Dropdown/DropdownTheme.h"
@@ -122,12 +123,19 @@ void StatInterfaceTimeItem::updateStaticInfo() {
   longitudePercentage_ = 0.5 + longitude_ / 360.0;
   latitudePercentage_ = 0.5 - static_cast<double>(latitude_ / 180.F);
   lightMap_->cityLayer()->setCurrentCity({identifier(), longitudePercentage_, latitudePercentage_});
+  smallRowName_ = nameValueSimple_->stringValue();
+}
 
+const std::shared_ptr<ZEVMenuItem_Time>& StatInterfaceTimeItem::menuitemSimple() {
+  if (smallRowName_) layOutSmallRow(*std::exchange(smallRowName_, std::nullopt));
+  return menuitemSimple_;
+}
+
+void StatInterfaceTimeItem::layOutSmallRow(const std::string& ownName) {
   NSTextAttributes attributes;
   attributes.font = zevBoldFont(NameSize);
   NSRect name = nameValueSimple_->frame();
-  name.size.width = static_cast<float>(
-      sizeWithAttributes(nameValueSimple_->stringValue(), attributes).width + NameMargin);
+  name.size.width = static_cast<float>(sizeWithAttributes(ownName, attributes).width + NameMargin);
   nameValueSimple_->setFrame(name);
   NSRect time = timeValueSimple_->frame();
   time.origin.x = name.origin.x + name.size.width;

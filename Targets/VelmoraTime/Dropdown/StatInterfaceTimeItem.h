@@ -53,7 +53,7 @@ class StatInterfaceTimeItem : public NSObject, public NSMenuDelegate {
   void loadLocale();
   /// Gives the submenu to the row that the setting "Time_DropdownCityLayout" selects.
   void updateMode();
-  /// Works out the place on the map and lays the small row out for the city's own name.
+  /// Works out the place on the map, and has the small row laid out for the city's own name.
   void updateStaticInfo();
 
   /// The city's place on a map of the whole Earth, from 0 to 1, from west to east and from north
@@ -73,9 +73,10 @@ class StatInterfaceTimeItem : public NSObject, public NSMenuDelegate {
     return index_ <=> other.index_;
   }
 
-  /// The large row, with the face, and the small one.
+  /// The large row, with the face, and the small one, which is laid out when it is asked for: a
+  /// start should not have to load a font for rows that nobody sees.
   const std::shared_ptr<ZEVMenuItem_Time>& menuitem() const { return menuitem_; }
-  const std::shared_ptr<ZEVMenuItem_Time>& menuitemSimple() const { return menuitemSimple_; }
+  const std::shared_ptr<ZEVMenuItem_Time>& menuitemSimple();
   const std::shared_ptr<ZEVMenu_Time>& submenu() const { return submenu_; }
   /// Of the submenu.
   const std::shared_ptr<StatInterfaceLightMap_Time>& lightMap() const { return lightMap_; }
@@ -130,6 +131,7 @@ class StatInterfaceTimeItem : public NSObject, public NSMenuDelegate {
   void loadLargeRow();
   void loadSmallRow();
   void loadSubmenu();
+  void layOutSmallRow(const std::string& ownName);
   void makeRecords();
   void updateAccessibleName(const NSDate& now);
   void showPresent();
@@ -162,6 +164,7 @@ class StatInterfaceTimeItem : public NSObject, public NSMenuDelegate {
   std::optional<MoonData> moonData_;
   std::shared_ptr<StatInterfaceTextFieldValue_Time> nameValueSimple_;
   std::shared_ptr<StatInterfaceTextFieldLabel_Time> timeValueSimple_;
+  std::optional<std::string> smallRowName_;  ///< For which the small row is still to be laid out.
   std::shared_ptr<ZEVMenu_Time> submenu_;
   std::shared_ptr<StatInterfaceLightMap_Time> lightMap_;
   std::unique_ptr<SunDetailPanel> sunPanel_;

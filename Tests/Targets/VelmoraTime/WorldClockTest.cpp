@@ -103,12 +103,16 @@ TEST(WorldClock, SunAndMoonAreWorkedOutOnceAnHourAndWhileTheSubmenuIsOpen) {
 TEST(WorldClock, RowsAreLaidOutForTheCitysOwnName) {
   const auto clock = clockIn("UTC");
   EXPECT_EQ(clock->nameValue()->stringValue(), "City, Land");
+  const double place =
+      clockIn("UTC")->menuitemSimple()->view()->subviews().back()->frame().origin.x;
+  clock->setName("Another city with a long name");
+  const auto row = clock->menuitemSimple();
   const NSRect name = clock->nameValueSimple()->frame();
   const NSRect shown = clock->timeValueSimple()->frame();
+  EXPECT_EQ(shown.origin.x, place);
   EXPECT_EQ(shown.origin.x, 8 + name.size.width);
   EXPECT_EQ(shown.origin.x + shown.size.width, 225);
-  clock->setName("Another city with a long name");
-  clock->menuitemSimple()->view()->setFrameSize({280, 19});
+  row->view()->setFrameSize({280, 19});
   EXPECT_EQ(clock->nameValueSimple()->frame(), name) << "it would lie under the time";
   EXPECT_NEAR(clock->longitudePercentage(), 0.5 + 85.3 / 360, 1e-7);
   EXPECT_NEAR(clock->latitudePercentage(), 0.5 - 27.7 / 180, 1e-7);
