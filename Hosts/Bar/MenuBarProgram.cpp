@@ -6,6 +6,7 @@
 #include "Hosts/Bar/Accessibility.h"
 #include "Hosts/Bar/DesktopDisplay.h"
 #include "Hosts/Bar/MenuBar.h"
+#include "Platform/AppKit/Text/FontLoading.h"
 #include "Platform/Foundation/Notifications/NSDistributedNotificationCenter.h"
 #include "Platform/Foundation/Notifications/RemoteCommands.h"
 #include "Platform/Foundation/Process/NSLog.h"
@@ -26,6 +27,9 @@ gboolean endProgram(gpointer) {
 }  // namespace
 
 void showMenuBar(const Options& options) {
+  // What takes longest first: each goes on by itself while the rest is done.
+  beginLoadingFonts();
+  NSDistributedNotificationCenter::beginConnecting();
   for (const int signal : {SIGTERM, SIGINT, SIGHUP})
     g_unix_signal_add(signal, endProgram, nullptr);
   const std::unique_ptr<Display> display = openDesktopDisplay();
@@ -35,14 +39,14 @@ void showMenuBar(const Options& options) {
     NSRunLoop::mainRunLoop().stop();
   };
   MenuBar bar(*display, options.outputName);
+  // The desktop is asked for its looks here; they are needed once the bar has its size.
+  const NSObservation appearance = NSDistributedNotificationCenter::defaultCenter().addObserver(
+      "AppleInterfaceThemeChangedNotification", [&](const NSNotification&) { bar.redraw(); });
   const Accessibility accessibility(bar);
   bar.show();
 
   bar.slot().load(
       NSMenuExtraBundle(options.bundle.value_or(NSBundle::installedPath("VelmoraTime"))));
-  const NSObservation appearance = NSDistributedNotificationCenter::defaultCenter().addObserver(
-      "AppleInterfaceThemeChangedNotification", [&](const NSNotification&) { bar.redraw(); });
-
   const RemoteCommands commands("MenuBar", [&](const std::string& command) -> std::optional<bool> {
     if (command == "open") return bar.setMenuOpen(true);
     if (command == "close") return bar.setMenuOpen(false);

@@ -78,6 +78,16 @@ TEST(DesktopSettings, AreThereAtTheFirstReadAndFollowEverySwitch) {
   EXPECT_FALSE(desktopIsDark());
 }
 
+// The answers at the start are older than the change, and come to be looked at later.
+TEST(DesktopSettings, ChangeBeforeTheirFirstRead) {
+  DesktopFixture desktop;
+  desktop.set("color-scheme", 1);
+  Counter themes("AppleInterfaceThemeChangedNotification");
+  desktop.set("color-scheme", 2);
+  EXPECT_TRUE(themes.reaches(1));
+  EXPECT_FALSE(desktopIsDark());
+}
+
 // The portal of a session often starts after its clock, and is restarted by updates, as is the bus.
 TEST(DesktopSettings, AreAskedAgainWhenThePortalOrTheBusComesBack) {
   DesktopFixture desktop;

@@ -6,6 +6,8 @@
 #include <tuple>
 #include <utility>
 
+#include "Platform/AppKit/Text/FontLoading_p.h"
+#include "Platform/AppKit/Text/NSFont_p.h"
 #include "Platform/AppKit/Text/TextContext_p.h"
 
 namespace {
@@ -18,18 +20,6 @@ bool machineHasFamily(const char* family) {
   const LibraryHandle<FcFontSet, FcFontSetDestroy> found(
       FcFontList(nullptr, pattern.get(), objects.get()));
   return found && found->nfont > 0;
-}
-
-const std::string& systemFamily() {
-  static const std::string family = [] {
-    // Drawn for interfaces at small sizes, and with tabular digits, best first.
-    for (const char* candidate :
-         {"Inter", "Cantarell", "Adwaita Sans", "Noto Sans", "Ubuntu", "DejaVu Sans"}) {
-      if (machineHasFamily(candidate)) return candidate;
-    }
-    return "sans-serif";
-  }();
-  return family;
 }
 
 /// Above and below the baseline, in points, both positive.
@@ -53,8 +43,21 @@ const FontHeights& heightsOf(const NSFont& font) {
 
 }  // namespace
 
+const std::string& systemFontFamily() {
+  static const std::string family = [] {
+    // Drawn for interfaces at small sizes, and with tabular digits, best first.
+    for (const char* candidate :
+         {"Inter", "Cantarell", "Adwaita Sans", "Noto Sans", "Ubuntu", "DejaVu Sans"}) {
+      if (machineHasFamily(candidate)) return candidate;
+    }
+    return "sans-serif";
+  }();
+  return family;
+}
+
 NSFont NSFont::systemFontOfSize(double size, NSFontWeight weight) {
-  return NSFont(systemFamily(), size, weight);
+  finishLoadingFonts();
+  return NSFont(systemFontFamily(), size, weight);
 }
 
 std::optional<NSFont> NSFont::fontWithName(std::string_view name, double size) {
@@ -71,6 +74,7 @@ std::optional<NSFont> NSFont::fontWithName(std::string_view name, double size) {
   static std::map<std::string, bool, std::less<>> known;
   auto family = known.find(name);
   if (family == known.end()) {
+    finishLoadingFonts();
     family = known.emplace(name, machineHasFamily(std::string(name).c_str())).first;
   }
   if (!family->second) return std::nullopt;

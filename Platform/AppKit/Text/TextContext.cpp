@@ -2,10 +2,16 @@
 
 #include <pango/pangocairo.h>
 
+#include "Platform/AppKit/Text/FontLoading_p.h"
 #include "Platform/AppKit/Text/NSFont.h"
 
 TextContext makeTextContext(double scale, bool hinted) {
-  TextContext context(pango_font_map_create_context(pango_cairo_font_map_get_default()));
+  finishLoadingFonts();
+  return makeTextContext(pango_cairo_font_map_get_default(), scale, hinted);
+}
+
+TextContext makeTextContext(PangoFontMap* fonts, double scale, bool hinted) {
+  TextContext context(pango_font_map_create_context(fonts));
   const LibraryHandle<cairo_font_options_t, cairo_font_options_destroy> options(
       cairo_font_options_create());
   cairo_font_options_set_hint_metrics(options.get(),

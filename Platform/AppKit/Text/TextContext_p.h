@@ -12,6 +12,8 @@ using TextContext = LibraryHandle<PangoContext, g_object_unref>;
 
 /// With `hinted`, advances are whole pixels at the scale, so that letters are evenly spaced.
 TextContext makeTextContext(double scale, bool hinted);
+/// The same with other fonts than the main thread's.
+TextContext makeTextContext(PangoFontMap* fonts, double scale, bool hinted);
 
 using FontDescription = LibraryHandle<PangoFontDescription, pango_font_description_free>;
 

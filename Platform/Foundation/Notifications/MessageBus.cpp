@@ -41,7 +41,7 @@ MessageBus& MessageBus::sessionBus() {
   static auto* const shared = std::make_unique<SharedInstance<MessageBus>>().release();
   return *shared->get([] {
     auto made = make(G_BUS_TYPE_SESSION, "session bus");
-    made->waitAMoment();
+    made->waitsAtTheStart_ = true;
     return made;
   });
 }
@@ -71,7 +71,13 @@ std::string MessageBus::address() const {
   return found ? found.get() : "";
 }
 
+GDBusConnection* MessageBus::connection() {
+  waitAtTheStart();
+  return connection_.get();
+}
+
 Registration MessageBus::addDelegate(MessageBusDelegate& delegate) {
+  waitAtTheStart();
   Registration registration = delegates_.add(delegate);
   if (connection_) delegate.busConnected(connection_.get());
   return registration;
@@ -106,8 +112,8 @@ void MessageBus::connectAfterAPause() {
   pause_ = std::min(2 * pause_, LongestPause);
 }
 
-void MessageBus::waitAMoment() {
-  if (!attempt_) return;
+void MessageBus::waitAtTheStart() {
+  if (!std::exchange(waitsAtTheStart_, false) || !attempt_) return;
   if (attempt_->waitFor(StartLimit)) {
     attemptEnded(*attempt_);
   } else {

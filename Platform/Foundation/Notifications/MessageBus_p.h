@@ -32,7 +32,7 @@ class MessageBusDelegate {
 /// | longer than a moment at the start       |                                                    |
 class MessageBus {
  public:
-  /// Connected at the first call, which waits for it a moment.
+  /// Begins to connect at the first call. Who needs the connection first waits for it a moment.
   static MessageBus& sessionBus();
   /// Connected soon after the first call: it brings news only, and nobody waits for those.
   static MessageBus& systemBus();
@@ -45,7 +45,7 @@ class MessageBus {
   Registration addDelegate(MessageBusDelegate& delegate);
 
   /// Null while there is none.
-  GDBusConnection* connection() const { return connection_.get(); }
+  GDBusConnection* connection();
 
  private:
   static constexpr std::chrono::milliseconds FirstPause{500};
@@ -56,7 +56,7 @@ class MessageBus {
   std::string address() const;
   void connect();
   void connectAfterAPause();
-  void waitAMoment();
+  void waitAtTheStart();
   void attemptEnded(BusConnectionAttempt& attempt);
   void connectionClosed();
   static void tellClosed(GDBusConnection*, gboolean, GError*, gpointer self);
@@ -69,6 +69,7 @@ class MessageBus {
   std::shared_ptr<BusConnectionAttempt> attempt_;
   /// Tells an attempt whether this bus is still there when it ends.
   const std::shared_ptr<void> life_ = std::make_shared<char>();
+  bool waitsAtTheStart_ = false;
   guint handshakeTimeout_ = 0;
   guint pauseTimeout_ = 0;
   /// Before the next attempt; doubled by each that fails.

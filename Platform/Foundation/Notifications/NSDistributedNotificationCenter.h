@@ -17,7 +17,12 @@ constexpr std::string_view NSDistributedNotificationsMayBeMissedNotification =
 /// The user information consists of texts; values of other kinds are left out.
 class NSDistributedNotificationCenter {
  public:
+  /// Waits, at the first call, until the session bus has answered.
   static NSDistributedNotificationCenter& defaultCenter();
+
+  /// Begins to connect to the session bus, without waiting: a program that does so first of all
+  /// has other work to do meanwhile.
+  static void beginConnecting();
 
   virtual ~NSDistributedNotificationCenter() = default;
 

@@ -142,6 +142,8 @@ class DBusNotificationCenter : public NSDistributedNotificationCenter, private M
 
 }  // namespace
 
+void NSDistributedNotificationCenter::beginConnecting() { MessageBus::sessionBus(); }
+
 NSDistributedNotificationCenter& NSDistributedNotificationCenter::defaultCenter() {
   static SharedInstance<DBusNotificationCenter> center;
   return center.get();

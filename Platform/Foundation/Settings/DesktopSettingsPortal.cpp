@@ -14,6 +14,8 @@
 
 #include <memory>
 #include <optional>
+#include <span>
+#include <utility>
 
 #include "Platform/Foundation/LibraryHandle.h"
 #include "Platform/Foundation/Notifications/DesktopWatch_p.h"
@@ -32,6 +34,7 @@ constexpr const char* Namespace = "org.freedesktop.appearance";
 constexpr int FirstAnswerMilliseconds = 150;
 
 using Variant = LibraryHandle<GVariant, g_variant_unref>;
+using MainContext = LibraryHandle<GMainContext, g_main_context_unref>;
 
 /// The number within however many variants the portal's version wraps it in.
 std::optional<uint32_t> numberIn(GVariant* variant) {
@@ -50,6 +53,58 @@ struct Setting {
   std::string_view domain;
   const char* notification;
   uint32_t value = 0;
+  bool isAnswered = false;
+};
+
+GVariant* readArguments(const Setting& setting) {
+  return g_variant_new("(ss)", Namespace, setting.portalKey);
+}
+
+/// What the portal says; null if it says nothing.
+Variant answerOf(GObject* bus, GAsyncResult* result) {
+  const Variant answer(
+      g_dbus_connection_call_finish(reinterpret_cast<GDBusConnection*>(bus), result, nullptr));
+  return Variant(answer ? g_variant_get_child_value(answer.get(), 0) : nullptr);
+}
+
+/// Settings that are asked for together, for an answer that is waited for later on, and not by the
+/// program's own loop.
+class FirstQuestions {
+ public:
+  FirstQuestions(GDBusConnection* bus, std::span<Setting> settings) {
+    g_main_context_push_thread_default(context_.get());
+    for (Setting& setting : settings) {
+      g_dbus_connection_call(bus, BusName, ObjectPath, InterfaceName, "Read",
+                             readArguments(setting), G_VARIANT_TYPE("(v)"),
+                             G_DBUS_CALL_FLAGS_NO_AUTO_START, FirstAnswerMilliseconds, nullptr,
+                             answered, std::make_unique<Question>(this, &setting).release());
+      ++unanswered_;
+    }
+    g_main_context_pop_thread_default(context_.get());
+  }
+  FirstQuestions(const FirstQuestions&) = delete;
+  FirstQuestions& operator=(const FirstQuestions&) = delete;
+  /// All questions have an answer by then, if only that time is over.
+  ~FirstQuestions() {
+    while (unanswered_ > 0)
+      g_main_context_iteration(context_.get(), TRUE);
+  }
+
+ private:
+  using Question = std::pair<FirstQuestions*, Setting*>;
+
+  static void answered(GObject* bus, GAsyncResult* result, gpointer data) {
+    const std::unique_ptr<Question> question(static_cast<Question*>(data));
+    const auto [questions, setting] = *question;
+    --questions->unanswered_;
+    const Variant value = answerOf(bus, result);
+    if (!value) return;
+    setting->value = numberIn(value.get()).value_or(0);
+    setting->isAnswered = true;
+  }
+
+  const MainContext context_{g_main_context_new()};
+  int unanswered_ = 0;
 };
 
 class SettingsPortal : private MessageBusDelegate {
@@ -70,7 +125,8 @@ class SettingsPortal : private MessageBusDelegate {
   SettingsPortal(const SettingsPortal&) = delete;
   SettingsPortal& operator=(const SettingsPortal&) = delete;
 
-  PropertyList value(std::string_view key, std::string_view domain) const {
+  PropertyList value(std::string_view key, std::string_view domain) {
+    takeFirstAnswers();
     constexpr uint32_t PrefersDark = 1;
     constexpr uint32_t HigherContrast = 1;
     const auto& [style, contrast] = settings_;
@@ -89,26 +145,24 @@ class SettingsPortal : private MessageBusDelegate {
     owners_ = std::make_unique<SignalSubscription>(
         bus, "org.freedesktop.DBus", "org.freedesktop.DBus", "NameOwnerChanged",
         "/org/freedesktop/DBus", BusName, ownerChanged, this);
-    bool answersAtOnce = isStarting_;
-    for (Setting& setting : settings_) {
-      answersAtOnce = answersAtOnce && readAtOnce(setting);
-      if (!answersAtOnce) readLater(setting);
+    if (isStarting_) {
+      firstQuestions_.emplace(bus, settings_);
+    } else {
+      readAll();
     }
   }
 
-  static GVariant* readArguments(const Setting& setting) {
-    return g_variant_new("(ss)", Namespace, setting.portalKey);
+  void readAll() {
+    for (Setting& setting : settings_)
+      readLater(setting);
   }
 
-  bool readAtOnce(Setting& setting) {
-    const Variant answer(g_dbus_connection_call_sync(
-        bus_, BusName, ObjectPath, InterfaceName, "Read", readArguments(setting),
-        G_VARIANT_TYPE("(v)"), G_DBUS_CALL_FLAGS_NO_AUTO_START, FirstAnswerMilliseconds, nullptr,
-        nullptr));
-    if (!answer) return false;
-    const Variant value(g_variant_get_child_value(answer.get(), 0));
-    setting.value = numberIn(value.get()).value_or(0);
-    return true;
+  void takeFirstAnswers() {
+    if (!firstQuestions_) return;
+    firstQuestions_.reset();
+    for (Setting& setting : settings_) {
+      if (!setting.isAnswered) readLater(setting);
+    }
   }
 
   void readLater(Setting& setting) {
@@ -118,11 +172,9 @@ class SettingsPortal : private MessageBusDelegate {
     };
     const auto answered = [](GObject* bus, GAsyncResult* result, gpointer data) {
       const std::unique_ptr<Question> question(static_cast<Question*>(data));
-      const Variant answer(
-          g_dbus_connection_call_finish(reinterpret_cast<GDBusConnection*>(bus), result, nullptr));
-      if (!answer) return;
-      const Variant value(g_variant_get_child_value(answer.get(), 0));
-      question->portal->take(*question->setting, value.get());
+      if (const Variant value = answerOf(bus, result)) {
+        question->portal->take(*question->setting, value.get());
+      }
     };
     g_dbus_connection_call(bus_, BusName, ObjectPath, InterfaceName, "Read", readArguments(setting),
                            G_VARIANT_TYPE("(v)"), G_DBUS_CALL_FLAGS_NONE, -1, cancellable_,
@@ -144,10 +196,10 @@ class SettingsPortal : private MessageBusDelegate {
     GVariant* value = nullptr;
     g_variant_get(parameters, "(&s&sv)", nullptr, &key, &value);
     const Variant owned(value);
-    for (Setting& setting : static_cast<SettingsPortal*>(self)->settings_) {
-      if (std::string_view(setting.portalKey) == key) {
-        static_cast<SettingsPortal*>(self)->take(setting, value);
-      }
+    auto* portal = static_cast<SettingsPortal*>(self);
+    portal->takeFirstAnswers();
+    for (Setting& setting : portal->settings_) {
+      if (std::string_view(setting.portalKey) == key) portal->take(setting, value);
     }
   }
 
@@ -157,8 +209,8 @@ class SettingsPortal : private MessageBusDelegate {
     g_variant_get(parameters, "(&s&s&s)", nullptr, nullptr, &newOwner);
     if (*newOwner == '\0') return;
     auto* portal = static_cast<SettingsPortal*>(self);
-    for (Setting& setting : portal->settings_)
-      portal->readLater(setting);
+    portal->takeFirstAnswers();
+    portal->readAll();
   }
 
   GCancellable* const cancellable_ = g_cancellable_new();  ///< An answer may come after the end.
@@ -171,6 +223,7 @@ class SettingsPortal : private MessageBusDelegate {
       {"contrast", "increaseContrast", "com.apple.universalaccess",
        "AXInterfaceIncreaseContrastStatusDidChange"},
   };
+  std::optional<FirstQuestions> firstQuestions_;  ///< Until their answers are needed.
   std::unique_ptr<SignalSubscription> changes_;
   std::unique_ptr<SignalSubscription> owners_;
   Registration registration_;
