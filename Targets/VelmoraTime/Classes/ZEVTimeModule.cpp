@@ -1,6 +1,7 @@
 #include "Targets/VelmoraTime/Classes/ZEVTimeModule.h"
 
 #include <cmath>
+#include <utility>
 
 #include "Platform/Dispatch/Dispatch.h"
 #include "Platform/Foundation/Notifications/NSDistributedNotificationCenter.h"
@@ -20,6 +21,8 @@
 namespace {
 
 constexpr int64_t NanosecondsPerSecond = 1'000'000'000;
+/// By then, in seconds after the start, the clock is on the screen.
+constexpr double DropdownDelay = 0.1;
 
 /// What is left of a moment's second, in nanoseconds; a whole second wherever the clock gives
 /// nothing usable.
@@ -36,10 +39,12 @@ std::string ZEVTimeModule_Time::moduleName() const {
 }
 
 std::shared_ptr<NSMenu> ZEVTimeModule_Time::menu() {
+  makeInterface();
   return interface_ ? interface_->menu() : nullptr;
 }
 
 std::shared_ptr<ZEVMenuItem_Time> ZEVTimeModule_Time::combinedItem() {
+  makeInterface();
   return interface_ ? interface_->combinedItem() : nullptr;
 }
 
@@ -66,14 +71,21 @@ void ZEVTimeModule_Time::setup() {
   EKEventStore::setDefaultPlaces(calendarPlacesFromSettings);
   prepareHiddenCalendars();
   updateEventCollector();
-  // The clock runs before the dropdown is there.
   updateClocks();
-  interface_ = std::make_shared<StatInterfaceTime_Time>();
-  interface_->loadClocks();
+  // The clock is shown before the dropdown is there: nobody waits for that.
+  awaitsInterface_ = true;
+  performSelectorAfterDelay("makeInterface", DropdownDelay, [this] { makeInterface(); });
   // Last, so that the first phase lands on a finished view.
   moonCollector_ = MoonStatCollector::sharedMoonCollector();
   moonRegistration_ = moonCollector_->addDelegate(*this);
   moonCollector_->updateCurrentPhase();
+}
+
+void ZEVTimeModule_Time::makeInterface() {
+  if (!std::exchange(awaitsInterface_, false)) return;
+  cancelPreviousPerformRequests("makeInterface");
+  interface_ = std::make_shared<StatInterfaceTime_Time>();
+  interface_->loadClocks();
 }
 
 void ZEVTimeModule_Time::updateClocks() {
@@ -193,6 +205,8 @@ void ZEVTimeModule_Time::partialUnload() {
   cancelled_ = true;
   CalendarStatCollector::sharedCalendarCollector()->removeNotifications();
   cancelPreviousPerformRequests("externalChange");
+  cancelPreviousPerformRequests("makeInterface");
+  awaitsInterface_ = false;
   leaveCollectors();
   if (interface_) {
     interface_->stopTimers();

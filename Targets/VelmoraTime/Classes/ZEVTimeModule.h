@@ -22,7 +22,7 @@ class ZEVTimeModule_Time : public ZEVModule_Time,
   ~ZEVTimeModule_Time() override;
 
   std::string moduleName() const override;
-  /// The dropdown; null before `setup`.
+  /// The dropdown, made at the latest by the first call; null before `setup`.
   std::shared_ptr<NSMenu> menu() override;
   std::shared_ptr<ZEVMenuItem_Time> combinedItem() override;
   void themeChange() override;
@@ -53,6 +53,7 @@ class ZEVTimeModule_Time : public ZEVModule_Time,
   void partialUnload();
   void leaveCollectors();
   void citiesLoaded();
+  void makeInterface();
   /// Switches the collector of events on or off.
   void updateEventCollector();
   void updateInterface(const NSNotification& change);
@@ -62,8 +63,9 @@ class ZEVTimeModule_Time : public ZEVModule_Time,
   std::shared_ptr<VelmoraTimeMenuExtraView> clockView_;
   std::shared_ptr<MoonStatCollector> moonCollector_;
   Registration moonRegistration_;
-  /// The controller of the dropdown; null before the middle of `setup`.
+  /// The controller of the dropdown; null until soon after `setup`.
   std::shared_ptr<StatInterfaceTime_Time> interface_;
+  bool awaitsInterface_ = false;
   bool cancelled_ = false;
   std::vector<NSObservation> observations_;
 };
