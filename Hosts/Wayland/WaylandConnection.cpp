@@ -20,15 +20,22 @@ void bindGlobal(Holder& holder, wl_registry* registry, uint32_t name, const wl_i
 
 }  // namespace
 
-std::unique_ptr<WaylandConnection> WaylandConnection::open() {
+std::unique_ptr<WaylandConnection> WaylandConnection::begin() {
   wl_display* display = wl_display_connect(nullptr);
   if (display == nullptr) return nullptr;
   std::unique_ptr<WaylandConnection> connection(new WaylandConnection(display));
-  // The first answers name the globals, the second tell what these are.
-  connection->roundTrip();
-  connection->roundTrip();
-  if (connection->isLost_ || !connection->compositor_ || !connection->shm_) return nullptr;
+  connection->flush();
   return connection;
+}
+
+void WaylandConnection::learnGlobals() {
+  roundTrip();
+  flush();
+}
+
+bool WaylandConnection::describeGlobals() {
+  roundTrip();
+  return !isLost_ && compositor_ && shm_;
 }
 
 WaylandConnection::WaylandConnection(wl_display* display)

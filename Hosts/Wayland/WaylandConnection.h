@@ -25,8 +25,12 @@
 /// Its events are read in the run loop while it is watched, and else when `readEvents` is called.
 class WaylandConnection {
  public:
-  /// Null if there is no compositor to connect to.
-  static std::unique_ptr<WaylandConnection> open();
+  /// Asks for the compositor's globals, without waiting. Null if there is no compositor.
+  static std::unique_ptr<WaylandConnection> begin();
+  /// Waits for them, and asks what they are.
+  void learnGlobals();
+  /// Waits for that. False if the compositor is of no use, or has gone.
+  bool describeGlobals();
   WaylandConnection(const WaylandConnection&) = delete;
   WaylandConnection& operator=(const WaylandConnection&) = delete;
   ~WaylandConnection() = default;

@@ -103,10 +103,13 @@ std::unique_ptr<MenuSession> WaylandDisplay::beginMenus(const Monitor& monitor,
 }  // namespace
 
 WaylandOffer openWaylandDisplay() {
-  auto input = WaylandConnection::open();
-  if (!input) return {};
+  // Side by side: the compositor answers one while the other is read.
+  auto input = WaylandConnection::begin();
+  auto shown = WaylandConnection::begin();
+  if (!input || !shown) return {};
+  input->learnGlobals();
+  shown->learnGlobals();
+  if (!input->describeGlobals() || !shown->describeGlobals()) return {};
   if (input->layerShell() == nullptr || input->subcompositor() == nullptr) return {nullptr, true};
-  auto shown = WaylandConnection::open();
-  if (!shown) return {};
   return {std::make_unique<WaylandDisplay>(std::move(shown), std::move(input)), false};
 }
