@@ -12,7 +12,7 @@ NSMenuExtraBundle::NSMenuExtraBundle(const fs::path& path)
   const fs::path absolute = fs::absolute(path);
   const fs::path object = absolute / (absolute.stem().string() + ".so");
   name_ = object.string();
-  void* library = dlopen(name_.c_str(), RTLD_NOW | RTLD_LOCAL);
+  void* library = dlopen(name_.c_str(), RTLD_LAZY | RTLD_LOCAL);
   if (library == nullptr) throw std::runtime_error(std::string("no bundle: ") + dlerror());
   makePrincipalClass_ =
       reinterpret_cast<NSPrincipalClassFunction>(dlsym(library, NSPrincipalClassSymbol));
