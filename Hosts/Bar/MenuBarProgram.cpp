@@ -3,6 +3,8 @@
 #include <glib-unix.h>
 #include <signal.h>
 
+#include <utility>
+
 #include "Hosts/Bar/Accessibility.h"
 #include "Hosts/Bar/DesktopDisplay.h"
 #include "Hosts/Bar/MenuBar.h"
@@ -43,10 +45,9 @@ void showMenuBar(const Options& options) {
   const NSObservation appearance = NSDistributedNotificationCenter::defaultCenter().addObserver(
       "AppleInterfaceThemeChangedNotification", [&](const NSNotification&) { bar.redraw(); });
   const Accessibility accessibility(bar);
+  NSMenuExtraBundle bundle(options.bundle.value_or(NSBundle::installedPath("VelmoraTime")));
   bar.show();
-
-  bar.slot().load(
-      NSMenuExtraBundle(options.bundle.value_or(NSBundle::installedPath("VelmoraTime"))));
+  bar.slot().load(std::move(bundle));
   const RemoteCommands commands("MenuBar", [&](const std::string& command) -> std::optional<bool> {
     if (command == "open") return bar.setMenuOpen(true);
     if (command == "close") return bar.setMenuOpen(false);
