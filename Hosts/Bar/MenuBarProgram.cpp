@@ -30,7 +30,7 @@ gboolean endProgram(gpointer) {
 
 void showMenuBar(const Options& options) {
   // What takes longest first: each goes on by itself while the rest is done.
-  beginLoadingFonts();
+  const FontLoading fonts;
   NSDistributedNotificationCenter::beginConnecting();
   for (const int signal : {SIGTERM, SIGINT, SIGHUP})
     g_unix_signal_add(signal, endProgram, nullptr);

@@ -37,7 +37,9 @@ std::future<FontMap>& loading() {
 
 }  // namespace
 
-void beginLoadingFonts() { loading() = std::async(std::launch::async, loadFonts); }
+FontLoading::FontLoading() { loading() = std::async(std::launch::async, loadFonts); }
+
+FontLoading::~FontLoading() { finishLoadingFonts(); }
 
 void finishLoadingFonts() {
   if (!loading().valid()) return;

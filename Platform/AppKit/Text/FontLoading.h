@@ -1,5 +1,12 @@
 #pragma once
 
-/// Begins to read what fonts the machine has and to load the interface's, on a thread of its own: a
-/// program that does so first of all finds both when it comes to its first text. Main thread only.
-void beginLoadingFonts();
+/// Reads what fonts the machine has and loads the interface's, on a thread of its own: a program
+/// that begins with this finds both when it comes to its first text. Main thread only.
+class FontLoading {
+ public:
+  FontLoading();
+  FontLoading(const FontLoading&) = delete;
+  FontLoading& operator=(const FontLoading&) = delete;
+  /// Waits for the thread, which must not outlast what it uses.
+  ~FontLoading();
+};
