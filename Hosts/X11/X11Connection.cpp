@@ -97,6 +97,9 @@ void X11Connection::dispatch(const xcb_generic_event_t& event) {
     reportRefusal(eventAs<xcb_generic_error_t>(event));
     return;
   }
+  if (eventType(event) == XCB_DESTROY_NOTIFY) {
+    lastDestroyed_ = eventAs<xcb_destroy_notify_event_t>(event).window;
+  }
   // NOLINTNEXTLINE(modernize-loop-convert): a handler may add others.
   for (size_t index = 0; index < handlers_.size(); ++index) {
     NSRunLoop::guarded([&] {
@@ -108,6 +111,8 @@ void X11Connection::dispatch(const xcb_generic_event_t& event) {
 /// Other programs' windows come and go between a request and its execution, so a refusal ends
 /// nothing; one word about it helps to find a mistake.
 void X11Connection::reportRefusal(const xcb_generic_error_t& error) {
+  // A window that another program closes is drawn to until that is heard of, which is no mistake.
+  if (lastDestroyed_ != XCB_WINDOW_NONE && error.resource_id == lastDestroyed_) return;
   if (std::exchange(hasReportedRefusal_, true)) return;
   NSLog("error: the X11 display has refused request " + std::to_string(error.major_code) + "." +
         std::to_string(error.minor_code) + " with error " + std::to_string(error.error_code));

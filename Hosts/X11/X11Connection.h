@@ -89,6 +89,7 @@ class X11Connection {
   XcbPointer<xcb_generic_event_t> readEvent_;
   bool isDispatching_ = false;
   bool hasReportedRefusal_ = false;
+  xcb_window_t lastDestroyed_ = XCB_WINDOW_NONE;
 };
 
 /// Sees every event of a connection, from the run loop, as long as it lives. It chooses by the

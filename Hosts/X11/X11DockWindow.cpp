@@ -162,7 +162,9 @@ void X11DockWindow::handleEvent(const xcb_generic_event_t& event) {
       break;
     }
     case XCB_DESTROY_NOTIFY:
-      if (eventAs<xcb_destroy_notify_event_t>(event).window == id_) id_ = XCB_WINDOW_NONE;
+      if (eventAs<xcb_destroy_notify_event_t>(event).window != id_) break;
+      id_ = XCB_WINDOW_NONE;
+      returning_.reset();
       break;
     case XCB_CLIENT_MESSAGE:
       answer(eventAs<xcb_client_message_event_t>(event));

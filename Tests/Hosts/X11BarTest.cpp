@@ -1,3 +1,5 @@
+#include <signal.h>
+
 #include <functional>
 
 #include "Tests/Hosts/BarTest.h"
@@ -96,8 +98,11 @@ TEST_F(X11Bar, ComesBackToTheScreen) {
   };
   int width = 60;
   for (const auto& lose : losses) {
+    // What it draws meanwhile is for a window that it does not know to be lost.
+    bar().sendSignal(SIGSTOP);
     lose();
     command({{"length", std::to_string(++width)}});
+    bar().sendSignal(SIGCONT);
     expectOnScreen({.width = width});
   }
   EXPECT_EQ(bar().errors(), "");
