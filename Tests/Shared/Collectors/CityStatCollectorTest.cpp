@@ -60,8 +60,15 @@ class CityCollector : public testing::Test {
   CityCollector() { alarm(20); }
   ~CityCollector() override { alarm(0); }
 
-  /// A loading queues up behind whatever else the queue still has for the main loop.
-  void TearDown() override { load(); }
+  /// A loading queues up behind whatever else the queue still has for the main loop, and ends by
+  /// handing over to it whom it has told.
+  void TearDown() override {
+    load();
+    EXPECT_TRUE(waitUntil([&] {
+      time.loop.runPending();
+      return listener.use_count() == 1;
+    }));
+  }
 
   /// A database of the rows that a query gives.
   void loadCities(const std::string& rows = Cities) {
