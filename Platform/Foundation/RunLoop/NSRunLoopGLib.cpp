@@ -119,6 +119,9 @@ class GLibRunLoop : public NSRunLoop {
 
   /// Milliseconds until the next timer, rounded up; -1 if none is awaited.
   int wait() {
+    // Nothing is served any more: a library that serves the context until nothing is left in it, as
+    // some do when they end, would never be done.
+    if (isStopped_) return -1;
     const auto next = timers_->first();
     if (!next || next->second > limit_) return -1;
     const int64_t microseconds = std::max<int64_t>(0, next->first - g_source_get_time(source_));

@@ -311,4 +311,18 @@ TEST(DesktopRunLoop, WaitsForATimerAndDoesNotSpin) {
   g_main_context_set_poll_func(nullptr, nullptr);
 }
 
+// Some libraries, as they end, serve the context until nothing is left in it.
+TEST(DesktopRunLoop, HasNothingPendingOnceItIsStopped) {
+  NSRunLoop& loop = NSRunLoop::mainRunLoop();
+  int servings = 0;
+  loop.performBlock([&] {
+    loop.stop();
+    loop.performBlock([] {});
+    while (g_main_context_pending(nullptr) && ++servings < 100)
+      g_main_context_iteration(nullptr, FALSE);
+  });
+  loop.run();
+  EXPECT_LT(servings, 100);
+}
+
 }  // namespace
