@@ -61,7 +61,12 @@ TEST(PropertyListXml, EveryKindReadsBackTheSame) {
   for (const char* moment : {"1901-02-03 04:05:06", "1969-12-31 23:59:59", "4001-01-01 00:00:00"}) {
     expectRoundTrip(Date{utc(moment).timeIntervalSince1970()});
   }
-  expectRoundTrip(Dictionary{{"a", Array{Array{}, Dictionary{}}}, {"b", true}, {"c", false}});
+  const Dictionary nested{{"a", Array{Array{}, Dictionary{}}}, {"b", true}, {"c", false}};
+  expectRoundTrip(nested);
+  // As Python's plistlib writes it, for people who open their settings with an editor.
+  EXPECT_TRUE(dataWithPropertyList(nested).ends_with(
+      "<plist version=\"1.0\">\n<dict>\n\t<key>a</key>\n\t<array>\n\t\t<array/>\n\t\t<dict/>\n"
+      "\t</array>\n\t<key>b</key>\n\t<true/>\n\t<key>c</key>\n\t<false/>\n</dict>\n</plist>\n"));
 }
 
 // XML has no form for these characters, nor for years of more than four digits; one value that
